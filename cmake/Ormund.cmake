@@ -1,0 +1,45 @@
+# One static library per folder, and the flags that all of our own code is built with.
+
+option(ORMUND_WERROR "Treat warnings as errors" ON)
+set(ORMUND_SANITIZE "" CACHE STRING "Sanitizers for the whole build, as -fsanitize= takes them")
+
+add_library(ormund_flags INTERFACE)
+target_include_directories(ormund_flags INTERFACE ${PROJECT_SOURCE_DIR})
+# A truncation decides a step, so no compiler may fuse a multiply and an add.
+target_compile_options(ormund_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off -fno-math-errno)
+if(ORMUND_WERROR)
+  target_compile_options(ormund_flags INTERFACE -Werror)
+endif()
+if(ORMUND_SANITIZE)
+  add_compile_options(-fsanitize=${ORMUND_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${ORMUND_SANITIZE})
+endif()
+
+# ormund_library(name [deps...]): all .cpp files of the current folder as library `ormund_name`.
+# A folder with headers alone becomes an interface library.
+function(ormund_library name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(sources)
+    add_library(ormund_${name} STATIC ${sources})
+    target_link_libraries(ormund_${name} PUBLIC ormund_flags ${ARGN})
+  else()
+    add_library(ormund_${name} INTERFACE)
+    target_link_libraries(ormund_${name} INTERFACE ormund_flags ${ARGN})
+  endif()
+endfunction()
+
+# ormund_test(folder libs...): all tests/<folder>/*.cpp as one GoogleTest program.
+function(ormund_test folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  string(REPLACE "/" "_" name ${folder})
+  add_executable(test_${name} ${sources})
+  target_link_libraries(test_${name} PRIVATE ormund_flags ${ARGN} GTest::gmock GTest::gtest_main)
+  target_compile_definitions(test_${name} PRIVATE
+    ORMUND_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORMUND_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  gtest_discover_tests(test_${name} TEST_PREFIX ${folder}. DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300)
+endfunction()
