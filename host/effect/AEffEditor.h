@@ -1,0 +1,32 @@
+// What a host may ask of a plug-in's window. The screen's thread alone.
+#pragma once
+
+#include "host/effect/EffectTypes.h"
+
+class AudioEffect;
+
+class AEffEditor {
+public:
+    explicit AEffEditor(AudioEffect* owner) : effect(owner) { }
+    virtual ~AEffEditor() = default;
+    AEffEditor(const AEffEditor&) = delete;
+    AEffEditor& operator=(const AEffEditor&) = delete;
+
+    // Points `rect` at the window's size, before it is open too. False leaves it alone.
+    virtual bool getRect(ERect** rect) = 0;
+    // `parent` is the host's window, an X11 window number here.
+    virtual bool open(void* parent) = 0;
+    virtual void close() = 0;
+    virtual bool isOpen() = 0;
+    virtual void idle() { }
+    // True when the key was used here and the host must not act on it.
+    virtual bool onKeyDown(VstKeyCode& /*key*/) { return false; }
+    virtual bool onKeyUp(VstKeyCode& /*key*/) { return false; }
+    virtual bool onWheel(float /*distance*/) { return false; }
+    virtual bool setKnobMode(VstInt32 /*mode*/) { return false; }
+
+    AudioEffect* getEffect() const { return effect; }
+
+protected:
+    AudioEffect* effect;
+};
