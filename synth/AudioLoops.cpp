@@ -1,0 +1,10 @@
+#include "synth/AudioLoops.h"
+
+const AudioLoops& fastestLoops()
+{
+#if defined(ORMUND_AVX2_LOOPS)
+    if (__builtin_cpu_supports("avx2"))
+        return kAvx2Loops;
+#endif
+    return kBaselineLoops;
+}

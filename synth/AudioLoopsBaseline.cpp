@@ -1,0 +1,3 @@
+#include "synth/AudioLoopsImpl.h"
+
+const AudioLoops kBaselineLoops = {runVoices, runDelay};

@@ -1,0 +1,230 @@
+// The sample-rate loops, written for a register of lanes (see LaneVector.h). The order of the
+// operations is the sound: a compiler may not change it, and neither may a faster version.
+#pragma once
+
+#include "synth/AudioLoops.h"
+#include "synth/LaneVector.h"
+
+namespace {
+
+constexpr float kPi = 3.1415927f;
+constexpr float kTwoPi = 6.2831855f;
+constexpr float kInverseTwoPi = 0.15915494f;
+constexpr float kDenormalBias = 1e-18f;
+constexpr float kPulseGain = 0.4f;
+
+// A sine of -pi to pi by a parabola and its correction.
+inline VecF parabola(VecF x) { return x * (1.2732395f - absolute(x) * 0.4052847f); }
+
+struct SawRun {
+    VecF harmonics, phaseStep, period, inversePeriod, phase, integrator;
+
+    SawRun(const KWBlitSawOsc::State& s, int g)
+        : harmonics(load(s.harmonics, g))
+        , phaseStep(load(s.phaseStep, g))
+        , period(load(s.period, g))
+        , inversePeriod(load(s.inversePeriod, g))
+        , phase(load(s.phase, g))
+        , integrator(load(s.integrator, g))
+    {
+    }
+
+    void save(KWBlitSawOsc::State& s, int g, VecI active) const
+    {
+        store(s.phase, g, active ? phase : load(s.phase, g));
+        store(s.integrator, g, active ? integrator : load(s.integrator, g));
+    }
+
+    VecF next()
+    {
+        VecF x = phase * harmonics;
+        x = x - (truncated(x * kInverseTwoPi) * kTwoPi + kPi);
+        const VecF y = parabola(x);
+        const VecF numerator = y + (absolute(y) * y - y) * 0.225f; // of the negative pulse
+        const VecF z = phase * (1.2732395f - phase * 0.4052847f);
+        const VecF denominator = (z + (z * z - z) * 0.225f) * period + 0.00000011920929f;
+        const VecF out = (integrator - inversePeriod) - numerator / denominator;
+        integrator = out * 0.995f;
+        phase = phase + phaseStep;
+        phase = phase - keepWhere(phase >= kPi, VecF{} + kPi);
+        return out;
+    }
+};
+
+struct PulseRun {
+    VecF increment, widthEdge, widthStep, phase, width, previous;
+
+    PulseRun(const KWPulseOsc::State& s, int g)
+        : increment(load(s.increment, g))
+        , widthEdge(load(s.widthEdge, g))
+        , widthStep(load(s.widthStep, g))
+        , phase(load(s.phase, g))
+        , width(load(s.width, g))
+        , previous(load(s.previous, g))
+    {
+    }
+
+    void save(KWPulseOsc::State& s, int g, VecI active) const
+    {
+        store(s.phase, g, active ? phase : load(s.phase, g));
+        store(s.width, g, active ? width : load(s.width, g));
+        store(s.previous, g, active ? previous : load(s.previous, g));
+    }
+
+    VecF next()
+    {
+        phase = phase + increment;
+        // The phase never reaches -1: exactly 1 stays, as wrapping it down and up again would.
+        phase = phase - keepWhere(phase > 1.0f, VecF{} + 2.0f);
+        width = width + widthStep;
+        VecF d = phase - width;
+        VecF out = width + ((d <= 0.0f) ? VecF{} - 1.0f : VecF{} + 1.0f);
+
+        const VecF toEdge = 1.0f - absolute(phase);
+        const VecF main = toEdge / increment - 1.0f;
+        out = out + negateWhere(phase > 0.0f, keepWhere(toEdge < increment, main * main));
+
+        d = d + keepWhere(d < -1.0f, VecF{} + 2.0f);
+        const VecI after = d > 0.0f;
+        const VecF edge = (after ? d / increment : d * widthEdge) - 1.0f;
+        out = out + negateWhere(after, keepWhere(absolute(d) < increment, edge * edge));
+
+        const VecF scaled = out * 1.2062726f;
+        const VecF smooth = scaled - previous * 0.171f;
+        previous = scaled;
+        return smooth * kPulseGain;
+    }
+};
+
+struct FilterRun {
+    VecF c, half, f, q;
+    VecF s1, s2, s3, feedback, band, low, previousLow;
+
+    FilterRun(const VoiceFilter& filter, int g)
+        : c(load(filter.coefficients.c, g))
+        , half(load(filter.coefficients.half, g))
+        , f(load(filter.coefficients.f, g))
+        , q(load(filter.coefficients.q, g))
+        , s1(load(filter.state.s1, g))
+        , s2(load(filter.state.s2, g))
+        , s3(load(filter.state.s3, g))
+        , feedback(load(filter.state.feedback, g))
+        , band(load(filter.state.band, g))
+        , low(load(filter.state.low, g))
+        , previousLow(load(filter.state.previousLow, g))
+    {
+    }
+
+    void save(VoiceFilter::State& s, int g) const
+    {
+        store(s.s1, g, s1);
+        store(s.s2, g, s2);
+        store(s.s3, g, s3);
+        store(s.feedback, g, feedback);
+        store(s.band, g, band);
+        store(s.low, g, low);
+        store(s.previousLow, g, previousLow);
+    }
+
+    // The bias keeps a filter that rings out from ending in denormal numbers.
+    VecF next(VecF in, float gain)
+    {
+        s1 = s1 + kDenormalBias;
+        s2 = s2 + kDenormalBias;
+        s3 = s3 + kDenormalBias;
+        band = band + kDenormalBias;
+        low = low + kDenormalBias;
+        s1 = s1 + c * ((in - (feedback + kDenormalBias)) - s1);
+        s2 = s2 + c * (s1 - s2);
+        s3 = s3 + half * (s2 - s3);
+        feedback = 2.0f * s3 - s2;
+        band = band + f * (feedback - (band * q + low));
+        low = low + band * f;
+        const VecF out = (low + (previousLow + kDenormalBias)) * gain;
+        previousLow = low;
+        return out;
+    }
+};
+
+typedef float VoiceOut[kMaxRun][kVoices];
+
+// One register of voices, the whole run.
+template <bool kOscillators>
+void runGroup(VoiceBank& bank, const VoiceMix& mix, int g, VoiceOut& out, int samples)
+{
+    SawRun saw1(bank.saw1.state, g), saw2(bank.saw2.state, g);
+    PulseRun pulse1(bank.pulse1.state, g), pulse2(bank.pulse2.state, g);
+    FilterRun filter(bank.filter, g);
+    const VecI active = load(bank.sounding, g);
+    const VecF step = load(bank.amplitudeStep, g);
+    VecF amplitude = load(bank.amplitude, g);
+    const float pulseWeight = mix.pulseWeight, sawWeight = mix.sawWeight, gain = mix.gain;
+    for (int i = 0; i < samples; ++i) {
+        amplitude = amplitude + step;
+        VecF in = {};
+        if (kOscillators) {
+            const VecF tone = pulseWeight * (pulse1.next() + pulse2.next())
+                + sawWeight * (saw1.next() + saw2.next());
+            in = amplitude * keepWhere(active, tone);
+        }
+        *reinterpret_cast<VecF*>(&out[i][g]) = filter.next(in, gain);
+    }
+    store(bank.amplitude, g, amplitude);
+    filter.save(bank.filter.state, g);
+    if (kOscillators) {
+        saw1.save(bank.saw1.state, g, active);
+        saw2.save(bank.saw2.state, g, active);
+        pulse1.save(bank.pulse1.state, g, active);
+        pulse2.save(bank.pulse2.state, g, active);
+    }
+}
+
+void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, int samples)
+{
+    alignas(32) VoiceOut out;
+    for (int g = 0; g < kVoices; g += kWidth) {
+        if (bank.anySounding)
+            runGroup<true>(bank, mix, g, out, samples);
+        else
+            runGroup<false>(bank, mix, g, out, samples);
+    }
+    for (int i = 0; i < samples; ++i) {
+        float sum = out[i][0];
+        for (int voice = 1; voice < kVoices; ++voice)
+            sum += out[i][voice];
+        // Beyond 4 the clip would turn over. A sum that is no number becomes silence.
+        sum = sum < 4.0f ? sum : 4.0f;
+        sum = sum > -4.0f ? sum : -4.0f;
+        const float magnitude = sum < 0 ? -sum : sum;
+        const float clipped = (1.0f - magnitude * 0.25f) * sum;
+        left[i] = mix.leftGain * clipped;
+        right[i] = mix.rightGain * clipped;
+    }
+}
+
+void runDelay(const DelayRun& run)
+{
+    // What is read lies before all that is written, so all of it can be read first.
+    float taps[kMaxRun + 1];
+    taps[0] = *run.lastTap;
+    const int samples = run.samples;
+    for (int i = 0; i < samples; ++i) {
+        const double here = static_cast<double>(run.read[i]);
+        const double rise = static_cast<double>(run.read[i + 1] - run.read[i]);
+        taps[i + 1] = static_cast<float>(here + rise * run.weight);
+    }
+    for (int i = 0; i < samples; ++i) {
+        float x = taps[i] * run.feedback + run.signal[i];
+        x = x < 8.0f ? x : 8.0f;
+        x = x > -8.0f ? x : -8.0f;
+        const float magnitude = x < 0 ? -x : x;
+        run.write[i] = (1.0f - magnitude * 0.25f) * x + kDenormalBias;
+    }
+    for (int i = 0; i < samples; ++i) {
+        const double dry = static_cast<double>(run.signal[i]) * (1.0 - run.wet[i]);
+        run.signal[i] = static_cast<float>(dry + static_cast<double>(taps[i + 1]) * run.wet[i]);
+    }
+    *run.lastTap = taps[samples];
+}
+
+} // namespace

@@ -1,0 +1,26 @@
+// A bank of eight pulse oscillators: two sawtooths in opposition, each edge rounded by a parabola.
+#pragma once
+
+#include "synth/Lanes.h"
+
+// Audio thread only. The sample loops advance `phase`, `width` and `previous`.
+class KWPulseOsc {
+public:
+    KWPulseOsc();
+
+    void setFrequency(int voice, float hertz, float inverseSampleRate);
+    // The phase alone: the width goes on from where it is, and so does the smoothing filter.
+    void restart(int voice);
+    // Once a control block for a voice that sounds. `target` is 2 * width - 1, 0 to 1.
+    void moveWidth(int voice, float target);
+
+    struct State {
+        Lanes increment; // two units are a period
+        Lanes widthEdge; // -1 / increment
+        Lanes widthStep; // a sample
+        Lanes phase;     // above -1, up to 1
+        Lanes width;     // 2 * width - 1
+        Lanes previous;  // the last sample before the smoothing filter
+    };
+    State state;
+};

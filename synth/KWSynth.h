@@ -1,0 +1,98 @@
+// The eight-voice synth and the delay behind it.
+#pragma once
+
+#include "base/Crossing.h"
+#include "data/KWSystemInfo.h"
+#include "synth/AudioLoops.h"
+#include "synth/Envelope.h"
+#include "synth/KWDelay16.h"
+#include "synth/KWSimpleMidiManager.h"
+
+// Two rates: controlTick() decides once every 32 samples, render() only multiplies and adds.
+// Both belong to the audio thread; setParameter() may come from any. Nothing allocates after
+// construction but sampleRateChanged().
+class KWSynth {
+public:
+    explicit KWSynth(KWSystemInfo& context, const AudioLoops& loops = fastestLoops());
+
+    // The tags that setParameter() takes: level (17) to delay mix (35).
+    static constexpr int kFirstTag = 17;
+    static constexpr int kLastTag = 35;
+
+    // `value` 0 to 1 as stored, clamped to that; another tag does nothing.
+    void setParameter(int tag, float value);
+
+    // Where notes go. They are heard from the next control tick on.
+    KWSimpleMidiManager<float, kVoices>& voices() { return slots; }
+
+    // Every 32 samples, before the first of them. Semitones.
+    void controlTick(float pitchOffset);
+    // The voices alone: writes 1 to 32 samples, and never past the control block that the last
+    // controlTick() began. How a control block is cut into runs changes no sample.
+    void renderVoices(float* left, float* right, int samples);
+    // The voices through the delay.
+    void render(float* left, float* right, int samples);
+
+    // After KWSystemInfo has taken a new rate. May allocate when the rate has risen: not while a
+    // block runs.
+    void sampleRateChanged();
+
+    KWDelay16& delay() { return tempoDelay; }
+    // The delay times as shown, in sixteenths, 1 to 16.
+    int delayLeftShown() const { return leftShown; }
+    int delayRightShown() const { return rightShown; }
+
+    // Hz and level of the voices as the last control tick left them.
+    const Lanes& cutoffs() const { return bank.filter.cutoffs(); }
+    const Lanes& levels() const { return amplitudeEnvelope.values(); }
+
+private:
+    // Milliseconds, and the sustain as a fraction.
+    struct EnvelopeSettings {
+        Crossing<float> attack = 0.0f;
+        Crossing<float> decay = 0.0f;
+        Crossing<float> sustain = 0.0f;
+        Crossing<float> release = 0.0f;
+    };
+    struct Settings { // written by setParameter, on any thread
+        Crossing<float> velocityScale = 0.0f;
+        Crossing<float> leftGain = 0.0f;
+        Crossing<float> rightGain = 0.0f;
+        Crossing<float> pulseWeight = 0.0f;
+        Crossing<float> sawWeight = 0.0f;
+        Crossing<float> pulseWidth = 0.5f;
+        Crossing<float> detune = 0.0f; // semitones
+        EnvelopeSettings amplitude;
+        EnvelopeSettings filter;
+        Crossing<float> cutoff = 0.0f;  // Hz
+        Crossing<float> peak = 0.0f;    // Hz
+        Crossing<float> damping = 2.0f; // 0.02 to 2
+        Crossing<float> outputGain = 0.5f;
+    };
+
+    void setWave(float value);
+    void setResonance(float value);
+    void setPan(float value);
+    EnvelopeTimes timesOf(const EnvelopeSettings&) const;
+    void moveFilterTargets();
+    void tuneVoices(float pitchOffset);
+    void runGates();
+    void aimAmplitudes();
+
+    KWSystemInfo& info;
+    const AudioLoops& loops;
+    Settings settings;
+    Crossing<int> leftShown = 1;
+    Crossing<int> rightShown = 1;
+
+    // Audio thread only.
+    KWSimpleMidiManager<float, kVoices> slots;
+    VoiceBank bank;
+    Envelope filterEnvelope{Envelope::Shape::Unit};
+    Envelope amplitudeEnvelope{Envelope::Shape::Level};
+    Lanes frequency1; // Hz
+    Lanes frequency2; // Hz, detuned
+    float radiansPerHertz = 0;
+    float inverseSampleRate = 0;
+    KWDelay16 tempoDelay;
+};
