@@ -1,0 +1,74 @@
+// A picture or a vertical strip of frames, measured in panel pixels, with one prescaled image for
+// each scale that windows are shown at. Painting never scales: an image that is missing is made
+// once, when the scale is first met.
+#pragma once
+
+#include "view/CReferenceCounter.h"
+#include "view/Geometry.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class CDrawContext;
+typedef struct _cairo_surface cairo_surface_t;
+
+// The images of the resource ids, drawn or decoded by whoever knows them.
+class CBitmapProvider {
+public:
+    virtual ~CBitmapProvider() = default;
+    // The size of a bitmap in panel pixels; false for an unknown id.
+    virtual bool getBitmapSize(long id, int& width, int& height) = 0;
+    // A new ARGB32 image surface of round(width * scale) by round(height * scale) pixels, which
+    // the caller owns; null for an unknown id. Frame k of a strip of frames h high begins at row
+    // floor(k * h * scale + 0.5) and must not reach into the next.
+    virtual cairo_surface_t* renderBitmap(long id, double scale) = 0;
+};
+
+class CBitmap : public CReferenceCounter {
+public:
+    // From the registered provider. An unknown id gives a bitmap of no size, which draws nothing.
+    explicit CBitmap(long resourceId);
+    // Transparent, or filled with one colour.
+    CBitmap(int width, int height, const CColor& fill = kTransparentCColor);
+    // From a PNG whose pixels are `pngScale` to a panel pixel; null when it cannot be decoded.
+    static CBitmap* fromPng(const void* data, size_t bytes, double pngScale = 1);
+    // From an ARGB32 image surface that stands for `scale`; a reference to it is taken.
+    static CBitmap* fromSurface(cairo_surface_t* image, double scale);
+    ~CBitmap() override;
+
+    // Process-wide, set by the one who links the skin; null for none. Not owned.
+    static void setProvider(CBitmapProvider* provider);
+
+    // Draws the part that begins at `offset` into `rect`, limited to both.
+    void draw(CDrawContext* context, const CRect& rect, const CPoint& offset = {});
+    // As draw. Alpha decides what shows through.
+    void drawTransparent(CDrawContext* context, const CRect& rect, const CPoint& offset = {});
+    void drawAlphaBlend(
+        CDrawContext* context, const CRect& rect, const CPoint& offset, uint8_t alpha);
+
+    int getWidth() const { return width; }
+    int getHeight() const { return height; }
+    long getResourceId() const { return id; }
+    bool isLoaded() const { return width > 0 && height > 0; }
+    // The image for a scale, made on the first call; null when there is none. Owned by the bitmap.
+    cairo_surface_t* imageFor(double scale);
+    // Gives the image for one scale. A reference is taken.
+    void setImage(double scale, cairo_surface_t* image);
+    // Makes the image for a scale ahead of the first paint.
+    void prepare(double scale) { imageFor(scale); }
+
+private:
+    struct Image {
+        double scale;
+        cairo_surface_t* surface;
+    };
+    CBitmap() = default;
+    void paint(CDrawContext* context, const CRect& rect, const CPoint& offset, uint8_t alpha);
+
+    long id = -1;
+    int width = 0;
+    int height = 0;
+    std::vector<Image> images;
+};

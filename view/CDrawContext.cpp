@@ -1,0 +1,219 @@
+#include "view/CDrawContext.h"
+
+#include "view/Typeface.h"
+
+#include <cairo.h>
+#include <cmath>
+#include <numbers>
+
+CDrawContext::CDrawContext(cairo_surface_t* image, double imageScale)
+    : context(cairo_create(image)), scale(imageScale)
+{
+    surfaceRect = {0, 0, static_cast<int>(std::ceil(cairo_image_surface_get_width(image) / scale)),
+        static_cast<int>(std::ceil(cairo_image_surface_get_height(image) / scale))};
+    cairo_scale(context, scale, scale);
+    cairo_set_line_cap(context, CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(context, CAIRO_LINE_JOIN_MITER);
+}
+
+CDrawContext::~CDrawContext() { cairo_destroy(context); }
+
+void CDrawContext::setColor(const CColor& color)
+{
+    cairo_set_source_rgba(
+        context, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
+}
+
+void CDrawContext::strokePath()
+{
+    setColor(frameColor);
+    cairo_set_line_width(context, lineWidth);
+    if (lineStyle == kLineOnOffDash) {
+        const double dash[] = {2, 2};
+        cairo_set_dash(context, dash, 2, 0);
+    }
+    cairo_stroke(context);
+    cairo_set_dash(context, nullptr, 0, 0);
+}
+
+void CDrawContext::paintPath(CDrawStyle style)
+{
+    if (style != kDrawStroked) {
+        setColor(fillColor);
+        if (style == kDrawFilled)
+            cairo_fill(context);
+        else
+            cairo_fill_preserve(context);
+    }
+    if (style != kDrawFilled)
+        strokePath();
+}
+
+void CDrawContext::lineTo(const CPoint& point)
+{
+    // Straight lines end at the outer edges of their last pixels, others at the middles.
+    const bool isFlat = point.y == pen.y;
+    const bool isUpright = point.x == pen.x;
+    double x0 = pen.x + 0.5;
+    double y0 = pen.y + 0.5;
+    double x1 = point.x + 0.5;
+    double y1 = point.y + 0.5;
+    if (isFlat) {
+        x0 = std::min(pen.x, point.x);
+        x1 = std::max(pen.x, point.x) + 1;
+    } else if (isUpright) {
+        y0 = std::min(pen.y, point.y);
+        y1 = std::max(pen.y, point.y) + 1;
+    }
+    cairo_new_path(context);
+    cairo_move_to(context, x0, y0);
+    cairo_line_to(context, x1, y1);
+    if (!isFlat && !isUpright)
+        cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+    strokePath();
+    cairo_set_line_cap(context, CAIRO_LINE_CAP_BUTT);
+    pen = point;
+}
+
+void CDrawContext::drawRect(const CRect& rect, CDrawStyle style)
+{
+    if (rect.isEmpty())
+        return;
+    if (style != kDrawStroked) {
+        setColor(fillColor);
+        cairo_rectangle(context, rect.left, rect.top, rect.width(), rect.height());
+        cairo_fill(context);
+    }
+    if (style != kDrawFilled) {
+        const double half = lineWidth / 2;
+        cairo_rectangle(context, rect.left + half, rect.top + half, rect.width() - lineWidth,
+            rect.height() - lineWidth);
+        strokePath();
+    }
+}
+
+void CDrawContext::drawRoundRect(const CRect& rect, double radius, CDrawStyle style)
+{
+    if (rect.isEmpty())
+        return;
+    constexpr double kQuarter = std::numbers::pi / 2;
+    const double half = style == kDrawFilled ? 0 : lineWidth / 2;
+    const double l = rect.left + half;
+    const double t = rect.top + half;
+    const double r = rect.right - half;
+    const double b = rect.bottom - half;
+    const double round = std::max(0.0, std::min({radius - half, (r - l) / 2, (b - t) / 2}));
+    cairo_new_path(context);
+    cairo_arc(context, r - round, t + round, round, -kQuarter, 0);
+    cairo_arc(context, r - round, b - round, round, 0, kQuarter);
+    cairo_arc(context, l + round, b - round, round, kQuarter, 2 * kQuarter);
+    cairo_arc(context, l + round, t + round, round, 2 * kQuarter, 3 * kQuarter);
+    cairo_close_path(context);
+    paintPath(style);
+}
+
+void CDrawContext::drawEllipse(const CRect& rect, CDrawStyle style)
+{
+    if (rect.isEmpty())
+        return;
+    const double half = style == kDrawFilled ? 0 : lineWidth / 2;
+    cairo_save(context);
+    cairo_translate(context, (rect.left + rect.right) / 2.0, (rect.top + rect.bottom) / 2.0);
+    cairo_scale(context, rect.width() / 2.0 - half, rect.height() / 2.0 - half);
+    cairo_new_path(context);
+    cairo_arc(context, 0, 0, 1, 0, 2 * std::numbers::pi);
+    cairo_restore(context);
+    paintPath(style);
+}
+
+void CDrawContext::drawPolygon(const std::vector<CDrawPoint>& points, CDrawStyle style)
+{
+    if (points.size() < 2)
+        return;
+    cairo_new_path(context);
+    for (const CDrawPoint& point : points)
+        cairo_line_to(context, point.x, point.y);
+    if (style != kDrawStroked)
+        cairo_close_path(context);
+    cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
+    paintPath(style);
+    cairo_set_line_join(context, CAIRO_LINE_JOIN_MITER);
+}
+
+void CDrawContext::drawArc(CDrawPoint centre, double radius, double startDegrees, double endDegrees)
+{
+    constexpr double kRadians = std::numbers::pi / 180;
+    cairo_new_path(context);
+    cairo_arc(context, centre.x, centre.y, radius, startDegrees * kRadians, endDegrees * kRadians);
+    strokePath();
+}
+
+void CDrawContext::setFont(const CFontDesc* font, double size, int style)
+{
+    fontSize = size > 0 ? size : font ? font->getSize() : 11;
+    fontStyle = style >= 0 ? style : font ? font->getStyle() : kNormalFace;
+    tracking = font ? font->getTracking() : 0;
+}
+
+double CDrawContext::getStringWidth(std::string_view text) const
+{
+    return Typeface::forStyle(fontStyle).width(text, fontSize, tracking);
+}
+
+void CDrawContext::drawString(
+    std::string_view text, const CRect& rect, bool opaque, CHoriTxtAlign align)
+{
+    if (opaque)
+        fillRect(rect);
+    if (text.empty() || rect.isEmpty())
+        return;
+    Typeface& face = Typeface::forStyle(fontStyle);
+    // The space after the last character is no part of the word.
+    const double width = face.width(text, fontSize, tracking) - tracking;
+    double x = rect.left;
+    if (align == kCenterText)
+        x = rect.left + (rect.width() - width) / 2;
+    else if (align == kRightText)
+        x = rect.right - width;
+    // A baseline on a whole device pixel keeps the feet of the letters sharp.
+    const double middle = rect.top + (rect.height() + face.capHeight(fontSize)) / 2;
+    const double baseline = std::round(middle * scale) / scale;
+    // Small text may hang a pixel out of a tight rectangle, as descenders of its neighbours do.
+    cairo_save(context);
+    cairo_rectangle(context, rect.left, rect.top - 2, rect.width(), rect.height() + 4);
+    cairo_clip(context);
+    drawStringAt(text, x, baseline);
+    cairo_restore(context);
+}
+
+void CDrawContext::drawStringAt(std::string_view text, double x, double baseline)
+{
+    cairo_new_path(context);
+    Typeface::forStyle(fontStyle).addPath(context, text, fontSize, x, baseline, tracking);
+    setColor(fontColor);
+    cairo_fill(context);
+}
+
+void CDrawContext::setClipRect(const CRect& rect)
+{
+    CRect limited = rect;
+    limited.bound(getClipRect());
+    clips.push_back(limited);
+    cairo_save(context);
+    // At a scale of one and a half a panel edge may fall into a device pixel, and a clip that
+    // blends there would let the old picture shine through; so the clip takes the whole pixel.
+    const double left = std::floor(limited.left * scale) / scale;
+    const double top = std::floor(limited.top * scale) / scale;
+    const double right = std::ceil(limited.right * scale) / scale;
+    const double bottom = std::ceil(limited.bottom * scale) / scale;
+    cairo_rectangle(context, left, top, right - left, bottom - top);
+    cairo_clip(context);
+}
+
+void CDrawContext::resetClipRect()
+{
+    if (clips.empty())
+        return;
+    clips.pop_back();
+    cairo_restore(context);
+}
