@@ -1,0 +1,26 @@
+// Opens a document of this machine, such as the manual.
+#pragma once
+
+#include "controls/KWControl.h"
+
+#include <string>
+
+class KWLocalLink : public KWControl {
+public:
+    KWLocalLink(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
+        const char* documentPath);
+
+    void draw(CDrawContext* context) override;
+    CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+
+    // Opens `path`; platform code unless a test replaces it.
+    using Opener = void (*)(const char* path);
+    Opener openDocument;
+    std::string path;
+    std::string text = "Manual";
+
+private:
+    bool pressed = false;
+};

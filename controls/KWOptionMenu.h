@@ -1,0 +1,214 @@
+// The editor's own menu: shows a choice at rest and opens a list that is drawn in the frame. It
+// scrolls, nests, and can fill itself from a folder of presets.
+#pragma once
+
+#include "controls/KWControl.h"
+#include "controls/KWOptionMenuExtraCallBack.h"
+#include "controls/KWScrollbarY.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class KWMenuHelper;
+class KWOptionMenu;
+
+// One word of the caller's, carried by an entry.
+class KWOptionMenuUserEntry {
+public:
+    virtual ~KWOptionMenuUserEntry() = default;
+};
+
+class KWOptionMenuUserEntryLong : public KWOptionMenuUserEntry {
+public:
+    explicit KWOptionMenuUserEntryLong(long word) : value(word) { }
+    long value;
+};
+
+struct KWOptionMenuEntryInfo {
+    std::unique_ptr<KWOptionMenu> subMenu;
+    std::unique_ptr<KWOptionMenuUserEntry> userEntry;
+    std::string text;
+    bool checked = false;
+    bool enabled = true;
+    bool isTitle = false;
+};
+
+// Screen thread only. `value` is the index of the chosen entry, and `currentEntry` agrees with it
+// after a choice. Entries own their sub-menus. A sub-menu that has no listener of its own passes a
+// choice up: each menu on the way takes the row of its sub-menu, and the outermost one reports.
+class KWOptionMenu : public KWControl, public CControlListener {
+public:
+    enum MenuStyle : uint32_t {
+        kNoText = 1u << 0,
+        kShowCurrent = 1u << 1,
+        kPresetMode = 1u << 3, // the list comes from a folder
+        kHeaderSelectFolder = 1u << 4,
+        kNestedFolders = 1u << 5,
+        kStepFiles = 1u << 6, // next and previous go by files; `selectedText` stands at rest
+        kHeaderSave = 1u << 7,
+        kHeaderPresets = 1u << 8,
+        kHeaderLoad = 1u << 11,
+        kSortFiles = 1u << 12,
+        kWider = 1u << 13,
+        kAlignLeft = 1u << 14,
+        kTextAfterArrow = 1u << 15,
+        kAlternateBack = 1u << 16,
+        kCheckCurrent = 1u << 19,
+        kAlignRight = 1u << 20,
+        kForNestedToo = 1u << 21,
+        kBracketHeaders = 1u << 22,
+    };
+    enum ButtonTag { kNext = 10051, kPrevious = 10052, kLoad = 10053, kSave = 10054 };
+    static constexpr int kMaxEntries = 1024;
+    static constexpr int kMaxFiles = 128;
+
+    KWOptionMenu(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
+        const char* fileExtension, uint32_t styleBits);
+    ~KWOptionMenu() override;
+
+    void draw(CDrawContext* context) override;
+    bool checkUpdate(const CRect& updateRect) const override;
+    CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+    using CView::onWheel;
+    bool onWheel(const CPoint& where, float distance, int buttons) override;
+    void setValue(float newValue) override;
+    void beginModal(int mode, const CPoint* where, long forTag) override;
+    void endModal(int result) override;
+    void getViewRect(CRect& rect) const override;
+    void updateControl(void* context) override;
+    void setViewSize(const CRect& rect, bool invalidate = true) override;
+    void setPopupControl(KWControl* popup) override { popupControl = popup; }
+    void setMenuTag(long forTag) override { menuTag = forTag; }
+    virtual long getMenuTag() const { return menuTag; }
+    void setMenuStep(int step) override { menuStep = step; }
+    int getMenuStep() const override { return menuStep; }
+    bool stepValue(int steps, bool fine) override;
+
+    // False at kMaxEntries entries. A negative index appends, one past the end too.
+    virtual bool addEntry(const char* text, int index = -1, bool isTitle = false);
+    virtual bool addSubMenu(std::unique_ptr<KWOptionMenu> sub, const char* text);
+    virtual bool addEntryWithUser(const char* text, int index, long user);
+    // Index and text of the chosen entry, -1 and "Empty" without entries. Without `withHeaders`
+    // only plain entries count: no titles, and none whose text ends in "-T".
+    virtual int getCurrent(std::string& text, bool withHeaders) const;
+    virtual bool setCurrent(int index, bool withHeaders);
+    virtual bool getEntryText(int index, std::string& text) const;
+    virtual bool setEntryText(int index, const char* text);
+    virtual bool removeEntry(int index);
+    virtual void removeAllEntries();
+    virtual int getEntryCount() const { return static_cast<int>(entries.size()); }
+    virtual int findEntry(const char* text) const;
+    virtual void setEntryChecked(int index, bool checked);
+    virtual void setEntryEnabled(int index, bool enabled);
+    virtual void checkOnly(int index);
+    virtual bool isEntryChecked(int index) const;
+    // In preset mode the file of the current choice, with nested folders through the open branch;
+    // before any choice the default folder.
+    virtual bool getPresetPath(std::string& out, const char* fileExtension) const;
+
+    void valueChanged(CControl* sender) override;
+
+    // Fills the menu from a folder: its headers, then its files and, nested, its sub-folders.
+    void scanFolder(const char* folder, const char* fileExtension);
+    int headerCount() const;
+    // Choices counted over the whole tree, depth first: no titles, no rows that hold a sub-menu.
+    int getLeafCount() const;
+    int getLeaf() const;
+    bool setLeaf(int leaf);
+    KWOptionMenu* getSubMenu(int index) const;
+    long getUserWord(int index, long fallback = 0) const;
+    bool isOpen() const { return open; }
+    const CRect& getMenuRect() const { return menuRect; }
+    CRect rowRect(int index) const;
+    int rowAt(const CPoint& where) const;
+    int getHoverEntry() const { return hoverEntry; }
+    // Opens the list at a point, or below the control.
+    void openMenu(const CPoint* where);
+
+    std::string title;
+    std::string selectedText;
+    std::string alternateText;
+    CColor listBackColor;
+    CColor listTextColor;
+    CColor selectedBackColor;
+    CColor selectedTextColor;
+    CColor separatorColor;
+    CColor frameColor;
+    CColor alternateBackColor;
+    CBitmap* arrowBitmap = nullptr;
+    CBitmap* checkBitmap = nullptr;
+    std::string path;
+    std::string defaultPath;
+    std::string extension;
+    KWOptionMenuExtraCallBack* extraCallBack = nullptr;
+    int currentEntry = -1;
+    uint32_t menuStyle;
+    int topMargin = 2;
+    int bottomMargin = 2;
+    int leftMargin = 5;
+    int rightMargin = 0;
+    int fontReduction = 4;
+    int textOffset = 0;
+    int minWidth = 0; // 0: no bound
+    int maxWidth = 0;
+
+private:
+    friend class KWMenuHelper;
+    bool hasStyle(MenuStyle bit) const { return (menuStyle & bit) != 0; }
+    bool isIndex(int index) const { return index >= 0 && index < getEntryCount(); }
+    bool isPlain(int index) const;
+    bool isChoosable(int index) const;
+    KWOptionMenu* outermost();
+    std::string restText() const;
+
+    // KWOptionMenuList.cpp: the open list
+    int textHeight() const;
+    int visibleRows() const;
+    int firstRow() const;
+    void placeList(const CPoint& corner, const CRect* besides);
+    void drawList(CDrawContext* context);
+    void drawRow(CDrawContext* context, int index, const CRect& row);
+    CMouseEventResult listMouseDown(CPoint& where, int buttons);
+    CMouseEventResult listMouseUp(CPoint& where, int buttons);
+    CMouseEventResult listMouseMoved(CPoint& where, int buttons);
+    bool listWheel(const CPoint& where, float distance);
+    bool listKey(int steps);
+    void hoverRow(int index);
+    void openSub(int index);
+    void closeSub();
+    void closeList();
+    void take(int index);
+    void reportChoice();
+    void invalidateList();
+
+    // KWOptionMenuFolder.cpp
+    void addHeaders();
+    void addFolder(const std::string& name);
+    bool stepLeaf(int steps);
+    bool stepEntry(int steps);
+    bool presetPathOf(std::string& out) const;
+    void runHeader(int index);
+
+    std::vector<KWOptionMenuEntryInfo> entries;
+    std::unique_ptr<KWMenuHelper> helper;
+    float scrollPosition = 0.0f;
+    float scrollShare = 1.0f;
+    std::unique_ptr<KWScrollbarY> scrollbar;
+    CRect menuRect;
+    KWOptionMenu* openSubMenu = nullptr;
+    KWOptionMenu* parentMenu = nullptr;
+    KWControl* popupControl = nullptr;
+    CPoint openPoint;
+    long menuTag = 0;
+    int menuStep = -1;
+    int menuWidth = 245;
+    int hoverEntry = -1;
+    bool open = false;
+    bool mouseOnScrollbar = false;
+    bool entryTaken = false;
+    bool ignoreNextUp = false;
+    bool moved = false;
+};

@@ -1,0 +1,9 @@
+// Who wants to hear that a menu opened or closed.
+#pragma once
+
+class KWOptionMenuExtraCallBack {
+public:
+    virtual ~KWOptionMenuExtraCallBack() = default;
+    virtual void menuOpened() = 0;
+    virtual void menuClosed() = 0;
+};

@@ -1,0 +1,50 @@
+// A bar of columns that shows a track's playback loop and is the way to set it.
+#pragma once
+
+#include "controls/KWControl.h"
+
+class KWZoneHandlerContainer;
+
+class KWZoneView : public KWControl, public CControlListener {
+public:
+    enum Gesture { kNone, kDragStart, kDragEnd, kMoveZone, kDrawZone };
+
+    KWZoneView(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
+        KWZoneHandlerContainer* zoneHandler);
+
+    void draw(CDrawContext* context) override;
+    CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+    bool checkDefaultValue(int buttons) override;
+    void updateControl(void* context) override;
+    void setPopupControl(KWControl* popup) override { popupControl = popup; }
+    bool stepValue(int steps, bool fine) override;
+    // From its buttons: whole track, one step back, one step on.
+    void valueChanged(CControl* sender) override;
+
+    int columnAt(int x) const;
+    Gesture getGesture() const { return gesture; }
+
+    KWZoneHandlerContainer* handler;
+    const Crossing<float>* firstZone = nullptr; // index of the first column; null for 0
+    CBitmap* strip = nullptr;                   // outside, left cap, inside, right cap
+    CColor cellColor;
+    CColor zoneColor;
+    int headerHeight = 48;
+    int columns = 32;
+    bool canEdit = true;
+
+private:
+    void setZone(int start, int end);
+    bool readsMouse(const CPoint& where) const;
+
+    KWControl* popupControl = nullptr;
+    Gesture gesture = kNone;
+    int anchor = 0;
+    int grabbedStart = 0;
+    int grabbedEnd = 0;
+    int lastCount = -1;
+    int shownStart = -1;
+    int shownEnd = -1;
+};
