@@ -30,6 +30,7 @@ public:
     operator T() const noexcept { return load(); } // NOLINT
     T load() const noexcept { return cell.load(std::memory_order_relaxed); }
     void store(T value) noexcept { cell.store(value, std::memory_order_relaxed); }
+    T add(T amount) noexcept { return cell.fetch_add(amount, std::memory_order_relaxed); }
     T exchange(T value) noexcept { return cell.exchange(value, std::memory_order_relaxed); }
 
 private:

@@ -1,0 +1,35 @@
+// The texts of every list parameter and the values behind them.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+// How a lane walks through its loop.
+constexpr int kPlaybackModes = 6;
+extern const std::array<std::string_view, kPlaybackModes> kPlaybackModeNames;
+
+// The length of a step. The third and the fifth rate are meant inexact: positions that were saved
+// with them would drift against exact ones.
+constexpr int kSpeeds = 10;
+extern const std::array<std::string_view, kSpeeds> kSpeedNames;
+extern const std::array<float, kSpeeds> kSpeedStepsPerBeat;
+
+// How long the pattern sequencer stays on a position.
+constexpr int kSongSpeeds = 6;
+extern const std::array<std::string_view, kSongSpeeds> kSongSpeedNames;
+extern const std::array<float, kSongSpeeds> kSongSpeedSteps; // steps a unit
+
+// The grid on which held keys act.
+constexpr int kKeySyncs = 6;
+extern const std::array<std::string_view, kKeySyncs> kKeySyncNames;
+extern const std::array<float, kKeySyncs> kKeySyncFactors; // grid lines a quarter note
+
+constexpr int kGateMultiples = 15;
+extern const std::array<float, kGateMultiples> kGateMultiplyTable;
+
+constexpr int kTriggerModes = 3;
+extern const std::array<std::string_view, kTriggerModes> kTriggerModeNames;
+
+// What an octave step adds.
+constexpr int kOctaveSteps = 5;
+extern const std::array<int, kOctaveSteps> kOctaveOffsets; // octaves

@@ -1,0 +1,8 @@
+// What a new instance plays.
+#pragma once
+
+class PatternStore;
+class Tracks;
+
+// Sixteen patterns, their stored values, their loops and a chain of eight. Not on the audio thread.
+void writeFactoryContent(Tracks& tracks, PatternStore& store);
