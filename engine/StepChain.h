@@ -1,0 +1,95 @@
+// The performance effects on time, links of one chain: half speed, retrigger, slowdown, manual step,
+// looper. Each takes the count of the link before it and hands one on. Audio thread.
+#pragma once
+
+#include "base/LastSeen.h"
+#include "engine/SwingLine.h"
+
+// What all links need to know of this tick.
+struct StepSpeed {
+    double stepsPerTick;
+    float swingAmount; // 0 to 1
+    int swingDelay; // ticks
+};
+
+// Half the pace from the count at which it was switched. The count turns fractional here; the links
+// behind truncate where they read.
+class HalfSpeedLink {
+public:
+    float tick(float count, bool on);
+
+private:
+    LastSeen<bool> switched;
+    float base = 0;
+};
+
+// Plays on from step 0 for as long as it is held, while the main count runs on below it. The button
+// acts from the next step on.
+class RetriggerLink {
+public:
+    explicit RetriggerLink(SwingLine& line)
+        : swing(line)
+    {
+    }
+    float tick(float count, bool on, const StepSpeed& speed);
+
+private:
+    SwingLine& swing;
+    LastSeen<int> step;
+    LastSeen<int> activeEdge;
+    bool latched = false;
+    double ownCount = 0;
+};
+
+// Steps that come ever later: the speed decays hyperbolically and never stops.
+class SlowdownLink {
+public:
+    explicit SlowdownLink(SwingLine& line)
+        : swing(line)
+    {
+    }
+    // `curve` tells how fast the speed decays.
+    float tick(float count, bool on, float curve, const StepSpeed& speed);
+
+private:
+    SwingLine& swing;
+    LastSeen<int> step;
+    LastSeen<int> activeEdge;
+    bool active = false;
+    double pace = 0; // steps a tick, fixed at the last step
+    double decay = 0;
+    double time = 0;
+    double ownCount = 0;
+    float base = 0;
+};
+
+// One step a key.
+class ManualLink {
+public:
+    // `keyStep` is 0 with no key, `keyHeld` whether one is down, `restart` the restart value.
+    float tick(float count, bool on, float keyStep, bool keyHeld, float restart);
+    float manualCount() const { return ownCount; }
+
+private:
+    LastSeen<float> keySeen;
+    LastSeen<float> restartEdge;
+    float ownCount = 0;
+};
+
+// Repeats the next `steps` steps.
+class LooperLink {
+public:
+    explicit LooperLink(SwingLine& line)
+        : swing(line)
+    {
+    }
+    float tick(float count, bool on, int steps, const StepSpeed& speed);
+
+private:
+    SwingLine& swing;
+    LastSeen<int> step;
+    LastSeen<bool> activeSeen;
+    bool active = false;
+    double ownCount = 0;
+    float base = 0;
+};
