@@ -1,0 +1,103 @@
+#include "engine/KWClock.h"
+
+#include "data/ParameterSink.h"
+#include "data/Tags.h"
+
+#include <algorithm>
+
+namespace {
+constexpr double kOwnClockWrap = 32000.0;
+// Rounding must never decide a step: a position that is meant to be on the line counts as on it.
+constexpr double kPositionSlack = 1e-9;
+constexpr double kMostSteps = 2e9;
+}
+
+KWClock::KWClock(
+    KWSystemInfo& timeBase, ParameterSink& parameterSink, const Crossing<float>& reloads)
+    : info(timeBase)
+    , sink(parameterSink)
+    , reloadCounter(reloads)
+{
+    sampleRateChanged();
+}
+
+void KWClock::deriveSpeed()
+{
+    const double rate = static_cast<double>(info.sampleRate);
+    const double samplesPerStep = static_cast<double>(info.samplesPerBeat)
+        / static_cast<double>(settings.stepsPerBeat.load());
+    const double stepsPerSecond = rate / samplesPerStep;
+    stepsPerTick = stepsPerSecond * (static_cast<double>(KWSystemInfo::controlPeriod) / rate);
+    msPerStep = static_cast<float>(samplesPerStep / (0.001 * rate));
+    swingDelayTicks = settings.swingShape * msPerStep * info.samplesPerMillisecond
+        / (2.0f * KWSystemInfo::controlPeriod);
+}
+
+void KWClock::sampleRateChanged()
+{
+    for (SwingLine* line : {&mainSwing, &retriggerSwing, &slowdownSwing, &looperSwing})
+        line->setRateRatio(info.rateRatio);
+    deriveSpeed();
+}
+
+float KWClock::playWanted(float gate)
+{
+    // 0.95 and 0.9 differ so that switching the mode while running counts as a change.
+    if (gateEdge.rose(gate))
+        toggleState = (toggleState + 1) % 2;
+    switch (settings.triggerMode) {
+    case 0: return gate * 0.95f;
+    case 1: return static_cast<float>(toggleState);
+    default: return info.hostRunning * 0.9f;
+    }
+}
+
+float KWClock::rawStep() const
+{
+    const bool ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
+    const double steps = ownClockRuns
+        ? ownClock
+        : static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise + kPositionSlack;
+    return static_cast<float>(static_cast<int>(std::min(steps, kMostSteps)));
+}
+
+void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
+{
+    values.reload = reloadCounter;
+    const float wanted = playWanted(keys.gate);
+    if (playSent.changed(wanted))
+        sink.setParameter(Tag::Play, wanted);
+    values.play = static_cast<float>(settings.play);
+
+    values.stepsPerTick = stepsPerTick;
+    values.msPerStep = msPerStep;
+    values.samplesPerMs = info.samplesPerMillisecond;
+    values.ticksPerBeat = info.ticksPerBeat;
+
+    if (values.play > 0)
+        ownClock += values.stepsPerTick;
+    if (ownClock > kOwnClockWrap)
+        ownClock -= kOwnClockWrap;
+    const float start = wanted + values.reload + values.play;
+    if (startSeen.changed(start) && start > 0)
+        ownClock = 0;
+
+    const StepSpeed speed {
+        values.stepsPerTick, settings.swingAmount, static_cast<int>(swingDelayTicks.load())};
+    const float raw = rawStep();
+    values.retrigger = static_cast<float>(settings.retrigger);
+    values.manualStep = settings.manualStep != 0;
+
+    float count = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
+    count = half.tick(count, settings.halfSpeed != 0);
+    count = retriggerLink.tick(count, settings.retrigger != 0, speed);
+    count = slowdownLink.tick(count, settings.slowdown != 0, settings.slowdownCurve, speed);
+    count = manual.tick(
+        count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
+    const int parityCount = static_cast<int>(values.manualStep ? manual.manualCount() : raw);
+    values.stepParity = static_cast<float>(parityCount % 2);
+    count = looperLink.tick(count, settings.looper != 0, settings.looperSteps, speed);
+
+    values.masterStep = count * values.play;
+    values.stepChange = keys.keyStep + values.masterStep;
+}

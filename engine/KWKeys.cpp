@@ -1,0 +1,241 @@
+#include "engine/KWKeys.h"
+
+#include "data/KWKeyState.h"
+#include "data/KWTableXY.h"
+#include "data/ParameterSink.h"
+#include "data/Tags.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int kPerformanceZoneLow = 52;
+
+// Two equal velocities differ a little, so that every new key is a change for whoever compares.
+constexpr float kVelocityOffsets[] = {1.2e-06f, 2.4e-06f, 3.6e-06f, 0.0f};
+constexpr float kVelocityScale = 0.0078125f;
+
+// In this order the buttons are told of their keys.
+constexpr int kButtonOrder[kPerformanceKeys] = {0, 1, 5, 4, 3, 2, 7, 6};
+
+constexpr size_t at(int index) { return static_cast<size_t>(index); }
+
+// The alternation makes even two equal random numbers differ.
+float restartPart(float& alternate, ParkMiller& random)
+{
+    alternate = alternate == 3.0f ? 4.0f : 3.0f;
+    const float sum = alternate + random.next();
+    return sum < 0 ? -sum : sum;
+}
+}
+
+const std::array<PerformanceKey, kPerformanceKeys> kPerformanceKeyTable = {{
+    // note, button
+    {52, Tag::GateTimeButton},
+    {53, Tag::VelocityGateButton},
+    {54, Tag::Looper},
+    {55, Tag::Slowdown},
+    {56, Tag::Retrigger},
+    {57, Tag::HalfSpeed},
+    {58, Tag::StepPlay},
+    {59, Tag::Mute},
+}};
+
+KeyZone keyZoneOf(int note, int keyboardMode)
+{
+    const int mode = keyboardMode == 1 ? 1 : 0;
+    if (note >= kPatternZoneLow && note <= kPatternZoneHigh)
+        return KeyZone::Pattern;
+    if (note >= kTransposeZoneLow && note <= kTransposeZoneHigh[mode])
+        return KeyZone::Transpose;
+    if (mode == 1 && note >= kPerformanceZoneLow && note < kPerformanceZoneLow + kPerformanceKeys)
+        return KeyZone::Performance;
+    return KeyZone::None;
+}
+
+KWKeys::KWKeys(KWSystemInfo& timeBase, KWKeyState& screenKeys, KWTableXY& pitch,
+    ParameterSink& parameterSink, InputQueue& inputQueue)
+    : info(timeBase)
+    , keyState(screenKeys)
+    , pitchTable(pitch)
+    , sink(parameterSink)
+    , queue(inputQueue)
+{
+}
+
+void KWKeys::noteOn(int note, int velocity)
+{
+    // The first free slot from `nextSlot` on; with none free the oldest key gives way.
+    for (int i = 0; i < kSlots; ++i) {
+        const int candidate = (nextSlot + i) % kSlots;
+        if (!(slots[at(candidate)].gate > 0)) {
+            nextSlot = candidate;
+            break;
+        }
+    }
+    Slot& slot = slots[at(nextSlot)];
+    slot.gate = static_cast<float>(velocity) * kVelocityScale + kVelocityOffsets[velocityOffset];
+    slot.note = note;
+    slot.pitch = info.frequencyOf(static_cast<float>(note));
+    lastNote = note;
+    velocityOffset = (velocityOffset + 1) % 4;
+    nextSlot = (nextSlot + 1) % kSlots;
+    update();
+}
+
+void KWKeys::noteOff(int note)
+{
+    for (Slot& slot : slots) {
+        if (slot.note == note && slot.gate > 0) {
+            slot.gate = 0;
+            // The most recently pressed key that is still down becomes the current one.
+            lastNote = 0;
+            for (int i = 1; i <= kSlots; ++i) {
+                const Slot& held = slots[at((nextSlot - i + kSlots) % kSlots)];
+                if (held.gate > 0) {
+                    lastNote = held.note;
+                    break;
+                }
+            }
+            update();
+            return;
+        }
+    }
+    queue.cancelNoteOn(note);
+}
+
+void KWKeys::allNotesOff()
+{
+    for (Slot& slot : slots)
+        slot.gate = 0;
+    lastNote = 0;
+    nextSlot = 0;
+    update();
+}
+
+int KWKeys::shiftedNote(const Slot& slot) const { return slot.note + octave; }
+
+// A second key in the zone does not take over from the first; the last one left does.
+int KWKeys::zoneValue(int low, int high, int& remembered) const
+{
+    int inside = 0;
+    int candidate = remembered;
+    for (int i = 0; i < kSlots; ++i) {
+        const int note = shiftedNote(slots[at(i)]);
+        if (!(slots[at(i)].gate > 0) || note < low || note > high)
+            continue;
+        ++inside;
+        if (i != remembered)
+            candidate = i;
+    }
+    if (inside == 0) {
+        remembered = 0;
+        return -1;
+    }
+    if (inside == 1)
+        remembered = candidate;
+    return std::clamp(shiftedNote(slots[at(remembered)]), low, high) - low;
+}
+
+void KWKeys::update()
+{
+    octave = settings.inputOctave;
+    heldCount = 0;
+    for (const Slot& slot : slots)
+        heldCount += slot.gate > 0;
+    for (int mode = 0; mode < 2; ++mode) {
+        ZoneSet& set = sets[mode];
+        set.transpose = zoneValue(kTransposeZoneLow, kTransposeZoneHigh[mode], set.transposeSlot);
+        set.pattern = zoneValue(kPatternZoneLow, kPatternZoneHigh, set.patternSlot);
+    }
+    sendPerformanceButtons(settings.keyboardMode);
+    publishKeyState();
+}
+
+// A held key holds its button, and a button stays on until its last key is released.
+void KWKeys::sendPerformanceButtons(int mode)
+{
+    float sums[kPerformanceKeys] = {};
+    for (const Slot& slot : slots) {
+        if (!(slot.gate > 0) || keyZoneOf(shiftedNote(slot), mode) != KeyZone::Performance)
+            continue;
+        sums[shiftedNote(slot) - kPerformanceZoneLow] += 1.0f;
+    }
+    for (const int action : kButtonOrder)
+        if (buttonSent[at(action)].changed(sums[action]))
+            sink.setParameter(kPerformanceKeyTable[at(action)].tag, sums[action]);
+}
+
+void KWKeys::publishKeyState()
+{
+    keyState.clearNotes();
+    for (const Slot& slot : slots)
+        if (slot.gate > 0)
+            keyState.setNote(slot.note, true);
+}
+
+void KWKeys::drainScreenKeyboard()
+{
+    if (const int note = keyState.noteOn.take(); note >= 0 && note < 128)
+        noteOn(note, std::clamp<int>(keyState.noteOnVelocity, 1, 127));
+    if (const int note = keyState.noteOff.take(); note >= 0 && note < 128)
+        noteOff(note);
+}
+
+void KWKeys::tick(const KWSystemInfo&)
+{
+    drainScreenKeyboard();
+    if (queue.takeLostRelease())
+        allNotesOff();
+    const int mode = settings.keyboardMode == 1 ? 1 : 0;
+    if (modeSeen.changed(mode))
+        update();
+    if (classesSeen.changed(mode * 1000 + settings.inputOctave))
+        for (int note = 0; note < 128; ++note)
+            keyState.setClass(note, static_cast<int>(keyZoneOf(note + settings.inputOctave, mode)));
+
+    // Held keys act at once or on the next line of the grid.
+    const ZoneSet& set = sets[mode];
+    const int sync = settings.keySyncIndex;
+    const double beats = static_cast<double>(info.songPosition);
+    const double lines = static_cast<double>(settings.keySyncFactor) * beats + 1e-9;
+    if (grid.changed(static_cast<int>(std::min(lines, 2e9))) || sync == 0) {
+        keyTranspose = set.transpose;
+        keyPatternRaw = set.pattern;
+    }
+
+    const bool recording = settings.recording != 0;
+    const bool upperHeld = keyTranspose >= 0;
+    const bool zoneTriggers = settings.triggerSource != 0 && !recording;
+    values.gate = (zoneTriggers ? upperHeld : heldCount > 0) ? 1.0f : 0.0f;
+    values.keyPattern = std::max(keyPatternRaw, 0);
+    values.keyStep = static_cast<float>(keyTranspose + 1);
+    values.stepKeyHeld = upperHeld;
+
+    const int centre = mode == 1 ? 24 : 12;
+    const int amount = upperHeld && !recording ? std::clamp(keyTranspose - centre, -12, 12) : 0;
+    const bool chromatic = settings.transposeChromatic != 0;
+    values.semitoneShift = chromatic ? static_cast<float>(amount) : 0.0f;
+    values.degreeShift = chromatic ? 0.0f : static_cast<float>(amount);
+
+    if (gateEdge.rose(values.gate))
+        gatePart = restartPart(gateAlternate, gateRandom);
+    if (retriggerEdge.rose(settings.retrigger))
+        retriggerPart = restartPart(retriggerAlternate, retriggerRandom);
+    if (restartSeen.changed(values.keyStep) && values.keyStep > 0)
+        values.restart = gatePart + retriggerPart;
+}
+
+void KWKeys::record(int mainPosition)
+{
+    const int recording = settings.recording;
+    if (recordingEdge.rose(recording))
+        recordStepCount = 0;
+    const int active = recording != 0 && keyTranspose >= 0 ? 1 : 0;
+    if (!recordGate.rose(active))
+        return;
+    const int centre = settings.keyboardMode == 1 ? 24 : 12;
+    const int value = std::clamp(keyTranspose - centre, -12, 12);
+    const int position = settings.stepRecord != 0 ? recordStepCount : mainPosition;
+    pitchTable.setValue(position, static_cast<float>(value));
+    recordStepCount = (recordStepCount + 1) % 32;
+}

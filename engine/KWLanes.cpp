@@ -1,0 +1,86 @@
+#include "engine/KWLanes.h"
+
+#include "data/Tracks.h"
+
+#include <algorithm>
+
+namespace {
+constexpr unsigned kSteps = 32;
+}
+
+Lane::Lane(const KWZoneHandlerContainer& zone, int seed)
+    : loop(zone)
+    , random(seed)
+{
+    readLoop(0);
+}
+
+void Lane::readLoop(int row)
+{
+    const auto first = static_cast<unsigned>(std::clamp<int>(loop.start(row), 0, kSteps - 1));
+    const auto last = static_cast<unsigned>(std::clamp<int>(loop.end(row), 0, kSteps - 1));
+    start = first;
+    length = last >= first ? last + 1 - first : 1;
+}
+
+int Lane::position(float masterStep, PlaybackMode mode)
+{
+    const unsigned p = static_cast<unsigned>(masterStep) % length;
+    if (step.changed(p))
+        drawn = random.nextMagnitude();
+    unsigned walked = p;
+    switch (mode) {
+    case PlaybackMode::Forward: break;
+    case PlaybackMode::Backward: walked = length - 1 - p; break;
+    case PlaybackMode::Random:
+        walked = static_cast<unsigned>(drawn * static_cast<float>(length));
+        break;
+    case PlaybackMode::EachSecond: walked = p * 2; break;
+    case PlaybackMode::EachThird: walked = p * 3; break;
+    case PlaybackMode::EachFourth: walked = p * 4; break;
+    }
+    return static_cast<int>(walked % length + start);
+}
+
+KWLanes::KWLanes(const Tracks& tracks)
+    : lanes {{
+        {tracks.pitchLoop, 1043},
+        {tracks.performanceLoop, 20771},
+        {tracks.velocityLoop, 303577},
+        {tracks.gateLoop, 4045337},
+        {tracks.modLoops[0], 50559},
+        {tracks.modLoops[1], 607121},
+        {tracks.modLoops[2], 7081903},
+        {tracks.modLoops[3], 80917},
+        {tracks.modLoops[4], 910153},
+        {tracks.modLoops[5], 1011341},
+        {tracks.modLoops[6], 11122313},
+        {tracks.modLoops[7], 121331},
+    }}
+{
+}
+
+void KWLanes::tick(const KWClock::Out& clock, int pattern)
+{
+    const bool stepped = stepChange.changed(clock.stepChange) && clock.stepChange > 0;
+    const bool started = play.changed(clock.play);
+    if (reload.changed(clock.reload) || stepped || started)
+        for (Lane& lane : lanes)
+            lane.readLoop(pattern);
+
+    const bool separate = settings.separateLoops != 0;
+    const int mainPosition = lanes[Main].position(
+        clock.masterStep, static_cast<PlaybackMode>(settings.mode[Main].load()));
+    const auto positionOf = [&](int index) {
+        const auto i = static_cast<size_t>(index);
+        const int own = lanes[i].position(
+            clock.masterStep, static_cast<PlaybackMode>(settings.mode[i].load()));
+        return separate ? own : mainPosition;
+    };
+    values.main = mainPosition;
+    values.performance = positionOf(Performance);
+    values.velocity = positionOf(Velocity);
+    values.gate = positionOf(Gate);
+    for (int mod = 0; mod < kModLanes; ++mod)
+        values.mods[static_cast<size_t>(mod)] = positionOf(FirstMod + mod);
+}

@@ -1,0 +1,64 @@
+// The step positions of the lanes: groups of tracks that share a loop and a playback mode.
+#pragma once
+
+#include "base/Crossing.h"
+#include "base/LastSeen.h"
+#include "base/ParkMiller.h"
+#include "engine/KWClock.h"
+
+#include <array>
+
+class KWZoneHandlerContainer;
+class Tracks;
+
+enum class PlaybackMode : int32_t { Forward, Backward, Random, EachSecond, EachThird, EachFourth };
+
+// One lane: a loop over the steps of a row, walked in one of six ways.
+class Lane {
+public:
+    Lane(const KWZoneHandlerContainer& zone, int seed);
+
+    void readLoop(int row); // at a step's boundary, so that a loop never changes within one
+    int position(float masterStep, PlaybackMode mode);
+
+private:
+    const KWZoneHandlerContainer& loop;
+    ParkMiller random;
+    LastSeen<unsigned> step {~0u};
+    float drawn = 0; // 0 to 1
+    unsigned start = 0;
+    unsigned length = 32;
+};
+
+class KWLanes {
+public:
+    static constexpr int kModLanes = 8;
+    static constexpr int kLanes = 4 + kModLanes;
+    enum Index { Main, Performance, Velocity, Gate, FirstMod };
+
+    struct Settings { // written by setParameter, on any thread
+        std::array<Crossing<int32_t>, kLanes> mode {}; // PlaybackMode
+        Crossing<int32_t> separateLoops = 1; // 0: all follow the main lane
+    };
+    struct Out { // written by tick(), read by later stages: steps, 0 to 31
+        int main = 0;
+        int performance = 0;
+        int velocity = 0;
+        int gate = 0;
+        std::array<int, kModLanes> mods {};
+    };
+    Settings settings;
+
+    explicit KWLanes(const Tracks& tracks);
+
+    // `pattern` is the current row.
+    void tick(const KWClock::Out&, int pattern);
+    const Out& out() const { return values; }
+
+private:
+    std::array<Lane, kLanes> lanes;
+    LastSeen<float> stepChange;
+    LastSeen<float> reload;
+    LastSeen<float> play;
+    Out values;
+};

@@ -1,0 +1,59 @@
+// Chooses the current pattern: from the song row, a locked number or the keyboard. A change takes
+// effect in the tick that detects it and replays the pattern's stored parameters.
+#pragma once
+
+#include "base/Crossing.h"
+#include "base/LastSeen.h"
+#include "engine/KWClock.h"
+#include "engine/KWKeys.h"
+
+class ParameterSink;
+class PatternStore;
+class Tracks;
+
+class KWPatterns {
+public:
+    struct Settings { // written by setParameter, on any thread
+        Crossing<int32_t> songOn = 0;
+        Crossing<float> stepsPerUnit = 1.0f;
+        Crossing<int32_t> lockedPattern = 0; // 0 to 15
+        Crossing<float> lockButton = 0.0f; // 1 while the mouse is down on the lock area
+    };
+    struct Out { // written by tick(), read by later stages
+        int pattern = 0; // 0 to 15
+        int songIndex = 0; // position in the song row
+        bool locked = false;
+    };
+    Settings settings;
+
+    KWPatterns(Tracks& tracks, PatternStore& store, ParameterSink& sink);
+
+    void tick(const KWClock::Out&, const KWKeys::Out&);
+    const Out& out() const { return values; }
+
+private:
+    void select(int pattern);
+
+    Tracks& tracks;
+    PatternStore& store;
+    ParameterSink& sink;
+
+    Out values;
+    LastSeen<float> parity;
+    LastSeen<float> lockEdge;
+    int lockState = 0;
+    LastSeen<float> playSeen;
+    LastSeen<float> reloadSeen;
+    float playFlag = 0;
+    LastSeen<float> counterRestart;
+    LastSeen<float> positionRestart;
+    float stepCounter = 0;
+    float advance = 0;
+    int positionRun = 0;
+    LastSeen<int> wantedSeen;
+    bool wantedForgotten = false;
+    LastSeen<float> pulseReload;
+    LastSeen<float> pulse;
+    float patternCell = 0;
+    LastSeen<int> patternSeen;
+};

@@ -1,0 +1,86 @@
+#include "engine/KWTransport.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr double kJump = 0.5; // quarter notes off the host's position that count as a locate
+// A host may still report a place just beyond the loop's end after its return.
+constexpr double kCycleTolerance = 0.15;
+
+double usableTempo(const VstTimeInfo& record, double stored)
+{
+    const bool isSilent = (record.flags & kVstTempoValid) == 0 && !(record.tempo > 0);
+    if (isSilent || !(record.tempo < kMaxTempo))
+        return stored;
+    return std::max(record.tempo, kMinTempo);
+}
+}
+
+bool KWTransport::setRunning(bool running)
+{
+    const float wanted = running ? 1.0f : 0.0f;
+    if (info.hostRunning == wanted)
+        return false;
+    info.hostRunning = wanted;
+    return true;
+}
+
+bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
+{
+    tempo = info.tempo;
+    positionIncrement = 0;
+    wrapArmed = false;
+    if (!record)
+        return false;
+    tempo = usableTempo(*record, tempo);
+
+    const double position = record->ppqPos;
+    const bool plays = (record->flags & kVstTransportPlaying) != 0;
+    if (!plays || !(position >= 0) || !std::isfinite(position)) {
+        info.songPositionPrecise = 0;
+        info.songPosition = 0;
+        return setRunning(false);
+    }
+
+    constexpr int kCycle = kVstCyclePosValid | kVstTransportCycleActive;
+    const double cycleEnd = record->cycleEndPos;
+    const bool cycleOn = (record->flags & kCycle) == kCycle && std::isfinite(cycleEnd)
+        && std::isfinite(record->cycleStartPos);
+    const bool justPastCycleEnd
+        = cycleOn && position > cycleEnd && position - cycleEnd < kCycleTolerance;
+    if (std::abs(info.songPositionPrecise - position) > kJump && !justPastCycleEnd) {
+        info.songPositionPrecise = position;
+        info.songPosition = static_cast<float>(position);
+    }
+
+    if (frames > 0) {
+        const double nominal = (frames / static_cast<double>(info.samplesPerBeat)) / frames;
+        const double projected = frames * nominal + position;
+        positionIncrement = justPastCycleEnd
+            ? nominal
+            : (projected - info.songPositionPrecise) / frames;
+        if (cycleOn && cycleEnd <= projected && position < cycleEnd) {
+            wrapArmed = true;
+            wrapPosition = static_cast<float>(cycleEnd);
+            wrapTarget = record->cycleStartPos;
+        }
+    }
+    return setRunning(true);
+}
+
+void KWTransport::advance(int samples)
+{
+    double position = info.songPositionPrecise;
+    if (wrapArmed && static_cast<float>(position + samples * positionIncrement) >= wrapPosition) {
+        for (int i = 0; i < samples; ++i) {
+            position += positionIncrement;
+            if (static_cast<float>(position) >= wrapPosition)
+                position = wrapTarget;
+        }
+    } else {
+        position += samples * positionIncrement;
+    }
+    info.songPositionPrecise = position;
+    info.songPosition = static_cast<float>(position);
+}

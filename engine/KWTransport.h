@@ -1,0 +1,34 @@
+// Follows the host's transport, once a block, and moves the song position from sample to sample.
+#pragma once
+
+#include "data/KWSystemInfo.h"
+#include "host/effect/EffectTypes.h"
+
+// Audio thread. Inside tolerance the position is not set but steered, so that it meets the host's at
+// the end of the block; locates beyond half a quarter note are taken over at once.
+class KWTransport {
+public:
+    explicit KWTransport(KWSystemInfo& timeBase)
+        : info(timeBase)
+    {
+    }
+
+    // `record` is the host's, or null for none: then the position holds still and nothing else
+    // changes. True when the host has started or stopped.
+    bool evaluate(const VstTimeInfo* record, int frames);
+    // Moves on by `samples`, back to the cycle's start where its end is reached.
+    void advance(int samples);
+
+    // The tempo of this block as far as the host gave a usable one, else the stored tempo.
+    double blockTempo() const { return tempo; }
+
+private:
+    bool setRunning(bool running);
+
+    KWSystemInfo& info;
+    double tempo = 120.0;
+    double positionIncrement = 0; // quarter notes a sample
+    bool wrapArmed = false;
+    float wrapPosition = 0;
+    double wrapTarget = 0;
+};
