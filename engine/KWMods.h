@@ -1,0 +1,50 @@
+// Eight modulation tracks: a value a step as controller, pressure or program change, and into the
+// synth. Only what has moved is sent.
+#pragma once
+
+#include "base/Crossing.h"
+#include "base/LastSeen.h"
+#include "engine/KWLanes.h"
+#include "engine/KWNotes.h"
+#include "engine/KWPerformance.h"
+
+#include <array>
+
+class OutgoingList;
+class ParameterSink;
+class Tracks;
+
+class KWMods {
+public:
+    static constexpr int kTracks = 8;
+
+    struct Settings { // written by setParameter, on any thread
+        Crossing<int32_t> enabled = 1; // all of them
+        std::array<Crossing<int32_t>, kTracks> on {};
+        std::array<Crossing<int32_t>, kTracks> target {}; // 0 to 129
+        std::array<Crossing<int32_t>, kTracks> toSynth {};
+    };
+    Settings settings;
+
+    KWMods(const Tracks& tracks, ParameterSink& sink);
+
+    void tick(const KWLanes::Out&, const KWPerformance::Out&, const KWNotes::Out&,
+        OutgoingList& outgoing);
+    // What the tracks put out last, 0 to 1.
+    const std::array<float, kTracks>& out() const { return values; }
+
+private:
+    struct Cells {
+        LastSeen<float> step;
+        LastSeen<float> random;
+        float cell = 0;
+        float held = 0;
+        float sentMidi = 0;
+        float sentToSynth = 0;
+    };
+
+    const Tracks& tracks;
+    ParameterSink& sink;
+    std::array<Cells, kTracks> cells;
+    std::array<float, kTracks> values {};
+};

@@ -1,0 +1,78 @@
+// Combines the tracks at the lanes' positions into up to four notes and decides whether the step
+// starts them. All of it is computed on every tick; only the trigger starts notes.
+#pragma once
+
+#include "base/Crossing.h"
+#include "base/LastSeen.h"
+#include "engine/KWClock.h"
+#include "engine/KWKeys.h"
+#include "engine/KWLanes.h"
+#include "engine/KWPerformance.h"
+
+#include <array>
+
+class KWNoteSchedule;
+class Tracks;
+
+class KWNotes {
+public:
+    static constexpr int kChordNotes = 4;
+
+    struct Settings { // written by setParameter, on any thread
+        Crossing<int32_t> rootKey = 60; // MIDI note
+        Crossing<int32_t> scale = 0; // 0 to 33
+        Crossing<int32_t> outOctave = -12; // semitones
+        Crossing<int32_t> outTranspose = 0; // semitones
+        Crossing<int32_t> masterGateOn = 0;
+        Crossing<float> masterGate = 0.0f; // 0 to 1
+        Crossing<float> gateMultiply = 1.0f;
+        Crossing<int32_t> velocityGateOn = 0;
+        Crossing<float> velocityThreshold = 0.0f; // 0.1 to 0.9
+        Crossing<int32_t> mute = 0;
+    };
+    struct Out { // written by tick(), read by later stages
+        float gate = 0; // of the step, as a part of it
+        float duration = 0; // samples
+        float unmuted = 1; // 0 while muted, latched at the performance lane's steps
+        std::array<int, kChordNotes> note {}; // 0 to 127
+        std::array<int, kChordNotes> velocity {}; // 0 to 127, 0 starts nothing
+    };
+    Settings settings;
+
+    explicit KWNotes(const Tracks& tracks);
+
+    void tick(int pattern, const KWClock::Out&, const KWKeys::Out&, const KWLanes::Out&,
+        const KWPerformance::Out&);
+    // Starts the notes of the tick if the trigger value has moved.
+    void trigger(KWNoteSchedule& schedule);
+    const Out& out() const { return values; }
+
+private:
+    // What the arpeggio makes of one step.
+    struct Arpeggio {
+        bool runs = false;
+        float note = 0; // semitones above the root
+        float subGate = 0; // 0 to 1
+    };
+
+    void copyVelocityRow(int pattern, const KWClock::Out&);
+    Arpeggio arpeggio(int degree, int scale, float base, const KWClock::Out&, const KWLanes::Out&,
+        const KWPerformance::Out&);
+
+    const Tracks& tracks;
+    Out values;
+
+    std::array<float, 32> workingVelocity {};
+    LastSeen<int> rowPattern {-1};
+    LastSeen<float> rowPlay;
+    LastSeen<float> rowReload;
+    LastSeen<uint32_t> rowGeneration;
+
+    LastSeen<int> arpeggioLane;
+    double subStep = 0; // 0 to 4
+    LastSeen<int> muteLane {-1};
+    LastSeen<float> playLatchSum;
+    float playLatch = 0;
+    float triggerValue = 0;
+    LastSeen<float> triggered;
+};
