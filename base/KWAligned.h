@@ -1,0 +1,4 @@
+// Objects that hold arrays for eight lanes at a time and are made with `new`.
+#pragma once
+
+class alignas(32) KWAligned { };

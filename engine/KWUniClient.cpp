@@ -1,0 +1,242 @@
+#include "engine/KWUniClient.h"
+
+#include "data/FactoryContent.h"
+#include "engine/WrapperPort.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace {
+constexpr VstInt32 kTimeRequest
+    = kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid;
+constexpr int kInputs = 2;
+constexpr int kOutputs = 2;
+// A block that does not end in this time is not waited for any longer.
+constexpr int kMostWaits = 500;
+
+void clearOutputs(float** outputs, int frames)
+{
+    if (!outputs || frames <= 0)
+        return;
+    for (int channel = 0; channel < kOutputs; ++channel)
+        if (outputs[channel])
+            std::fill_n(outputs[channel], frames, 0.0f);
+}
+}
+
+KWUniClient::KWUniClient(audioMasterCallback master)
+    : KWPluginBase(master, kPrograms, kHostParameters)
+    , tracks(info)
+    , transport(info)
+    , keys(info, keyState, tracks.pitch, *this, inputQueue)
+    , clock(info, *this, reloadCounter)
+    , patterns(tracks, patternStore, *this)
+    , lanes(tracks)
+    , notes(tracks)
+    , bend(tracks)
+    , mods(tracks, *this)
+    , synth(info)
+{
+    setNumInputs(kInputs);
+    setNumOutputs(kOutputs);
+    setUniqueID(kUniqueId);
+    programsAreChunks();
+    canProcessReplacing();
+    isSynth();
+    applyDefaults();
+    writeFactoryContent(tracks, patternStore);
+    patternStore.replay(*this);
+}
+
+KWUniClient::~KWUniClient() = default;
+
+KWUniClient::LoadScope::LoadScope(KWUniClient& client, bool fromAudio)
+    : engine(client)
+{
+    engine.loadBypass.raise();
+    for (int i = 0; !fromAudio && engine.inBlock.isRaised() && i < kMostWaits; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+KWUniClient::LoadScope::~LoadScope() { engine.loadBypass.lower(); }
+
+void KWUniClient::suspend()
+{
+    // Never the schedule: what has been started must end.
+    inputQueue.clear();
+    outgoing.clear();
+}
+
+void KWUniClient::resume() { wantEvents(); }
+
+void KWUniClient::setSampleRate(float rate)
+{
+    if (!info.setSampleRate(rate))
+        return;
+    KWPluginBase::setSampleRate(rate);
+    clock.sampleRateChanged();
+    synth.sampleRateChanged();
+    reapplyParameters();
+}
+
+void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames)
+{
+    if (wrapper)
+        clearOutputs(outputs, sampleFrames);
+    else
+        processBlock(outputs, sampleFrames);
+}
+
+void KWUniClient::processBlock(float** outputs, int sampleFrames)
+{
+    // Raised first, looked at after: a loader does it the other way round, so one of the two sees the
+    // other.
+    const FlagScope blockRuns(inBlock);
+    if (loadBypass.isRaised()) {
+        clearOutputs(outputs, sampleFrames);
+        return;
+    }
+    if (!wrapper && getCurrentProcessLevel() == kVstProcessLevelOffline)
+        return;
+
+    const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
+    const double recordPosition = record ? record->ppqPos : 0.0;
+    transport.evaluate(record, sampleFrames);
+    blockOutputs = outputs;
+    clearOutputs(outputs, sampleFrames);
+
+    for (int i = 0; i < sampleFrames;) {
+        if (info.controlCounter == kTickSamples)
+            tick(i);
+        const int run = std::min(kTickSamples - info.controlCounter, sampleFrames - i);
+        renderRun(run);
+        transport.advance(run);
+        info.controlCounter += run;
+        audioRunLength += run;
+        i += run;
+    }
+    flushRun(outputs, sampleFrames);
+    sendOutgoing(recordPosition);
+}
+
+void KWUniClient::tick(int sample)
+{
+    flushRun(blockOutputs, sample);
+    info.controlCounter = 0;
+    while (const InternalEvent* event = inputQueue.popDue())
+        handle(*event);
+    inputQueue.advance(kTickSamples);
+    followTempo();
+    outgoing.eventDelta = sample;
+
+    keys.tick(info);
+    clock.tick(info, keys.out());
+    patterns.tick(clock.out(), keys.out());
+    lanes.tick(clock.out(), patterns.out().pattern);
+    keys.record(lanes.out().main);
+    performance.tick(lanes.out());
+    notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
+    bend.tick(clock.out(), lanes.out(), performance.out(), notes.out(), outgoing);
+    notes.trigger(schedule);
+    synthTicked = synthOn != 0;
+    if (synthTicked)
+        synth.controlTick(bend.semitones());
+    mods.tick(lanes.out(), performance.out(), notes.out(), outgoing);
+    info.firstTick = 0;
+    schedule.drain(outgoing, synth.voices());
+    publish();
+}
+
+void KWUniClient::handle(const InternalEvent& event)
+{
+    const float value = static_cast<float>(event.data2) * 0.007874016f;
+    switch (event.code) {
+    case EventCode::NoteOn: keys.noteOn(event.data1, event.data2); break;
+    case EventCode::NoteOff: keys.noteOff(event.data1); break;
+    case EventCode::AllNotesOff: keys.allNotesOff(); break;
+    case EventCode::Controller:
+        midiMap.controllerMoved(event.data1, value, *this, remoteStep);
+        break;
+    case EventCode::PitchWheel: {
+        const auto offCentre = static_cast<float>(event.data2 - 64);
+        info.pitchWheel = offCentre / (event.data2 > 63 ? 63.0f : 64.0f);
+        break;
+    }
+    case EventCode::ProgramChange: programChanged(event.data1); break;
+    case EventCode::Pressure:
+        midiMap.pressureMoved(
+            static_cast<float>(event.data1) * 0.007874016f, *this, remoteStep);
+        break;
+    case EventCode::Cancelled: break;
+    }
+}
+
+void KWUniClient::followTempo()
+{
+    const double tempo = transport.blockTempo();
+    if (tempo == info.tempo)
+        return;
+    info.setTempo(tempo);
+    info.notifyTempoListeners();
+    clock.deriveSpeed();
+}
+
+void KWUniClient::renderRun(int samples)
+{
+    float* left = runLeft + audioRunLength;
+    float* right = runRight + audioRunLength;
+    if (synthTicked && synthOn != 0) {
+        synth.renderVoices(left, right, samples);
+    } else {
+        std::fill_n(left, samples, 0.0f);
+        std::fill_n(right, samples, 0.0f);
+    }
+}
+
+void KWUniClient::flushRun(float** outputs, int frame)
+{
+    if (audioRunLength <= 0)
+        return;
+    if (synthTicked && synthOn != 0)
+        synth.delay().process(runLeft, runRight, audioRunLength);
+    const int start = frame - audioRunLength;
+    const float* run[kOutputs] = {runLeft, runRight};
+    for (int channel = 0; outputs && channel < kOutputs; ++channel)
+        if (outputs[channel])
+            std::copy_n(run[channel], audioRunLength, outputs[channel] + start);
+    audioRunLength = 0;
+}
+
+void KWUniClient::sendOutgoing(double songPosition)
+{
+    const int count = outgoing.count();
+    VstEvents* events = outgoing.close();
+    if (count == 0)
+        return;
+    if (!wrapper) {
+        sendVstEventsToHost(events);
+    } else if (wrapper->hasMidiOutput()) {
+        for (int i = 0; i < count; ++i)
+            wrapper->midiOut(outgoing.at(i), songPosition);
+    }
+}
+
+void KWUniClient::publish()
+{
+    const KWLanes::Out& steps = lanes.out();
+    screen.mainStep = static_cast<float>(steps.main);
+    screen.performanceStep = static_cast<float>(steps.performance);
+    screen.velocityStep = static_cast<float>(steps.velocity);
+    screen.gateStep = static_cast<float>(steps.gate);
+    for (size_t k = 0; k < steps.mods.size(); ++k) {
+        screen.modStep[k] = static_cast<float>(steps.mods[k]);
+        screen.modValue[k] = mods.out()[k];
+    }
+    screen.songStep = static_cast<float>(patterns.out().songIndex);
+    screen.pattern = static_cast<float>(patterns.out().pattern);
+    screen.patternLocked = patterns.out().locked ? 1.0f : 0.0f;
+    screen.masterStep = clock.out().masterStep;
+    screen.playing = clock.out().play;
+    screen.bendSemitones = bend.semitones();
+}

@@ -1,0 +1,153 @@
+// The plug-in: it owns the tables, the stages of the tick and the synth, and runs them.
+#pragma once
+
+#include "base/KWAligned.h"
+#include "data/KWKeyState.h"
+#include "data/KWSystemInfo.h"
+#include "data/MidiMap.h"
+#include "data/Parameters.h"
+#include "data/ParameterSink.h"
+#include "data/PatternStore.h"
+#include "data/Tracks.h"
+#include "engine/EventQueues.h"
+#include "engine/KWBend.h"
+#include "engine/KWClock.h"
+#include "engine/KWKeys.h"
+#include "engine/KWLanes.h"
+#include "engine/KWMods.h"
+#include "engine/KWNoteSchedule.h"
+#include "engine/KWNotes.h"
+#include "engine/KWPatterns.h"
+#include "engine/KWPerformance.h"
+#include "engine/KWTransport.h"
+#include "engine/ScreenValues.h"
+#include "host/effect/KWPluginBase.h"
+#include "synth/KWSynth.h"
+
+class WrapperPort;
+
+// Threads: processReplacing, processBlock and processEvents on the audio thread; setParameter from
+// any; everything else on the host's thread for the user interface. No lock anywhere.
+class KWUniClient final : public KWAligned, public KWPluginBase, public ParameterSink {
+public:
+    static constexpr VstInt32 kUniqueId = 0x4B574F52; // "KWOR"
+    static constexpr int kPrograms = 128;
+
+    // `master` may be null: the instance then runs without a host.
+    explicit KWUniClient(audioMasterCallback master);
+    ~KWUniClient() override;
+
+    // --- the effect interface ----------------------------------------------------------------
+    void suspend() override;
+    void resume() override;
+    void setSampleRate(float rate) override;
+    void processReplacing(float** inputs, float** outputs, VstInt32 sampleFrames) override;
+    void setParameter(VstInt32 index, float value) override;
+    float getParameter(VstInt32 index) override;
+    void setParameterAutomated(VstInt32 index, float value) override;
+    VstInt32 getChunk(void** data, bool isPreset) override;
+    VstInt32 setChunk(void* data, VstInt32 byteSize, bool isPreset) override;
+    void getParameterLabel(VstInt32 index, char* text) override;
+    void getParameterDisplay(VstInt32 index, char* text) override;
+    void getParameterName(VstInt32 index, char* text) override;
+    bool getParameterProperties(VstInt32 index, VstParameterProperties* properties) override;
+    bool string2parameter(VstInt32 index, const char* text) override;
+    void beginEdit(VstInt32 index) override;
+    void endEdit(VstInt32 index) override;
+    bool getOutputProperties(VstInt32 index, VstPinProperties* properties) override;
+    VstInt32 processEvents(VstEvents* events) override;
+    VstInt32 getGetTailSize() override;
+    bool getEffectName(char* name) override;
+    bool getProductString(char* text) override;
+    bool getVendorString(char* text) override;
+    VstInt32 getVendorVersion() override;
+    VstInt32 canDo(const char* text) override;
+    VstPlugCategory getPlugCategory() override;
+    VstInt32 getNumMidiInputChannels() override { return 16; }
+    VstInt32 getNumMidiOutputChannels() override { return 1; }
+
+    // --- for a wrapper -----------------------------------------------------------------------
+    // With a port set, processReplacing only clears and processEvents takes nothing: the wrapper
+    // calls processBlock and queueEvents itself.
+    void setWrapperPort(WrapperPort* port) { wrapper = port; }
+    // The block function. `outputs[1]` may be null.
+    void processBlock(float** outputs, int sampleFrames);
+    void queueEvents(const VstEvents* events);
+
+    // --- for the editor and the loaders --------------------------------------------------------
+    // Stops the audio thread's work for as long as it lives; the block function is silent.
+    class LoadScope;
+
+    // What depends on the sample rate is derived anew from the stored values.
+    void reapplyParameters();
+    // All stages that must start afresh after a load watch this.
+    void countReload() { reloadCounter = reloadCounter + 1.0f; }
+    void setLockButton(bool down) { patterns.settings.lockButton = down ? 1.0f : 0.0f; }
+
+    KWSystemInfo info;
+    Parameters parameters;
+    Tracks tracks;
+    PatternStore patternStore;
+    MidiMap midiMap;
+    KWKeyState keyState;
+    ScreenValues screen;
+    Crossing<int32_t> remoteStep = 0; // the step that a learned controller writes
+
+private:
+    // engine/KWUniClient.cpp
+    void tick(int sample);
+    void handle(const InternalEvent& event);
+    void followTempo();
+    void flushRun(float** outputs, int frame);
+    void renderRun(int samples);
+    void sendOutgoing(double songPosition);
+    void publish();
+    // engine/KWUniClientParameters.cpp
+    void react(int tag, const Parameters::Stored& stored);
+    bool reactInstrument(int tag, const Parameters::Stored& stored);
+    bool reactFamilies(int tag, const Parameters::Stored& stored);
+    void reactGlobalEdit(int tag);
+    void applyDefaults();
+    // engine/KWUniClientHost.cpp
+    static bool toInternal(const VstMidiEvent& midi, InternalEvent& event);
+    void programChanged(int program);
+
+    Crossing<float> reloadCounter = 0.0f;
+    OneWayFlag loadBypass;
+    OneWayFlag inBlock;
+    WrapperPort* wrapper = nullptr;
+    Crossing<int32_t> synthOn = 0;
+    Crossing<int32_t> ignoreProgramChange = 1;
+
+    // Audio thread.
+    InputQueue inputQueue;
+    OutgoingList outgoing;
+    KWNoteSchedule schedule;
+    KWTransport transport;
+    KWKeys keys;
+    KWClock clock;
+    KWPatterns patterns;
+    KWLanes lanes;
+    KWPerformance performance;
+    KWNotes notes;
+    KWBend bend;
+    KWMods mods;
+    KWSynth synth;
+    bool synthTicked = false; // the synth has had its control step for this period
+    int audioRunLength = 0; // samples collected since the last flush
+    alignas(32) float runLeft[kTickSamples] {};
+    alignas(32) float runRight[kTickSamples] {};
+    float** blockOutputs = nullptr;
+};
+
+class KWUniClient::LoadScope {
+public:
+    // `fromAudio`: the loader is the audio thread itself, which need not wait for its own block.
+    explicit LoadScope(KWUniClient& client, bool fromAudio = false);
+    ~LoadScope();
+    LoadScope(const LoadScope&) = delete;
+    LoadScope& operator=(const LoadScope&) = delete;
+
+private:
+    KWUniClient& engine;
+};
