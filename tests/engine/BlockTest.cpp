@@ -1,0 +1,188 @@
+#include "data/Tags.h"
+#include "tests/support/Player.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+using testing::Each;
+using testing::ElementsAre;
+
+namespace {
+std::string traceInBlocksOf(int block, double beats)
+{
+    Player player({.tempo = 123.4, .block = block, .empty = false});
+    player.engine().setParameter(Tag::SongOn, 1.0f);
+    player.engine().setParameter(Tag::Swing, 0.4f);
+    player.start();
+    player.playBeats(beats);
+    return player.trace();
+}
+}
+
+TEST(Block, TheFirstSampleRunsATick)
+{
+    Player player;
+    player.writePlainNotes();
+    player.start();
+    player.play(1);
+    ASSERT_EQ(player.noteOns().size(), 1u);
+    EXPECT_EQ(player.noteOns()[0].frame, 0);
+}
+
+TEST(Block, TicksCrossBlocks)
+{
+    Player player({.block = 16});
+    player.writePlainNotes();
+    player.start();
+    player.play(22050);
+    for (const MidiOut& event : player.events())
+        EXPECT_EQ(event.frame % kTickSamples, 0) << event.frame;
+    EXPECT_EQ(player.noteOns().size(), 4u);
+}
+
+TEST(Block, SameMidiForEveryBlockSize)
+{
+    const std::string expected = traceInBlocksOf(512, 64);
+    EXPECT_GT(expected.size(), 2000u);
+    for (const int block : {1, 7, 32, 100, 333, 1024, 4096})
+        EXPECT_EQ(traceInBlocksOf(block, 64), expected) << "blocks of " << block;
+}
+
+TEST(Block, OfflineLevelLeavesTheBuffersAlone)
+{
+    Player player({.empty = false});
+    player.processLevel = kVstProcessLevelOffline;
+    player.keepAudio(true);
+    float left[64];
+    float right[64];
+    std::fill_n(left, 64, 0.25f);
+    std::fill_n(right, 64, 0.25f);
+    float* outputs[] = {left, right};
+    player.start();
+    player.play(64); // makes the player current
+    player.engine().processReplacing(nullptr, outputs, 64);
+    EXPECT_THAT(left, Each(0.25f));
+    EXPECT_TRUE(player.events().empty());
+}
+
+TEST(Block, SynthOffIsSilentAndOnSounds)
+{
+    Player player;
+    player.writePlainNotes();
+    player.keepAudio(true);
+    player.start();
+    player.play(8000);
+    EXPECT_THAT(player.left(), Each(0.0f));
+    player.engine().setParameter(Tag::SynthOn, 1.0f);
+    player.play(16000);
+    float peak = 0;
+    for (const float sample : player.left())
+        peak = std::max(peak, std::abs(sample));
+    EXPECT_GT(peak, 0.01f);
+    EXPECT_LT(peak, 1.5f);
+}
+
+TEST(Block, AudioIsTheSameForEveryBlockSize)
+{
+    const auto render = [](int block) {
+        Player player({.block = block, .empty = false});
+        player.keepAudio(true);
+        player.start();
+        player.play(40000);
+        return player.left();
+    };
+    const std::vector<float> expected = render(512);
+    for (const int block : {1, 33, 700})
+        EXPECT_EQ(render(block), expected) << "blocks of " << block;
+}
+
+TEST(Block, AnEventWaitsForTheTickAtOrAfterItsFrame)
+{
+    // In mode 0 a held key plays, and the first note tells the tick.
+    const auto noteTick = [](int frame, int block) {
+        Player player({.block = block});
+        player.writePlainNotes();
+        player.engine().setParameter(Tag::TriggerMode, 0.0f);
+        player.start();
+        player.send(0x90, 72, 100, frame);
+        player.play(1024);
+        return player.noteOns().empty() ? -1 : static_cast<int>(player.noteOns()[0].frame);
+    };
+    EXPECT_EQ(noteTick(0, 512), 0);
+    EXPECT_EQ(noteTick(1, 512), 32);
+    EXPECT_EQ(noteTick(32, 512), 32);
+    EXPECT_EQ(noteTick(64, 512), 64);
+    EXPECT_EQ(noteTick(65, 512), 96);
+    EXPECT_EQ(noteTick(10, 100), 32);
+}
+
+TEST(Block, HostileCallsAreHarmless)
+{
+    Player player({.empty = false});
+    player.start();
+    player.play(512);
+    KWUniClient& engine = player.engine();
+    float left[32] = {};
+    float* noRight[] = {left, nullptr};
+    engine.processReplacing(nullptr, noRight, 32);
+    engine.processReplacing(nullptr, noRight, 0);
+    engine.processReplacing(nullptr, noRight, -5);
+    engine.processReplacing(nullptr, nullptr, 16);
+    engine.processEvents(nullptr);
+
+    const float hostile[] = {std::numeric_limits<float>::quiet_NaN(),
+        std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(), 1e30f,
+        -1.0f};
+    for (int tag = -3; tag < 600; ++tag)
+        for (const float value : hostile)
+            engine.setParameter(tag, value);
+    player.keepAudio(true);
+    const double oddTempos[] = {std::nan(""), 0.0, -10.0, 1e9, 30.0};
+    for (const double tempo : oddTempos) {
+        player.setTempo(tempo);
+        player.play(700);
+        player.start(std::isfinite(tempo) ? 3.0 : 0.0);
+    }
+    player.start(1e300);
+    player.play(512);
+    player.start(std::numeric_limits<double>::infinity());
+    player.play(512);
+    player.setTempo(120);
+    player.start(0);
+    player.play(4096);
+    for (const float sample : player.left()) {
+        ASSERT_TRUE(std::isfinite(sample));
+        ASSERT_LE(std::abs(sample), 4.0f);
+    }
+}
+
+TEST(Block, TenThousandEventsInOneBlockHangNothing)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TriggerMode, 0.0f);
+    player.start();
+    for (int i = 0; i < 5000; ++i) {
+        player.send(0x90, 30 + i % 80, 100, i % 512);
+        player.send(0x80, 30 + i % 80, 0, i % 512);
+    }
+    player.play(512);
+    player.playBeats(4);
+    EXPECT_EQ(player.soundingNotes(), 0);
+    EXPECT_FALSE(player.engine().keyState.isLit(60));
+}
+
+TEST(Block, NoTransportRecordHoldsStill)
+{
+    Player player;
+    player.writePlainNotes();
+    player.start();
+    player.playBeats(1);
+    player.forget();
+    player.sendsRecord = false;
+    player.playBeats(2);
+    EXPECT_THAT(player.noteOns(), testing::IsEmpty());
+    EXPECT_EQ(player.soundingNotes(), 0);
+}

@@ -1,0 +1,188 @@
+#include "tests/support/Player.h"
+
+#include "data/Tags.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+constexpr int kMostBlock = 8192;
+// The host callback has no word of its own for the host, so the player that runs a block says so.
+thread_local Player* current = nullptr;
+}
+
+VstIntPtr Player::host(
+    AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
+{
+    if (!current)
+        return 0;
+    switch (opcode) {
+    case audioMasterGetTime:
+        return current->sendsRecord ? reinterpret_cast<VstIntPtr>(&current->record) : 0;
+    case audioMasterGetCurrentProcessLevel: return current->processLevel;
+    case audioMasterProcessEvents: {
+        const auto* events = static_cast<const VstEvents*>(ptr);
+        for (VstInt32 i = 0; i < events->numEvents; ++i) {
+            VstMidiEvent midi;
+            std::memcpy(&midi, events->events[i], sizeof midi);
+            const auto byte
+                = [&](int k) { return static_cast<int>(static_cast<uint8_t>(midi.midiData[k])); };
+            current->out.push_back({current->frame + midi.deltaFrames, byte(0), byte(1), byte(2)});
+        }
+        return 1;
+    }
+    default: return 0;
+    }
+}
+
+Player::Player(const Setup& setup)
+    : tempo(setup.tempo)
+    , rate(static_cast<double>(setup.rate))
+    , block(setup.block)
+{
+    current = this;
+    client = std::make_unique<KWUniClient>(host);
+    client->setSampleRate(setup.rate);
+    client->resume();
+    if (setup.empty) {
+        client->tracks.clearAll();
+        client->setParameter(Tag::SynthOn, 0.0f);
+    }
+}
+
+Player::~Player()
+{
+    current = this;
+    client.reset();
+    current = nullptr;
+}
+
+void Player::start(double from)
+{
+    beats = from;
+    rolling = true;
+}
+
+void Player::stop() { rolling = false; }
+
+void Player::cycle(double from, double to)
+{
+    record.cycleStartPos = from;
+    record.cycleEndPos = to;
+    cycling = true;
+}
+
+void Player::send(int status, int data1, int data2, int at)
+{
+    VstMidiEvent midi {};
+    midi.type = kVstMidiType;
+    midi.byteSize = sizeof midi;
+    midi.deltaFrames = at;
+    midi.midiData[0] = static_cast<char>(status);
+    midi.midiData[1] = static_cast<char>(data1);
+    midi.midiData[2] = static_cast<char>(data2);
+    pending.push_back(midi);
+}
+
+void Player::play(int64_t frames)
+{
+    current = this;
+    float left[kMostBlock];
+    float right[kMostBlock];
+    float* outputs[] = {left, right};
+    while (frames > 0) {
+        const int count = static_cast<int>(std::min<int64_t>(frames, block));
+        record.flags = kVstPpqPosValid | kVstTempoValid | (rolling ? kVstTransportPlaying : 0)
+            | (cycling ? kVstCyclePosValid | kVstTransportCycleActive : 0);
+        record.ppqPos = beats;
+        record.tempo = tempo;
+        record.sampleRate = rate;
+        if (!pending.empty()) {
+            std::vector<char> memory(sizeof(VstEvents) + pending.size() * sizeof(VstEvent*));
+            auto* events = reinterpret_cast<VstEvents*>(memory.data());
+            events->numEvents = static_cast<VstInt32>(pending.size());
+            for (size_t i = 0; i < pending.size(); ++i)
+                events->events[i] = reinterpret_cast<VstEvent*>(&pending[i]);
+            client->processEvents(events);
+            pending.clear();
+        }
+        client->processReplacing(nullptr, outputs, count);
+        if (keepsAudio) {
+            leftOut.insert(leftOut.end(), left, left + count);
+            rightOut.insert(rightOut.end(), right, right + count);
+        }
+        frame += count;
+        frames -= count;
+        if (!rolling)
+            continue;
+        beats += count * tempo / (60.0 * rate);
+        if (cycling && beats >= record.cycleEndPos)
+            beats -= record.cycleEndPos - record.cycleStartPos;
+    }
+}
+
+void Player::playBeats(double count)
+{
+    play(static_cast<int64_t>(count * 60.0 / tempo * rate));
+}
+
+void Player::writePlainNotes()
+{
+    Tracks& tracks = client->tracks;
+    for (int i = 0; i < 32; ++i) {
+        tracks.pitch.setValue(i, 0.0f);
+        tracks.velocity.setValue(i, 0.8f);
+        tracks.velocityOn.setStep(i, 1.0f);
+        tracks.gateTime.setValue(i, 0.1f);
+    }
+}
+
+std::vector<MidiOut> Player::noteOns() const
+{
+    std::vector<MidiOut> ons;
+    std::copy_if(out.begin(), out.end(), std::back_inserter(ons),
+        [](const MidiOut& event) { return event.isNoteOn(); });
+    return ons;
+}
+
+std::vector<int> Player::stepTicks(int count)
+{
+    if (!rolling)
+        start();
+    while (static_cast<int>(noteOns().size()) < count && frame < 44100 * 60)
+        play(block);
+    std::vector<int> ticks;
+    for (const MidiOut& on : noteOns())
+        if (static_cast<int>(ticks.size()) < count)
+            ticks.push_back(static_cast<int>(on.frame / kTickSamples));
+    return ticks;
+}
+
+std::string Player::trace() const
+{
+    std::string text;
+    for (const MidiOut& event : out) {
+        char line[64];
+        std::snprintf(line, sizeof line, "tick %d  %02x %02x %02x\n",
+            static_cast<int>(event.frame / kTickSamples), static_cast<unsigned>(event.status),
+            static_cast<unsigned>(event.data1), static_cast<unsigned>(event.data2));
+        text += line;
+    }
+    return text;
+}
+
+int Player::soundingNotes() const
+{
+    int sounding[128] = {};
+    for (const MidiOut& event : out) {
+        if (event.isNoteOn())
+            ++sounding[event.data1];
+        else if (event.isNoteOff())
+            sounding[event.data1] = std::max(sounding[event.data1] - 1, 0);
+    }
+    int total = 0;
+    for (const int count : sounding)
+        total += count;
+    return total;
+}
