@@ -3,15 +3,15 @@
 #include <cstddef>
 
 namespace {
-constexpr size_t at(int index) { return static_cast<size_t>(index); }
-}
+constexpr size_t slot(int index) { return static_cast<size_t>(index); }
+} // namespace
 
 InputQueue::InputQueue() { clear(); }
 
 void InputQueue::clear()
 {
     for (int i = 0; i < kCapacity; ++i)
-        next[at(i)] = static_cast<int16_t>(i + 1 < kCapacity ? i + 1 : kNone);
+        next[slot(i)] = static_cast<int16_t>(i + 1 < kCapacity ? i + 1 : kNone);
     freeList = 0;
     head = tail = kNone;
     used = 0;
@@ -26,7 +26,7 @@ void InputQueue::insert(InternalEvent event, int samples)
         return;
     }
     const int16_t place = freeList;
-    freeList = next[at(place)];
+    freeList = next[slot(place)];
     ++used;
 
     int64_t rest = samples;
@@ -35,38 +35,38 @@ void InputQueue::insert(InternalEvent event, int samples)
         before = tail;
         rest -= tailTime;
     } else {
-        for (int16_t i = head; i != kNone && events[at(i)].delta <= rest; i = next[at(i)]) {
-            rest -= events[at(i)].delta;
+        for (int16_t i = head; i != kNone && events[slot(i)].delta <= rest; i = next[slot(i)]) {
+            rest -= events[slot(i)].delta;
             before = i;
         }
     }
-    const int16_t after = before == kNone ? head : next[at(before)];
+    const int16_t after = before == kNone ? head : next[slot(before)];
     event.delta = static_cast<int32_t>(rest);
-    events[at(place)] = event;
-    next[at(place)] = after;
-    (before == kNone ? head : next[at(before)]) = place;
+    events[slot(place)] = event;
+    next[slot(place)] = after;
+    (before == kNone ? head : next[slot(before)]) = place;
     if (after == kNone) {
         tail = place;
         tailTime = samples;
     } else {
-        events[at(after)].delta -= event.delta;
+        events[slot(after)].delta -= event.delta;
     }
 }
 
 const InternalEvent* InputQueue::popDue()
 {
-    if (head == kNone || events[at(head)].delta > 0)
+    if (head == kNone || events[slot(head)].delta > 0)
         return nullptr;
     const int16_t place = head;
-    popped = events[at(place)];
-    head = next[at(place)];
+    popped = events[slot(place)];
+    head = next[slot(place)];
     if (head == kNone) {
         tail = kNone;
         tailTime = 0;
     } else {
-        events[at(head)].delta += popped.delta;
+        events[slot(head)].delta += popped.delta;
     }
-    next[at(place)] = freeList;
+    next[slot(place)] = freeList;
     freeList = place;
     --used;
     return &popped;
@@ -76,14 +76,14 @@ void InputQueue::advance(int samples)
 {
     if (head == kNone)
         return;
-    events[at(head)].delta -= samples;
+    events[slot(head)].delta -= samples;
     tailTime -= samples;
 }
 
 bool InputQueue::cancelNoteOn(int note)
 {
-    for (int16_t i = head; i != kNone; i = next[at(i)]) {
-        InternalEvent& event = events[at(i)];
+    for (int16_t i = head; i != kNone; i = next[slot(i)]) {
+        InternalEvent& event = events[slot(i)];
         if (event.code == EventCode::NoteOn && event.data1 == note) {
             event.code = EventCode::Cancelled;
             return true;
@@ -99,9 +99,7 @@ bool InputQueue::takeLostRelease()
     return lost;
 }
 
-OutgoingList::OutgoingList()
-    : events {}
-    , block {}
+OutgoingList::OutgoingList() : events{}, block{}
 {
     static_assert(offsetof(Block, events) == offsetof(VstEvents, events));
     for (size_t i = 0; i < events.size(); ++i) {
@@ -115,7 +113,7 @@ bool OutgoingList::append(int status, int data1, int data2)
 {
     if (isFull())
         return false;
-    VstMidiEvent& event = events[at(eventCount++)];
+    VstMidiEvent& event = events[slot(eventCount++)];
     event.deltaFrames = eventDelta;
     event.midiData[0] = static_cast<char>(status);
     event.midiData[1] = static_cast<char>(data1 & 0x7f);

@@ -1,4 +1,5 @@
-// The two event queues of a block: what came in and waits for its tick, and what goes out at its end.
+// The two event queues of a block: what came in and waits for its tick, and what goes out at its
+// end.
 #pragma once
 
 #include "host/effect/EffectTypes.h"
@@ -45,7 +46,8 @@ public:
     // The waiting time of the head shrinks by one period.
     void advance(int samples);
 
-    // A note on that still waits is made void, so that a key released before its tick sounds nothing.
+    // A note on that still waits is made void, so that a key released before its tick sounds
+    // nothing.
     bool cancelNoteOn(int note);
     // True once after a release had to be dropped.
     bool takeLostRelease();

@@ -10,18 +10,17 @@ namespace {
 constexpr double kPoints = 32.0;
 constexpr float kCentre = 64.0f;
 constexpr float kSemitones = 2.0f; // range of the synth's bend
-constexpr float kEighths = 8.0f; // the bend moves so many times a beat
+constexpr float kEighths = 8.0f;   // the bend moves so many times a beat
 constexpr float kShortestGate = 0.025f;
 constexpr int kPitchBendStatus = 0xE0;
-}
+} // namespace
 
 void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
     const KWPerformance::Out& performance, const KWNotes::Out& notes, OutgoingList& outgoing)
 {
     const float value = tracks.pitchBend.step(lanes.performance);
     const bool isRandom = performance.command == StepCommand::PitchBend;
-    const float position
-        = value > 0 || isRandom ? static_cast<float>(lanes.performance + 1) : 0.0f;
+    const float position = value > 0 || isRandom ? static_cast<float>(lanes.performance + 1) : 0.0f;
     if (trigger.changed(position) && position > 0)
         event = event == 1.0f ? 0.5f : 1.0f;
 
@@ -33,8 +32,8 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
         // The shape lasts as long as the note, in the default multiple.
         const double steps = 4.0 * static_cast<double>(std::max(notes.gate, kShortestGate));
         sweepRate = kPoints / steps * clock.stepsPerTick;
-        const float row
-            = isRandom ? performance.slot(StepCommand::PitchBend) : std::max(value - 1.0f, 0.0f);
+        const float row =
+            isRandom ? performance.slot(StepCommand::PitchBend) : std::max(value - 1.0f, 0.0f);
         shape = static_cast<int>(row);
     }
     if (sweep > 0) {

@@ -12,10 +12,7 @@ class Tracks;
 
 class KWBend {
 public:
-    explicit KWBend(const Tracks& allTracks)
-        : tracks(allTracks)
-    {
-    }
+    explicit KWBend(const Tracks& allTracks) : tracks(allTracks) { }
     void tick(const KWClock::Out&, const KWLanes::Out&, const KWPerformance::Out&,
         const KWNotes::Out&, OutgoingList& outgoing);
     float semitones() const { return latchedSemitones; } // for the synth
@@ -29,7 +26,7 @@ private:
     float eighthCounter = 0; // eighths of a quarter note
     LastSeen<int> eighth;
     double sweepRate = 0; // points a tick
-    double sweep = 0; // 0 to 32, 0 at rest
+    double sweep = 0;     // 0 to 32, 0 at rest
     int shape = 0;
     float latchedMidi = 64;
     float latchedSemitones = 0;

@@ -10,13 +10,11 @@ constexpr double kOwnClockWrap = 32000.0;
 // Rounding must never decide a step: a position that is meant to be on the line counts as on it.
 constexpr double kPositionSlack = 1e-9;
 constexpr double kMostSteps = 2e9;
-}
+} // namespace
 
 KWClock::KWClock(
     KWSystemInfo& timeBase, ParameterSink& parameterSink, const Crossing<float>& reloads)
-    : info(timeBase)
-    , sink(parameterSink)
-    , reloadCounter(reloads)
+    : info(timeBase), sink(parameterSink), reloadCounter(reloads)
 {
     sampleRateChanged();
 }
@@ -46,9 +44,12 @@ float KWClock::playWanted(float gate)
     if (gateEdge.rose(gate))
         toggleState = (toggleState + 1) % 2;
     switch (settings.triggerMode) {
-    case 0: return gate * 0.95f;
-    case 1: return static_cast<float>(toggleState);
-    default: return info.hostRunning * 0.9f;
+    case 0:
+        return gate * 0.95f;
+    case 1:
+        return static_cast<float>(toggleState);
+    default:
+        return info.hostRunning * 0.9f;
     }
 }
 
@@ -82,7 +83,7 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
     if (startSeen.changed(start) && start > 0)
         ownClock = 0;
 
-    const StepSpeed speed {
+    const StepSpeed speed{
         values.stepsPerTick, settings.swingAmount, static_cast<int>(swingDelayTicks.load())};
     const float raw = rawStep();
     values.retrigger = static_cast<float>(settings.retrigger);
@@ -92,8 +93,7 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
     count = half.tick(count, settings.halfSpeed != 0);
     count = retriggerLink.tick(count, settings.retrigger != 0, speed);
     count = slowdownLink.tick(count, settings.slowdown != 0, settings.slowdownCurve, speed);
-    count = manual.tick(
-        count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
+    count = manual.tick(count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
     const int parityCount = static_cast<int>(values.manualStep ? manual.manualCount() : raw);
     values.stepParity = static_cast<float>(parityCount % 2);
     count = looperLink.tick(count, settings.looper != 0, settings.looperSteps, speed);

@@ -24,15 +24,15 @@ public:
         Crossing<int32_t> looperSteps = 2;
         Crossing<float> stepsPerBeat = 4.0f;
         Crossing<float> swingAmount = 0.0f; // 0 to 1
-        Crossing<float> swingShape = 0.0f; // the amount, bent
+        Crossing<float> swingShape = 0.0f;  // the amount, bent
     };
     struct Out { // written by tick(), read by later stages
         float masterStep = 0;
         float stepChange = 0; // moves at each step and at each new key
         float stepParity = 0; // 0 or 1
-        float play = 0; // 0 or 1
-        float retrigger = 0; // the button, 0 or 1
-        float reload = 0; // the count of loads
+        float play = 0;       // 0 or 1
+        float retrigger = 0;  // the button, 0 or 1
+        float reload = 0;     // the count of loads
         bool manualStep = false;
         double stepsPerTick = 0;
         float msPerStep = 0;
@@ -76,8 +76,8 @@ private:
     SwingLine slowdownSwing;
     SwingLine looperSwing;
     HalfSpeedLink half;
-    RetriggerLink retriggerLink {retriggerSwing};
-    SlowdownLink slowdownLink {slowdownSwing};
+    RetriggerLink retriggerLink{retriggerSwing};
+    SlowdownLink slowdownLink{slowdownSwing};
     ManualLink manual;
-    LooperLink looperLink {looperSwing};
+    LooperLink looperLink{looperSwing};
 };

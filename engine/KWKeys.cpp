@@ -26,7 +26,7 @@ float restartPart(float& alternate, ParkMiller& random)
     const float sum = alternate + random.next();
     return sum < 0 ? -sum : sum;
 }
-}
+} // namespace
 
 const std::array<PerformanceKey, kPerformanceKeys> kPerformanceKeyTable = {{
     // note, button

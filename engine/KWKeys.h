@@ -35,25 +35,25 @@ KeyZone keyZoneOf(int note, int keyboardMode);
 
 class KWKeys {
 public:
-    struct Settings { // written by setParameter, on any thread
-        Crossing<int32_t> keyboardMode = 0; // 0 or 1
-        Crossing<int32_t> triggerSource = 0; // 0 any key, 1 the transpose zone
-        Crossing<int32_t> inputOctave = 0; // semitones
-        Crossing<int32_t> keySyncIndex = 0; // 0 off
+    struct Settings {                         // written by setParameter, on any thread
+        Crossing<int32_t> keyboardMode = 0;   // 0 or 1
+        Crossing<int32_t> triggerSource = 0;  // 0 any key, 1 the transpose zone
+        Crossing<int32_t> inputOctave = 0;    // semitones
+        Crossing<int32_t> keySyncIndex = 0;   // 0 off
         Crossing<float> keySyncFactor = 1.0f; // grid lines a quarter note
         Crossing<int32_t> transposeChromatic = 0;
         Crossing<int32_t> stepRecord = 0;
         Crossing<int32_t> recording = 0;
         Crossing<int32_t> retrigger = 0;
     };
-    struct Out { // written by tick(), read by later stages
-        float gate = 0; // 0 or 1
+    struct Out {           // written by tick(), read by later stages
+        float gate = 0;    // 0 or 1
         float keyStep = 0; // 0 with no key of the upper zone, else 1 and up
         bool stepKeyHeld = false;
-        float degreeShift = 0; // scale degrees
+        float degreeShift = 0;   // scale degrees
         float semitoneShift = 0; // semitones
-        int keyPattern = 0; // 0 to 15
-        float restart = 0; // changes at each new start by a key
+        int keyPattern = 0;      // 0 to 15
+        float restart = 0;       // changes at each new start by a key
     };
     Settings settings;
 
@@ -74,7 +74,7 @@ private:
     struct Slot {
         int note = 0;
         float pitch = 0; // Hz
-        float gate = 0; // velocity 0 to 1, 0 free
+        float gate = 0;  // velocity 0 to 1, 0 free
     };
     // What one keyboard mode makes of the slots.
     struct ZoneSet {
@@ -110,13 +110,13 @@ private:
     LastSeen<int> grid;
     std::array<LastSeen<float>, kPerformanceKeys> buttonSent;
     LastSeen<int> modeSeen;
-    LastSeen<int> classesSeen {-1};
+    LastSeen<int> classesSeen{-1};
 
     LastSeen<float> gateEdge;
     LastSeen<int> retriggerEdge;
     LastSeen<float> restartSeen;
-    ParkMiller gateRandom {1234577};
-    ParkMiller retriggerRandom {7654321};
+    ParkMiller gateRandom{1234577};
+    ParkMiller retriggerRandom{7654321};
     float gateAlternate = 0;
     float retriggerAlternate = 0;
     float gatePart = 0;

@@ -8,12 +8,7 @@ namespace {
 constexpr unsigned kSteps = 32;
 }
 
-Lane::Lane(const KWZoneHandlerContainer& zone, int seed)
-    : loop(zone)
-    , random(seed)
-{
-    readLoop(0);
-}
+Lane::Lane(const KWZoneHandlerContainer& zone, int seed) : loop(zone), random(seed) { readLoop(0); }
 
 void Lane::readLoop(int row)
 {
@@ -30,20 +25,29 @@ int Lane::position(float masterStep, PlaybackMode mode)
         drawn = random.nextMagnitude();
     unsigned walked = p;
     switch (mode) {
-    case PlaybackMode::Forward: break;
-    case PlaybackMode::Backward: walked = length - 1 - p; break;
+    case PlaybackMode::Forward:
+        break;
+    case PlaybackMode::Backward:
+        walked = length - 1 - p;
+        break;
     case PlaybackMode::Random:
         walked = static_cast<unsigned>(drawn * static_cast<float>(length));
         break;
-    case PlaybackMode::EachSecond: walked = p * 2; break;
-    case PlaybackMode::EachThird: walked = p * 3; break;
-    case PlaybackMode::EachFourth: walked = p * 4; break;
+    case PlaybackMode::EachSecond:
+        walked = p * 2;
+        break;
+    case PlaybackMode::EachThird:
+        walked = p * 3;
+        break;
+    case PlaybackMode::EachFourth:
+        walked = p * 4;
+        break;
     }
     return static_cast<int>(walked % length + start);
 }
 
 KWLanes::KWLanes(const Tracks& tracks)
-    : lanes {{
+    : lanes{{
         {tracks.pitchLoop, 1043},
         {tracks.performanceLoop, 20771},
         {tracks.velocityLoop, 303577},
@@ -73,8 +77,8 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
         clock.masterStep, static_cast<PlaybackMode>(settings.mode[Main].load()));
     const auto positionOf = [&](int index) {
         const auto i = static_cast<size_t>(index);
-        const int own = lanes[i].position(
-            clock.masterStep, static_cast<PlaybackMode>(settings.mode[i].load()));
+        const int own =
+            lanes[i].position(clock.masterStep, static_cast<PlaybackMode>(settings.mode[i].load()));
         return separate ? own : mainPosition;
     };
     values.main = mainPosition;

@@ -24,7 +24,7 @@ public:
 private:
     const KWZoneHandlerContainer& loop;
     ParkMiller random;
-    LastSeen<unsigned> step {~0u};
+    LastSeen<unsigned> step{~0u};
     float drawn = 0; // 0 to 1
     unsigned start = 0;
     unsigned length = 32;
@@ -36,16 +36,16 @@ public:
     static constexpr int kLanes = 4 + kModLanes;
     enum Index { Main, Performance, Velocity, Gate, FirstMod };
 
-    struct Settings { // written by setParameter, on any thread
-        std::array<Crossing<int32_t>, kLanes> mode {}; // PlaybackMode
-        Crossing<int32_t> separateLoops = 1; // 0: all follow the main lane
+    struct Settings {                                 // written by setParameter, on any thread
+        std::array<Crossing<int32_t>, kLanes> mode{}; // PlaybackMode
+        Crossing<int32_t> separateLoops = 1;          // 0: all follow the main lane
     };
     struct Out { // written by tick(), read by later stages: steps, 0 to 31
         int main = 0;
         int performance = 0;
         int velocity = 0;
         int gate = 0;
-        std::array<int, kModLanes> mods {};
+        std::array<int, kModLanes> mods{};
     };
     Settings settings;
 

@@ -29,17 +29,20 @@ bool send(OutgoingList& outgoing, int target, int value)
     if (target < kAftertouchTarget)
         return outgoing.append(0xB0, target, value);
     switch (target) {
-    case kAftertouchTarget: return outgoing.append(0xD0, value, 127);
-    case kProgramTarget: return outgoing.append(0xC0, value, value);
-    case kPitchBendTarget: return outgoing.append(0xE0, 0, value);
-    default: return true; // nothing to send
+    case kAftertouchTarget:
+        return outgoing.append(0xD0, value, 127);
+    case kProgramTarget:
+        return outgoing.append(0xC0, value, value);
+    case kPitchBendTarget:
+        return outgoing.append(0xE0, 0, value);
+    default:
+        return true; // nothing to send
     }
 }
-}
+} // namespace
 
 KWMods::KWMods(const Tracks& allTracks, ParameterSink& parameterSink)
-    : tracks(allTracks)
-    , sink(parameterSink)
+    : tracks(allTracks), sink(parameterSink)
 {
 }
 

@@ -18,11 +18,11 @@ class KWMods {
 public:
     static constexpr int kTracks = 8;
 
-    struct Settings { // written by setParameter, on any thread
+    struct Settings {                  // written by setParameter, on any thread
         Crossing<int32_t> enabled = 1; // all of them
-        std::array<Crossing<int32_t>, kTracks> on {};
-        std::array<Crossing<int32_t>, kTracks> target {}; // 0 to 129
-        std::array<Crossing<int32_t>, kTracks> toSynth {};
+        std::array<Crossing<int32_t>, kTracks> on{};
+        std::array<Crossing<int32_t>, kTracks> target{}; // 0 to 129
+        std::array<Crossing<int32_t>, kTracks> toSynth{};
     };
     Settings settings;
 
@@ -46,5 +46,5 @@ private:
     const Tracks& tracks;
     ParameterSink& sink;
     std::array<Cells, kTracks> cells;
-    std::array<float, kTracks> values {};
+    std::array<float, kTracks> values{};
 };

@@ -7,7 +7,7 @@
 namespace {
 constexpr uint8_t kNoteOnStatus = 0x90;
 constexpr int kNodesPerNote = 3; // the end of the old note, the start and the end of the new one
-}
+} // namespace
 
 KWNoteSchedule::KWNoteSchedule() = default;
 
@@ -65,8 +65,7 @@ void KWNoteSchedule::insertAfter(int16_t before, int16_t place, uint32_t delay)
     link = place;
 }
 
-void KWNoteSchedule::addNote(
-    uint32_t delay, int note, int velocity, uint32_t duration, int channel)
+void KWNoteSchedule::addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel)
 {
     if (used + kNodesPerNote > kPool)
         return;
@@ -130,7 +129,8 @@ void KWNoteSchedule::drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voic
             // Its end follows it in the list and may be due in this very tick.
             unlinkAfter(before, true);
             int16_t previous = before;
-            for (int16_t i = linkAfter(before), ahead = due; i != kNone; i = at(i).next, --ahead) {
+            int ahead = due;
+            for (int16_t i = linkAfter(before); i != kNone; i = at(i).next, --ahead) {
                 if (at(i).note == message.note) {
                     unlinkAfter(previous, true);
                     due -= ahead > 0;

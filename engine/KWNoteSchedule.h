@@ -2,13 +2,14 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 class OutgoingList;
 class KWSimpleMidiManagerBase;
 
-// Whatever is added, every note that has been started has exactly one note off waiting, and the list
-// drains whether the sequencer runs or not. So nothing hangs and nobody sends all-notes-off.
+// Whatever is added, every note that has been started has exactly one note off waiting, and the
+// list drains whether the sequencer runs or not. So nothing hangs and nobody sends all-notes-off.
 // Audio thread; the pool is fixed.
 class KWNoteSchedule {
 public:
@@ -17,8 +18,9 @@ public:
     KWNoteSchedule();
 
     // Starts `note` after `delay` samples and ends it `duration` samples later. A sounding note of
-    // this pitch ends first, at the same place; one that has not started yet gives way. With no room
-    // for the whole note nothing changes. `velocity` 1 to 127, notes 0 to 127, all on channel 1.
+    // this pitch ends first, at the same place; one that has not started yet gives way. With no
+    // room for the whole note nothing changes. `velocity` 1 to 127, notes 0 to 127, all on
+    // channel 1.
     void addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel);
 
     // Once a tick, at its end: hands what falls due inside the coming period to the list and to the

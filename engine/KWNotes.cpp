@@ -1,6 +1,7 @@
 #include "engine/KWNotes.h"
 
 #include "data/ArpeggioTable.h"
+#include "data/ChoiceLists.h"
 #include "data/ChordTable.h"
 #include "data/ScaleTable.h"
 #include "data/Tracks.h"
@@ -14,19 +15,14 @@ constexpr float kStepsPerGateMultiple = 4.0f;
 constexpr float kFullVelocity = 127.0f;
 constexpr int kRootDegree = 24; // index of the root in a scale row
 constexpr int kLastDegree = 48;
-constexpr int kArpeggioMargin = 3; // the longer rows begin three degrees lower
-constexpr int kRhythms = 6;
-constexpr int kTripletRhythm = 2; // counted from 1
-constexpr float kOctaveOffsets[] = {0, 2, 1, -1, -2};
+constexpr int kArpeggioMargin = 3;           // the longer rows begin three degrees lower
+constexpr int kTripletRhythm = 2;            // counted from 1
 constexpr int kFamilyRun[] = {0, 1, -1, -1}; // degrees from note to note
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
-}
+} // namespace
 
-KWNotes::KWNotes(const Tracks& allTracks)
-    : tracks(allTracks)
-{
-}
+KWNotes::KWNotes(const Tracks& allTracks) : tracks(allTracks) { }
 
 // The step reads a copy, so that a drag over the running row is heard whole or not at all.
 void KWNotes::copyVelocityRow(int pattern, const KWClock::Out& clock)
@@ -57,13 +53,13 @@ KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWC
         return {false, base, 0};
 
     const int sub = static_cast<int>(subStep);
-    const int family
-        = std::min(static_cast<int>(static_cast<float>(choice - 1) * 0.16666667f), 3);
+    const int family = std::min(static_cast<int>(static_cast<float>(choice - 1) * 0.16666667f), 3);
     const int run = kFamilyRun[family];
     const int first = degree + kArpeggioMargin + run;
-    const float notes[] = {base, arpeggioNote(scale, first), arpeggioNote(scale, first + run),
-        arpeggioNote(scale, first + 2 * run)};
-    return {true, notes[arpeggioSelect(sub, rhythm)], arpeggioGate(rhythm + 1, sub)};
+    const int which = arpeggioSelect(sub, rhythm);
+    const float note =
+        which == 0 ? base : static_cast<float>(arpeggioNote(scale, first + (which - 1) * run));
+    return {true, note, arpeggioGate(rhythm + 1, sub)};
 }
 
 void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& keys,
@@ -80,28 +76,27 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     const bool locked = tracks.pitchLock.step(lanes.main) > 0;
     const float degreeShift = locked ? 0.0f : keys.degreeShift;
     const float semitoneShift = locked ? 0.0f : keys.semitoneShift;
-    const int degree
-        = std::clamp(static_cast<int>(pitch + degreeShift + kRootDegree), 0, kLastDegree);
+    const int degree =
+        std::clamp(static_cast<int>(pitch + degreeShift + kRootDegree), 0, kLastDegree);
     const int scale = settings.scale;
-    const Arpeggio arp
-        = arpeggio(degree, scale, scaleNote(scale, degree), clock, lanes, performance);
+    const Arpeggio arp = arpeggio(
+        degree, scale, static_cast<float>(scaleNote(scale, degree)), clock, lanes, performance);
 
     // Velocity
     const float on = orRandom(StepCommand::VelocityOn, tracks.velocityOn.step(lanes.velocity));
     const float working = workingVelocity[at(lanes.velocity)];
-    const float velocity
-        = working > 0 ? orRandom(StepCommand::Velocity, working) : 0.0f;
+    const float velocity = working > 0 ? orRandom(StepCommand::Velocity, working) : 0.0f;
     float stepVelocity = velocity * on;
     if (arp.runs)
         stepVelocity = stepVelocity > 0 ? arp.subGate * stepVelocity : 0.0f;
     // The threshold is a gate, not a scale.
-    const float velocityGate
-        = settings.velocityGateOn != 0 ? settings.velocityThreshold.load() : 0.0f;
+    const float velocityGate =
+        settings.velocityGateOn != 0 ? settings.velocityThreshold.load() : 0.0f;
     const float finalVelocity = velocityGate < stepVelocity ? stepVelocity : 0.0f;
 
     // Gate
-    const float written = settings.masterGateOn != 0 ? settings.masterGate.load()
-                                                     : tracks.gateTime.step(lanes.gate);
+    const float written =
+        settings.masterGateOn != 0 ? settings.masterGate.load() : tracks.gateTime.step(lanes.gate);
     values.gate = orRandom(StepCommand::Gate, std::clamp(written, kShortestGate, 1.0f));
     values.duration = values.gate * clock.msPerStep * clock.samplesPerMs;
     if (!arp.runs)
@@ -112,10 +107,11 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     chord = orRandom(StepCommand::MajorChord, chord);
     chord = orRandom(StepCommand::MinorChord, chord);
     const int octaveIndex = static_cast<int>(tracks.octave.step(lanes.performance));
-    const float octave = orRandom(
-        StepCommand::Octave, octaveIndex >= 0 && octaveIndex < 5 ? kOctaveOffsets[octaveIndex] : 0);
-    const float extra = static_cast<float>(settings.outTranspose + settings.outOctave
-                            + settings.rootKey)
+    const bool hasOctave = octaveIndex >= 0 && octaveIndex < kOctaveSteps;
+    const float octave = orRandom(StepCommand::Octave,
+        hasOctave ? static_cast<float>(kOctaveOffsets[at(octaveIndex)]) : 0.0f);
+    const float extra =
+        static_cast<float>(settings.outTranspose + settings.outOctave + settings.rootKey)
         + semitoneShift + octave * 12.0f;
     if (muteLane.changed(lanes.performance))
         values.unmuted = settings.mute != 0 ? 0.0f : 1.0f;
@@ -123,7 +119,8 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     const float scaled = enabled ? values.unmuted * kFullVelocity * finalVelocity : 0.0f;
     for (int i = 0; i < kChordNotes; ++i) {
         const bool isChord = chord > 0;
-        const float offset = isChord ? chordOffset(static_cast<int>(chord) - 1, i) : 0.0f;
+        const float offset =
+            isChord ? static_cast<float>(chordOffset(static_cast<int>(chord) - 1, i)) : 0.0f;
         const float note = std::clamp(extra + arp.note + offset, 0.0f, 127.0f);
         const float noteVelocity = isChord || i == 0 ? scaled : 0.0f;
         values.note[at(i)] = static_cast<int>(note);
@@ -131,8 +128,7 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     }
 
     // Trigger
-    const float latchSum
-        = keys.gate + static_cast<float>(lanes.velocity) * clock.play + clock.play;
+    const float latchSum = keys.gate + static_cast<float>(lanes.velocity) * clock.play + clock.play;
     if (playLatchSum.changed(latchSum) && latchSum > 0)
         playLatch = clock.play;
     float wanted = 0;

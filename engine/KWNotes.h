@@ -4,6 +4,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
+#include "data/ChordTable.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"
@@ -16,12 +17,10 @@ class Tracks;
 
 class KWNotes {
 public:
-    static constexpr int kChordNotes = 4;
-
-    struct Settings { // written by setParameter, on any thread
-        Crossing<int32_t> rootKey = 60; // MIDI note
-        Crossing<int32_t> scale = 0; // 0 to 33
-        Crossing<int32_t> outOctave = -12; // semitones
+    struct Settings {                       // written by setParameter, on any thread
+        Crossing<int32_t> rootKey = 60;     // MIDI note
+        Crossing<int32_t> scale = 0;        // 0 to 33
+        Crossing<int32_t> outOctave = -12;  // semitones
         Crossing<int32_t> outTranspose = 0; // semitones
         Crossing<int32_t> masterGateOn = 0;
         Crossing<float> masterGate = 0.0f; // 0 to 1
@@ -30,12 +29,12 @@ public:
         Crossing<float> velocityThreshold = 0.0f; // 0.1 to 0.9
         Crossing<int32_t> mute = 0;
     };
-    struct Out { // written by tick(), read by later stages
-        float gate = 0; // of the step, as a part of it
+    struct Out {            // written by tick(), read by later stages
+        float gate = 0;     // of the step, as a part of it
         float duration = 0; // samples
-        float unmuted = 1; // 0 while muted, latched at the performance lane's steps
-        std::array<int, kChordNotes> note {}; // 0 to 127
-        std::array<int, kChordNotes> velocity {}; // 0 to 127, 0 starts nothing
+        float unmuted = 1;  // 0 while muted, latched at the performance lane's steps
+        std::array<int, kChordNotes> note{};     // 0 to 127
+        std::array<int, kChordNotes> velocity{}; // 0 to 127, 0 starts nothing
     };
     Settings settings;
 
@@ -51,7 +50,7 @@ private:
     // What the arpeggio makes of one step.
     struct Arpeggio {
         bool runs = false;
-        float note = 0; // semitones above the root
+        float note = 0;    // semitones above the root
         float subGate = 0; // 0 to 1
     };
 
@@ -62,15 +61,15 @@ private:
     const Tracks& tracks;
     Out values;
 
-    std::array<float, 32> workingVelocity {};
-    LastSeen<int> rowPattern {-1};
+    std::array<float, 32> workingVelocity{};
+    LastSeen<int> rowPattern{-1};
     LastSeen<float> rowPlay;
     LastSeen<float> rowReload;
     LastSeen<uint32_t> rowGeneration;
 
     LastSeen<int> arpeggioLane;
     double subStep = 0; // 0 to 4
-    LastSeen<int> muteLane {-1};
+    LastSeen<int> muteLane{-1};
     LastSeen<float> playLatchSum;
     float playLatch = 0;
     float triggerValue = 0;

@@ -7,14 +7,11 @@
 #include <algorithm>
 
 namespace {
-constexpr int kPatterns = 16;
 constexpr float kRestartPulse = 0.01f; // truncates to pattern 0
 }
 
 KWPatterns::KWPatterns(Tracks& allTracks, PatternStore& patternStore, ParameterSink& parameterSink)
-    : tracks(allTracks)
-    , store(patternStore)
-    , sink(parameterSink)
+    : tracks(allTracks), store(patternStore), sink(parameterSink)
 {
 }
 
@@ -51,18 +48,18 @@ void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
     values.songIndex = position % length + first;
 
     const bool songOn = settings.songOn != 0;
-    const int chosen = songOn ? static_cast<int>(tracks.patternNumbers.step(values.songIndex))
-                              : keys.keyPattern;
+    const int chosen =
+        songOn ? static_cast<int>(tracks.patternNumbers.step(values.songIndex)) : keys.keyPattern;
     values.locked = lockState != 0;
     const int wanted = values.locked ? settings.lockedPattern.load() : chosen;
     if (wantedSeen.changed(wanted) || wantedForgotten)
         patternCell = static_cast<float>(wanted);
     wantedForgotten = false;
 
-    // After a load the cell falls to the first pattern for a tick; then the wanted one is taken anew,
-    // so that its stored values are replayed.
-    const float pulseNow
-        = pulseReload.changed(clock.reload) && clock.reload != 0 ? kRestartPulse : 0.0f;
+    // After a load the cell falls to the first pattern for a tick; then the wanted one is taken
+    // anew, so that its stored values are replayed.
+    const float pulseNow =
+        pulseReload.changed(clock.reload) && clock.reload != 0 ? kRestartPulse : 0.0f;
     if (pulse.changed(pulseNow)) {
         patternCell = pulseNow;
         wantedForgotten = pulseNow == 0;

@@ -17,10 +17,10 @@ public:
         Crossing<int32_t> songOn = 0;
         Crossing<float> stepsPerUnit = 1.0f;
         Crossing<int32_t> lockedPattern = 0; // 0 to 15
-        Crossing<float> lockButton = 0.0f; // 1 while the mouse is down on the lock area
+        Crossing<float> lockButton = 0.0f;   // 1 while the mouse is down on the lock area
     };
-    struct Out { // written by tick(), read by later stages
-        int pattern = 0; // 0 to 15
+    struct Out {           // written by tick(), read by later stages
+        int pattern = 0;   // 0 to 15
         int songIndex = 0; // position in the song row
         bool locked = false;
     };

@@ -27,23 +27,20 @@ enum class StepCommand : int {
 
 class KWPerformance {
 public:
-    struct Out { // written by tick(), read by later stages
+    struct Out {                                 // written by tick(), read by later stages
         StepCommand command = StepCommand::None; // of this step
-        std::array<float, 18> slots {}; // the last random value of each command
+        std::array<float, 18> slots{};           // the last random value of each command
         float slot(StepCommand wanted) const { return slots[static_cast<size_t>(wanted)]; }
         float mod(int track) const { return slots[static_cast<size_t>(10 + track)]; }
     };
 
-    explicit KWPerformance(const Tracks& allTracks)
-        : tracks(allTracks)
-    {
-    }
+    explicit KWPerformance(const Tracks& allTracks) : tracks(allTracks) { }
     void tick(const KWLanes::Out&);
     const Out& out() const { return values; }
 
 private:
     const Tracks& tracks;
-    ParkMiller random {88172645};
-    LastSeen<int> key {-1};
+    ParkMiller random{88172645};
+    LastSeen<int> key{-1};
     Out values;
 };

@@ -15,7 +15,7 @@ double usableTempo(const VstTimeInfo& record, double stored)
         return stored;
     return std::max(record.tempo, kMinTempo);
 }
-}
+} // namespace
 
 bool KWTransport::setRunning(bool running)
 {
@@ -47,8 +47,8 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
     const double cycleEnd = record->cycleEndPos;
     const bool cycleOn = (record->flags & kCycle) == kCycle && std::isfinite(cycleEnd)
         && std::isfinite(record->cycleStartPos);
-    const bool justPastCycleEnd
-        = cycleOn && position > cycleEnd && position - cycleEnd < kCycleTolerance;
+    const bool justPastCycleEnd =
+        cycleOn && position > cycleEnd && position - cycleEnd < kCycleTolerance;
     if (std::abs(info.songPositionPrecise - position) > kJump && !justPastCycleEnd) {
         info.songPositionPrecise = position;
         info.songPosition = static_cast<float>(position);
@@ -57,9 +57,8 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
     if (frames > 0) {
         const double nominal = (frames / static_cast<double>(info.samplesPerBeat)) / frames;
         const double projected = frames * nominal + position;
-        positionIncrement = justPastCycleEnd
-            ? nominal
-            : (projected - info.songPositionPrecise) / frames;
+        positionIncrement =
+            justPastCycleEnd ? nominal : (projected - info.songPositionPrecise) / frames;
         if (cycleOn && cycleEnd <= projected && position < cycleEnd) {
             wrapArmed = true;
             wrapPosition = static_cast<float>(cycleEnd);

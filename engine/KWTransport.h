@@ -4,14 +4,11 @@
 #include "data/KWSystemInfo.h"
 #include "host/effect/EffectTypes.h"
 
-// Audio thread. Inside tolerance the position is not set but steered, so that it meets the host's at
-// the end of the block; locates beyond half a quarter note are taken over at once.
+// Audio thread. Inside tolerance the position is not set but steered, so that it meets the host's
+// at the end of the block; locates beyond half a quarter note are taken over at once.
 class KWTransport {
 public:
-    explicit KWTransport(KWSystemInfo& timeBase)
-        : info(timeBase)
-    {
-    }
+    explicit KWTransport(KWSystemInfo& timeBase) : info(timeBase) { }
 
     // `record` is the host's, or null for none: then the position holds still and nothing else
     // changes. True when the host has started or stopped.

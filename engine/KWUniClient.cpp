@@ -8,8 +8,8 @@
 #include <thread>
 
 namespace {
-constexpr VstInt32 kTimeRequest
-    = kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid;
+constexpr VstInt32 kTimeRequest =
+    kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid;
 constexpr int kInputs = 2;
 constexpr int kOutputs = 2;
 // A block that does not end in this time is not waited for any longer.
@@ -23,7 +23,7 @@ void clearOutputs(float** outputs, int frames)
         if (outputs[channel])
             std::fill_n(outputs[channel], frames, 0.0f);
 }
-}
+} // namespace
 
 KWUniClient::KWUniClient(audioMasterCallback master)
     : KWPluginBase(master, kPrograms, kHostParameters)
@@ -33,6 +33,7 @@ KWUniClient::KWUniClient(audioMasterCallback master)
     , clock(info, *this, reloadCounter)
     , patterns(tracks, patternStore, *this)
     , lanes(tracks)
+    , performance(tracks)
     , notes(tracks)
     , bend(tracks)
     , mods(tracks, *this)
@@ -51,8 +52,7 @@ KWUniClient::KWUniClient(audioMasterCallback master)
 
 KWUniClient::~KWUniClient() = default;
 
-KWUniClient::LoadScope::LoadScope(KWUniClient& client, bool fromAudio)
-    : engine(client)
+KWUniClient::LoadScope::LoadScope(KWUniClient& client, bool fromAudio) : engine(client)
 {
     engine.loadBypass.raise();
     for (int i = 0; !fromAudio && engine.inBlock.isRaised() && i < kMostWaits; ++i)
@@ -90,8 +90,8 @@ void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32
 
 void KWUniClient::processBlock(float** outputs, int sampleFrames)
 {
-    // Raised first, looked at after: a loader does it the other way round, so one of the two sees the
-    // other.
+    // Raised first, looked at after: a loader does it the other way round, so one of the two sees
+    // the other.
     const FlagScope blockRuns(inBlock);
     if (loadBypass.isRaised()) {
         clearOutputs(outputs, sampleFrames);
@@ -152,9 +152,15 @@ void KWUniClient::handle(const InternalEvent& event)
 {
     const float value = static_cast<float>(event.data2) * 0.007874016f;
     switch (event.code) {
-    case EventCode::NoteOn: keys.noteOn(event.data1, event.data2); break;
-    case EventCode::NoteOff: keys.noteOff(event.data1); break;
-    case EventCode::AllNotesOff: keys.allNotesOff(); break;
+    case EventCode::NoteOn:
+        keys.noteOn(event.data1, event.data2);
+        break;
+    case EventCode::NoteOff:
+        keys.noteOff(event.data1);
+        break;
+    case EventCode::AllNotesOff:
+        keys.allNotesOff();
+        break;
     case EventCode::Controller:
         midiMap.controllerMoved(event.data1, value, *this, remoteStep);
         break;
@@ -163,12 +169,14 @@ void KWUniClient::handle(const InternalEvent& event)
         info.pitchWheel = offCentre / (event.data2 > 63 ? 63.0f : 64.0f);
         break;
     }
-    case EventCode::ProgramChange: programChanged(event.data1); break;
-    case EventCode::Pressure:
-        midiMap.pressureMoved(
-            static_cast<float>(event.data1) * 0.007874016f, *this, remoteStep);
+    case EventCode::ProgramChange:
+        programChanged(event.data1);
         break;
-    case EventCode::Cancelled: break;
+    case EventCode::Pressure:
+        midiMap.pressureMoved(static_cast<float>(event.data1) * 0.007874016f, *this, remoteStep);
+        break;
+    case EventCode::Cancelled:
+        break;
     }
 }
 

@@ -15,8 +15,8 @@
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"
 #include "engine/KWMods.h"
-#include "engine/KWNoteSchedule.h"
 #include "engine/KWNotes.h"
+#include "engine/KWNoteSchedule.h"
 #include "engine/KWPatterns.h"
 #include "engine/KWPerformance.h"
 #include "engine/KWTransport.h"
@@ -106,11 +106,14 @@ private:
     void react(int tag, const Parameters::Stored& stored);
     bool reactInstrument(int tag, const Parameters::Stored& stored);
     bool reactFamilies(int tag, const Parameters::Stored& stored);
+    void stepChoice(int tag, int direction);
     void reactGlobalEdit(int tag);
     void applyDefaults();
     // engine/KWUniClientHost.cpp
     static bool toInternal(const VstMidiEvent& midi, InternalEvent& event);
     void programChanged(int program);
+    // engine/KWUniClientState.cpp
+    void stepPreset(int tag);
 
     Crossing<float> reloadCounter = 0.0f;
     OneWayFlag loadBypass;
@@ -118,6 +121,7 @@ private:
     WrapperPort* wrapper = nullptr;
     Crossing<int32_t> synthOn = 0;
     Crossing<int32_t> ignoreProgramChange = 1;
+    Crossing<int32_t> keepMidiMap = 0; // a load leaves the user's controllers alone
 
     // Audio thread.
     InputQueue inputQueue;
@@ -134,9 +138,9 @@ private:
     KWMods mods;
     KWSynth synth;
     bool synthTicked = false; // the synth has had its control step for this period
-    int audioRunLength = 0; // samples collected since the last flush
-    alignas(32) float runLeft[kTickSamples] {};
-    alignas(32) float runRight[kTickSamples] {};
+    int audioRunLength = 0;   // samples collected since the last flush
+    alignas(32) float runLeft[kTickSamples]{};
+    alignas(32) float runRight[kTickSamples]{};
     float** blockOutputs = nullptr;
 };
 

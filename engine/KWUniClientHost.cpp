@@ -7,12 +7,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 namespace {
 constexpr char kName[] = "Ormund";
 constexpr char kVendor[] = "Kelda Works";
 constexpr VstInt32 kVendorVersion = 1061;
 constexpr char kNoParameter[] = "empty";
+constexpr size_t kTextRoom = kVstMaxParamStrLen;
 constexpr int kAllNotesOffController = 123;
 
 constexpr const char* kCapabilities[] = {
@@ -29,12 +31,13 @@ void copyText(char (&to)[Size], const char* from)
 {
     std::snprintf(to, Size, "%s", from);
 }
-}
+} // namespace
 
 void KWUniClient::getParameterName(VstInt32 index, char* text)
 {
     const bool isShown = index >= 0 && index < kHostParameters;
-    std::snprintf(text, kVstTextRoom, "%s", isShown ? parameters.entry(index)->name : kNoParameter);
+    std::snprintf(
+        text, kTextRoom, "%s", isShown ? parameters.entry(index)->name.data() : kNoParameter);
 }
 
 void KWUniClient::getParameterLabel(VstInt32 index, char* text) { getParameterName(index, text); }
@@ -42,9 +45,9 @@ void KWUniClient::getParameterLabel(VstInt32 index, char* text) { getParameterNa
 void KWUniClient::getParameterDisplay(VstInt32 index, char* text)
 {
     if (index >= 0 && index < kHostParameters)
-        parameters.display(index, text, kVstTextRoom);
+        parameterText(index, parameters.raw(index), {text, kTextRoom});
     else
-        std::snprintf(text, kVstTextRoom, "%s", kNoParameter);
+        std::snprintf(text, kTextRoom, "%s", kNoParameter);
 }
 
 bool KWUniClient::string2parameter(VstInt32 index, const char* text)
@@ -53,11 +56,10 @@ bool KWUniClient::string2parameter(VstInt32 index, const char* text)
         return false;
     if (!text)
         return true;
-    float value = 0;
-    if (!parameters.valueOfText(index, text, value))
-        return false;
-    setParameter(index, value);
-    return true;
+    const std::optional<float> value = parameterFromText(index, text);
+    if (value)
+        setParameter(index, *value);
+    return value.has_value();
 }
 
 bool KWUniClient::getParameterProperties(VstInt32 index, VstParameterProperties* properties)
@@ -66,9 +68,9 @@ bool KWUniClient::getParameterProperties(VstInt32 index, VstParameterProperties*
         return false;
     const ParameterEntry& entry = *parameters.entry(index);
     *properties = {};
-    copyText(properties->label, entry.name);
-    copyText(properties->shortLabel, entry.name);
-    properties->flags = entry.states == 2 ? kVstParameterIsSwitch : kVstParameterCanRamp;
+    copyText(properties->label, entry.name.data());
+    copyText(properties->shortLabel, entry.name.data());
+    properties->flags = entry.states() == 2 ? kVstParameterIsSwitch : kVstParameterCanRamp;
     return true;
 }
 
@@ -149,17 +151,28 @@ bool KWUniClient::toInternal(const VstMidiEvent& midi, InternalEvent& event)
     event.data1 = midi.midiData[1] & 0x7f;
     event.data2 = midi.midiData[2] & 0x7f;
     switch (status & 0xF0) {
-    case 0x90: event.code = event.data2 > 0 ? EventCode::NoteOn : EventCode::NoteOff; return true;
-    case 0x80: event.code = EventCode::NoteOff; return true;
+    case 0x90:
+        event.code = event.data2 > 0 ? EventCode::NoteOn : EventCode::NoteOff;
+        return true;
+    case 0x80:
+        event.code = EventCode::NoteOff;
+        return true;
     case 0xB0:
         // On the other channels it is a controller like any other.
         event.code = event.data1 == kAllNotesOffController && (status & 0x0F) == 0
             ? EventCode::AllNotesOff
             : EventCode::Controller;
         return true;
-    case 0xC0: event.code = EventCode::ProgramChange; return true;
-    case 0xD0: event.code = EventCode::Pressure; return true;
-    case 0xE0: event.code = EventCode::PitchWheel; return true;
-    default: return false;
+    case 0xC0:
+        event.code = EventCode::ProgramChange;
+        return true;
+    case 0xD0:
+        event.code = EventCode::Pressure;
+        return true;
+    case 0xE0:
+        event.code = EventCode::PitchWheel;
+        return true;
+    default:
+        return false;
     }
 }

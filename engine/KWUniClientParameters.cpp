@@ -7,21 +7,59 @@
 #include "data/Tags.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
-constexpr int kModTracks = 8;
 constexpr float kSwingBend = 0.9f; // the swing's delay grows a little faster than its amount
 
 // The place of `tag` in a family of eight tags `stride` apart, or -1.
 int familyIndex(int tag, int first, int stride)
 {
     const int offset = tag - first;
-    return offset >= 0 && offset < kModTracks * stride && offset % stride == 0 ? offset / stride : -1;
+    return offset >= 0 && offset < kModTracks * stride && offset % stride == 0 ? offset / stride
+                                                                               : -1;
 }
 
-constexpr size_t at(int index) { return static_cast<size_t>(index); }
+// The arrows beside a list: each moves it by one entry, on release.
+struct ChoiceArrow {
+    int tag;
+    int target;
+    int direction;
+};
+constexpr ChoiceArrow kChoiceArrows[] = {
+    {Tag::ScaleDown, Tag::Scale, -1},
+    {Tag::ScaleUp, Tag::Scale, 1},
+    {Tag::StepSpeedDown, Tag::StepSpeed, -1},
+    {Tag::StepSpeedUp, Tag::StepSpeed, 1},
+    {Tag::SongSpeedDown, Tag::SongSpeed, -1},
+    {Tag::SongSpeedUp, Tag::SongSpeed, 1},
+    {Tag::KeySyncDown, Tag::KeySync, -1},
+    {Tag::KeySyncUp, Tag::KeySync, 1},
+};
+
+const ChoiceArrow* choiceArrow(int tag)
+{
+    static constexpr auto kTargetArrows = [] {
+        std::array<ChoiceArrow, 2 * kModTracks> arrows{};
+        for (int i = 0; i < 2 * kModTracks; ++i)
+            arrows[static_cast<size_t>(i)] = {
+                Tag::ModTargetArrows + i, Tag::ModTarget + i / 2, i % 2 == 0 ? -1 : 1};
+        return arrows;
+    }();
+    if (tag >= Tag::ModTargetArrows && tag < Tag::ModTargetArrows + 2 * kModTracks)
+        return &kTargetArrows[static_cast<size_t>(tag - Tag::ModTargetArrows)];
+    for (const ChoiceArrow& arrow : kChoiceArrows)
+        if (arrow.tag == tag)
+            return &arrow;
+    return nullptr;
 }
+
+// Setting such a tag does something once; a stored value of it is never applied again.
+bool firesAction(int tag) { return isAction(tag) || choiceArrow(tag); }
+
+constexpr size_t at(int index) { return static_cast<size_t>(index); }
+} // namespace
 
 void KWUniClient::setParameter(VstInt32 index, float value)
 {
@@ -29,18 +67,23 @@ void KWUniClient::setParameter(VstInt32 index, float value)
     const ParameterEntry* entry = parameters.entry(tag);
     if (!entry)
         return;
-    if (entry->isTable()) {
+    if (!entry->hasValue()) {
         tracks.writeStep(tag, remoteStep, value);
         return;
     }
     const Parameters::Stored stored = parameters.store(tag, value);
     patternStore.write(tag, stored.raw);
-    if (isEditButton(tag)) {
+    if (editButton(tag)) {
         // A press only lights the button; its release acts.
         if (stored.raw == 0) {
             performEdit(tag, tracks);
             reactGlobalEdit(tag);
         }
+        return;
+    }
+    if (const ChoiceArrow* arrow = choiceArrow(tag)) {
+        if (stored.raw == 0)
+            stepChoice(arrow->target, arrow->direction);
         return;
     }
     react(tag, stored);
@@ -56,18 +99,29 @@ float KWUniClient::getParameter(VstInt32 index)
 {
     if (index < 0 || index >= kHostParameters)
         return 0.0f;
-    return parameters.value(index).raw;
+    return parameters.raw(index);
+}
+
+void KWUniClient::stepChoice(int tag, int direction)
+{
+    const int count = choiceCount(tag);
+    const int index = std::clamp(parameters.index(tag) + direction, 0, count - 1);
+    // The middle of the entry's range, so that no rounding can lose it.
+    setParameter(tag, (static_cast<float>(index) + 0.5f) / static_cast<float>(count));
 }
 
 void KWUniClient::reactGlobalEdit(int tag)
 {
     switch (tag) {
-    case Tag::GlobalCopy: patternStore.copy(); break;
+    case Tag::GlobalCopy:
+        patternStore.copy();
+        break;
     case Tag::GlobalPaste:
         if (patternStore.paste())
             patternStore.replay(*this);
         break;
-    default: break;
+    default:
+        break;
     }
     screen.redraw.raise();
 }
@@ -86,16 +140,36 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
     const int index = stored.index;
     switch (tag) {
     // notes
-    case Tag::RootKey: notes.settings.rootKey = index; return true;
-    case Tag::Scale: notes.settings.scale = index; return true;
-    case Tag::MidiOutOctave: notes.settings.outOctave = index; return true;
-    case Tag::MidiOutTranspose: notes.settings.outTranspose = index; return true;
-    case Tag::GateTimeButton: notes.settings.masterGateOn = index; return true;
-    case Tag::MasterGateTime: notes.settings.masterGate = stored.mapped; return true;
-    case Tag::VelocityGateButton: notes.settings.velocityGateOn = index; return true;
-    case Tag::VelocityThreshold: notes.settings.velocityThreshold = stored.mapped; return true;
-    case Tag::Mute: notes.settings.mute = index; return true;
-    case Tag::GateTimeMultiply: notes.settings.gateMultiply = gateMultiple(index); return true;
+    case Tag::RootKey:
+        notes.settings.rootKey = index;
+        return true;
+    case Tag::Scale:
+        notes.settings.scale = index;
+        return true;
+    case Tag::MidiOutOctave:
+        notes.settings.outOctave = index;
+        return true;
+    case Tag::MidiOutTranspose:
+        notes.settings.outTranspose = index;
+        return true;
+    case Tag::GateTimeButton:
+        notes.settings.masterGateOn = index;
+        return true;
+    case Tag::MasterGateTime:
+        notes.settings.masterGate = stored.mapped;
+        return true;
+    case Tag::VelocityGateButton:
+        notes.settings.velocityGateOn = index;
+        return true;
+    case Tag::VelocityThreshold:
+        notes.settings.velocityThreshold = stored.mapped;
+        return true;
+    case Tag::Mute:
+        notes.settings.mute = index;
+        return true;
+    case Tag::GateTimeMultiply:
+        notes.settings.gateMultiply = kGateMultiplyTable[at(index)];
+        return true;
 
     // clock
     case Tag::Swing:
@@ -104,40 +178,65 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         clock.deriveSpeed();
         return true;
     case Tag::StepSpeed:
-        clock.settings.stepsPerBeat = stepsPerBeat(index);
+        clock.settings.stepsPerBeat = kSpeedStepsPerBeat[at(index)];
         clock.deriveSpeed();
         return true;
-    case Tag::Play: clock.settings.play = index; return true;
-    case Tag::TriggerMode: clock.settings.triggerMode = index; return true;
-    case Tag::HalfSpeed: clock.settings.halfSpeed = index; return true;
+    case Tag::Play:
+        clock.settings.play = index;
+        return true;
+    case Tag::TriggerMode:
+        clock.settings.triggerMode = index;
+        return true;
+    case Tag::HalfSpeed:
+        clock.settings.halfSpeed = index;
+        return true;
     case Tag::Retrigger:
         clock.settings.retrigger = index;
         keys.settings.retrigger = index;
         return true;
-    case Tag::Slowdown: clock.settings.slowdown = index; return true;
+    case Tag::Slowdown:
+        clock.settings.slowdown = index;
+        return true;
     case Tag::SlowdownRate:
         clock.settings.slowdownCurve = stored.mapped * 0.3f + 0.005f;
         return true;
-    case Tag::StepPlay: clock.settings.manualStep = index; return true;
-    case Tag::Looper: clock.settings.looper = index; return true;
-    case Tag::LooperSteps: clock.settings.looperSteps = index; return true;
+    case Tag::StepPlay:
+        clock.settings.manualStep = index;
+        return true;
+    case Tag::Looper:
+        clock.settings.looper = index;
+        return true;
+    case Tag::LooperSteps:
+        clock.settings.looperSteps = index;
+        return true;
 
     // lanes
-    case Tag::PitchMode: lanes.settings.mode[KWLanes::Main] = index; return true;
-    case Tag::PerformanceMode: lanes.settings.mode[KWLanes::Performance] = index; return true;
-    case Tag::VelocityMode: lanes.settings.mode[KWLanes::Velocity] = index; return true;
-    case Tag::GateMode: lanes.settings.mode[KWLanes::Gate] = index; return true;
+    case Tag::PitchMode:
+        lanes.settings.mode[KWLanes::Main] = index;
+        return true;
+    case Tag::PerformanceMode:
+        lanes.settings.mode[KWLanes::Performance] = index;
+        return true;
+    case Tag::VelocityMode:
+        lanes.settings.mode[KWLanes::Velocity] = index;
+        return true;
+    case Tag::GateMode:
+        lanes.settings.mode[KWLanes::Gate] = index;
+        return true;
     case Tag::LoopbarMode:
         lanes.settings.separateLoops = index;
         screen.pagesChanged.raise();
         return true;
 
     // patterns
-    case Tag::SongSpeed: patterns.settings.stepsPerUnit = songUnit(index) * 0.25f; return true;
-    case Tag::SongOn: patterns.settings.songOn = index; return true;
+    case Tag::SongSpeed:
+        patterns.settings.stepsPerUnit = kSongSpeedSteps[at(index)];
+        return true;
+    case Tag::SongOn:
+        patterns.settings.songOn = index;
+        return true;
     case Tag::LockArea:
-        patterns.settings.lockedPattern
-            = std::clamp(static_cast<int>(std::min(stored.raw, 1.0f) * 15.99f), 0, 15);
+        patterns.settings.lockedPattern = std::clamp(static_cast<int>(stored.raw * 15.99f), 0, 15);
         return true;
 
     // keys
@@ -145,26 +244,42 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         keys.settings.keyboardMode = index;
         screen.pagesChanged.raise();
         return true;
-    case Tag::KeyboardModeTwin: setParameter(Tag::KeyboardMode, stored.raw); return true;
-    case Tag::TriggerSource: keys.settings.triggerSource = index; return true;
-    case Tag::InputOctave: keys.settings.inputOctave = index; return true;
+    case Tag::KeyboardModeTwin:
+        setParameter(Tag::KeyboardMode, stored.raw);
+        return true;
+    case Tag::TriggerSource:
+        keys.settings.triggerSource = index;
+        return true;
+    case Tag::InputOctave:
+        keys.settings.inputOctave = index;
+        return true;
     case Tag::KeySync:
         keys.settings.keySyncIndex = index;
-        keys.settings.keySyncFactor = keySyncFactor(index);
+        keys.settings.keySyncFactor = kKeySyncFactors[at(index)];
         return true;
-    case Tag::TransposeMode: keys.settings.transposeChromatic = index; return true;
-    case Tag::RecordMode: keys.settings.stepRecord = index; return true;
-    case Tag::Record: keys.settings.recording = index; return true;
+    case Tag::TransposeMode:
+        keys.settings.transposeChromatic = index;
+        return true;
+    case Tag::RecordMode:
+        keys.settings.stepRecord = index;
+        return true;
+    case Tag::Record:
+        keys.settings.recording = index;
+        return true;
 
     // modulation
-    case Tag::AllModsOff: mods.settings.enabled = 1 - index; return true;
+    case Tag::AllModsOff:
+        mods.settings.enabled = 1 - index;
+        return true;
     case Tag::ModSelect:
         // The page of controls follows the chosen track.
         parameters.store(Tag::ModTrackPage, static_cast<float>(index) * 0.0625f);
         screen.pagesChanged.raise();
         return true;
     case Tag::ModTrackPage:
-    case Tag::Page: screen.pagesChanged.raise(); return true;
+    case Tag::Page:
+        screen.pagesChanged.raise();
+        return true;
 
     // one value with two controls
     case Tag::SynthOn:
@@ -175,16 +290,24 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
     case Tag::LoopbarModeTwin:
     case Tag::PageTwin: {
         const int twin = tag == Tag::PageTwin ? Tag::Page : Tag::LoopbarMode;
-        if (parameters.value(twin).raw != stored.raw)
+        if (parameters.raw(twin) != stored.raw)
             setParameter(twin, stored.raw);
         return true;
     }
 
     // settings
-    case Tag::RandomMin: info.randomMin = stored.raw; return true;
-    case Tag::RandomMax: info.randomMax = stored.raw; return true;
-    case Tag::IgnoreProgramChange: ignoreProgramChange = index; return true;
-    case Tag::LockAssign: keepMidiMap = index; return true;
+    case Tag::RandomMin:
+        info.randomMin = stored.raw;
+        return true;
+    case Tag::RandomMax:
+        info.randomMax = stored.raw;
+        return true;
+    case Tag::IgnoreProgramChange:
+        ignoreProgramChange = index;
+        return true;
+    case Tag::LockAssign:
+        keepMidiMap = index;
+        return true;
 
     // presets, on release
     case Tag::PreviousPreset:
@@ -195,7 +318,8 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         if (stored.raw == 0)
             stepPreset(tag);
         return true;
-    default: return false;
+    default:
+        return false;
     }
 }
 
@@ -216,14 +340,14 @@ bool KWUniClient::reactFamilies(int tag, const Parameters::Stored& stored)
 
 void KWUniClient::applyDefaults()
 {
-    for (const ParameterEntry* entry : parameters.allParameters())
-        if (!entry->isTable() && !isAction(entry->tag))
-            setParameter(entry->tag, entry->defaultRaw);
+    for (const ParameterEntry& entry : allParameters())
+        if (entry.hasValue() && !firesAction(entry.tag))
+            setParameter(entry.tag, entry.defaultRaw);
 }
 
 void KWUniClient::reapplyParameters()
 {
-    for (const ParameterEntry* entry : parameters.allParameters())
-        if (!entry->isTable() && !isAction(entry->tag))
-            setParameter(entry->tag, parameters.value(entry->tag).raw);
+    for (const ParameterEntry& entry : allParameters())
+        if (entry.hasValue() && !firesAction(entry.tag))
+            setParameter(entry.tag, parameters.raw(entry.tag));
 }

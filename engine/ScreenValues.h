@@ -14,13 +14,13 @@ struct ScreenValues {
     Crossing<float> performanceStep = 0.0f;
     Crossing<float> velocityStep = 0.0f;
     Crossing<float> gateStep = 0.0f;
-    std::array<Crossing<float>, kModTracks> modStep {};
-    Crossing<float> songStep = 0.0f; // 0 to 7
-    Crossing<float> pattern = 0.0f; // 0 to 15
+    std::array<Crossing<float>, kModTracks> modStep{};
+    Crossing<float> songStep = 0.0f;      // 0 to 7
+    Crossing<float> pattern = 0.0f;       // 0 to 15
     Crossing<float> patternLocked = 0.0f; // 0 or 1
     Crossing<float> masterStep = 0.0f;
-    Crossing<float> playing = 0.0f; // 0 or 1
-    std::array<Crossing<float>, kModTracks> modValue {}; // 0 to 1
+    Crossing<float> playing = 0.0f;                     // 0 or 1
+    std::array<Crossing<float>, kModTracks> modValue{}; // 0 to 1
     Crossing<float> bendSemitones = 0.0f;
 
     // Raised by whoever changes what is shown; the screen lowers them at idle.

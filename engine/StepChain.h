@@ -1,5 +1,5 @@
-// The performance effects on time, links of one chain: half speed, retrigger, slowdown, manual step,
-// looper. Each takes the count of the link before it and hands one on. Audio thread.
+// The performance effects on time, links of one chain: half speed, retrigger, slowdown, manual
+// step, looper. Each takes the count of the link before it and hands one on. Audio thread.
 #pragma once
 
 #include "base/LastSeen.h"
@@ -9,7 +9,7 @@
 struct StepSpeed {
     double stepsPerTick;
     float swingAmount; // 0 to 1
-    int swingDelay; // ticks
+    int swingDelay;    // ticks
 };
 
 // Half the pace from the count at which it was switched. The count turns fractional here; the links
@@ -27,10 +27,7 @@ private:
 // acts from the next step on.
 class RetriggerLink {
 public:
-    explicit RetriggerLink(SwingLine& line)
-        : swing(line)
-    {
-    }
+    explicit RetriggerLink(SwingLine& line) : swing(line) { }
     float tick(float count, bool on, const StepSpeed& speed);
 
 private:
@@ -44,10 +41,7 @@ private:
 // Steps that come ever later: the speed decays hyperbolically and never stops.
 class SlowdownLink {
 public:
-    explicit SlowdownLink(SwingLine& line)
-        : swing(line)
-    {
-    }
+    explicit SlowdownLink(SwingLine& line) : swing(line) { }
     // `curve` tells how fast the speed decays.
     float tick(float count, bool on, float curve, const StepSpeed& speed);
 
@@ -79,10 +73,7 @@ private:
 // Repeats the next `steps` steps.
 class LooperLink {
 public:
-    explicit LooperLink(SwingLine& line)
-        : swing(line)
-    {
-    }
+    explicit LooperLink(SwingLine& line) : swing(line) { }
     float tick(float count, bool on, int steps, const StepSpeed& speed);
 
 private:

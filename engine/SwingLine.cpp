@@ -7,13 +7,9 @@
 namespace {
 constexpr float kEntriesAt44100 = 4096.0f;
 constexpr auto kMostEntries = static_cast<size_t>(kEntriesAt44100 * kMaxSampleRate / 44100.0f) + 1;
-}
+} // namespace
 
-SwingLine::SwingLine()
-    : ring(kMostEntries)
-    , length(static_cast<int>(kEntriesAt44100))
-{
-}
+SwingLine::SwingLine() : ring(kMostEntries), length(static_cast<int>(kEntriesAt44100)) { }
 
 void SwingLine::setRateRatio(float rateRatio)
 {

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-// Audio thread, but for setSampleRate, which runs while no block does or inside a tick; it allocates
-// nothing.
+// Audio thread, but for setSampleRate, which runs while no block does or inside a tick; it
+// allocates nothing.
 class SwingLine {
 public:
     SwingLine();

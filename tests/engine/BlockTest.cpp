@@ -19,7 +19,7 @@ std::string traceInBlocksOf(int block, double beats)
     player.playBeats(beats);
     return player.trace();
 }
-}
+} // namespace
 
 TEST(Block, TheFirstSampleRunsATick)
 {
@@ -171,7 +171,7 @@ TEST(Block, TenThousandEventsInOneBlockHangNothing)
     player.play(512);
     player.playBeats(4);
     EXPECT_EQ(player.soundingNotes(), 0);
-    EXPECT_FALSE(player.engine().keyState.isLit(60));
+    EXPECT_FALSE(player.engine().keyState.hasNote(60));
 }
 
 TEST(Block, NoTransportRecordHoldsStill)

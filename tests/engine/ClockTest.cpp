@@ -15,7 +15,7 @@ std::vector<int> ticksWith(std::initializer_list<std::pair<int, float>> settings
         player.engine().setParameter(tag, value);
     return player.stepTicks(count);
 }
-}
+} // namespace
 
 TEST(Swing, OddStepsAreLateByHalfAStepAtMostAndEvenStepsAreNot)
 {

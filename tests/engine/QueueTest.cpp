@@ -25,8 +25,7 @@ public:
             const int before = outgoing.count();
             schedule.drain(outgoing, voices);
             for (int i = before; i < outgoing.count(); ++i)
-                heard.push_back(
-                    {now, outgoing.at(i).midiData[1], outgoing.at(i).midiData[2]});
+                heard.push_back({now, outgoing.at(i).midiData[1], outgoing.at(i).midiData[2]});
             if (resets)
                 outgoing.clear();
         }
@@ -44,7 +43,7 @@ public:
     int now = 0;
     bool resets = true;
 };
-}
+} // namespace
 
 TEST(InputQueue, KeepsTimeOrderAndWaits)
 {
@@ -105,8 +104,8 @@ TEST(NoteSchedule, AnEndOnThePeriodsEdgeGoesInTheNextTick)
     run.schedule.addNote(0, 61, 100, 32, 0);
     run.schedule.addNote(0, 62, 100, 95, 0);
     run.tick(5);
-    const std::vector<ScheduleRun::Heard> expected
-        = {{0, 60, 100}, {0, 61, 100}, {0, 62, 100}, {0, 60, 0}, {1, 61, 0}, {2, 62, 0}};
+    const std::vector<ScheduleRun::Heard> expected = {
+        {0, 60, 100}, {0, 61, 100}, {0, 62, 100}, {0, 60, 0}, {1, 61, 0}, {2, 62, 0}};
     EXPECT_EQ(run.heard, expected);
 }
 
@@ -119,8 +118,8 @@ TEST(NoteSchedule, ASoundingNoteEndsBeforeItsSuccessorStarts)
     // A chord may hold its root twice.
     run.schedule.addNote(0, 60, 80, 64, 0);
     run.tick(40);
-    const std::vector<ScheduleRun::Heard> expected
-        = {{0, 60, 100}, {3, 60, 0}, {3, 60, 80}, {5, 60, 0}};
+    const std::vector<ScheduleRun::Heard> expected = {
+        {0, 60, 100}, {3, 60, 0}, {3, 60, 80}, {5, 60, 0}};
     EXPECT_EQ(run.heard, expected);
     EXPECT_TRUE(run.schedule.isEmpty());
 }

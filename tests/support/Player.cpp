@@ -10,36 +10,36 @@ namespace {
 constexpr int kMostBlock = 8192;
 // The host callback has no word of its own for the host, so the player that runs a block says so.
 thread_local Player* current = nullptr;
-}
+} // namespace
 
-VstIntPtr Player::host(
-    AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
+VstIntPtr Player::host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
 {
     if (!current)
         return 0;
     switch (opcode) {
     case audioMasterGetTime:
         return current->sendsRecord ? reinterpret_cast<VstIntPtr>(&current->record) : 0;
-    case audioMasterGetCurrentProcessLevel: return current->processLevel;
+    case audioMasterGetCurrentProcessLevel:
+        return current->processLevel;
     case audioMasterProcessEvents: {
         const auto* events = static_cast<const VstEvents*>(ptr);
         for (VstInt32 i = 0; i < events->numEvents; ++i) {
             VstMidiEvent midi;
             std::memcpy(&midi, events->events[i], sizeof midi);
-            const auto byte
-                = [&](int k) { return static_cast<int>(static_cast<uint8_t>(midi.midiData[k])); };
+            const auto byte = [&](int k) {
+                return static_cast<int>(static_cast<uint8_t>(midi.midiData[k]));
+            };
             current->out.push_back({current->frame + midi.deltaFrames, byte(0), byte(1), byte(2)});
         }
         return 1;
     }
-    default: return 0;
+    default:
+        return 0;
     }
 }
 
 Player::Player(const Setup& setup)
-    : tempo(setup.tempo)
-    , rate(static_cast<double>(setup.rate))
-    , block(setup.block)
+    : tempo(setup.tempo), rate(static_cast<double>(setup.rate)), block(setup.block)
 {
     current = this;
     client = std::make_unique<KWUniClient>(host);
@@ -75,7 +75,7 @@ void Player::cycle(double from, double to)
 
 void Player::send(int status, int data1, int data2, int at)
 {
-    VstMidiEvent midi {};
+    VstMidiEvent midi{};
     midi.type = kVstMidiType;
     midi.byteSize = sizeof midi;
     midi.deltaFrames = at;
@@ -122,10 +122,7 @@ void Player::play(int64_t frames)
     }
 }
 
-void Player::playBeats(double count)
-{
-    play(static_cast<int64_t>(count * 60.0 / tempo * rate));
-}
+void Player::playBeats(double count) { play(static_cast<int64_t>(count * 60.0 / tempo * rate)); }
 
 void Player::writePlainNotes()
 {

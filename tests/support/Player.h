@@ -25,10 +25,7 @@ public:
         int block = 512;
         bool empty = true; // all tracks at their defaults, every step silent until a test writes it
     };
-    Player()
-        : Player(Setup())
-    {
-    }
+    Player() : Player(Setup()) { }
     explicit Player(const Setup& setup);
     ~Player();
 
@@ -70,7 +67,7 @@ private:
         AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
 
     std::unique_ptr<KWUniClient> client;
-    VstTimeInfo record {};
+    VstTimeInfo record{};
     std::vector<MidiOut> out;
     std::vector<VstMidiEvent> pending;
     std::vector<float> leftOut;
