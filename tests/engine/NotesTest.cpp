@@ -1,0 +1,228 @@
+#include "data/Tags.h"
+#include "tests/support/Player.h"
+
+#include <gmock/gmock.h>
+
+#include <set>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+constexpr int kMiddle = 48; // root key 60, output octave -12
+
+// The pitches of the first step's notes.
+std::vector<int> firstStep(Player& player)
+{
+    player.forget();
+    player.start(0);
+    player.play(32);
+    std::vector<int> pitches;
+    for (const MidiOut& on : player.noteOns())
+        pitches.push_back(on.data1);
+    return pitches;
+}
+} // namespace
+
+TEST(Notes, ScalesTransposesAndOctavesAddUp)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().tracks.pitch.setValue(0, 2);
+    EXPECT_THAT(firstStep(player), ElementsAre(kMiddle + 2)); // chromatic
+
+    Player major;
+    major.writePlainNotes();
+    major.engine().tracks.pitch.setValue(0, -3);
+    major.engine().setParameter(Tag::Scale, 1.5f / 34.0f);
+    major.engine().setParameter(Tag::MidiOutTranspose, 15.5f / 25.0f); // +3
+    major.engine().tracks.octave.setStep(0, 1);                        // +2
+    EXPECT_THAT(firstStep(major), ElementsAre(kMiddle - 5 + 3 + 24));
+}
+
+TEST(Notes, PitchesStopAtTheEndsOfMidi)
+{
+    Player low;
+    low.writePlainNotes();
+    low.engine().tracks.pitch.setValue(0, -12);
+    low.engine().setParameter(Tag::RootKey, 0);       // 36
+    low.engine().setParameter(Tag::MidiOutOctave, 0); // -36
+    EXPECT_THAT(firstStep(low), ElementsAre(0));
+    Player high;
+    high.writePlainNotes();
+    high.engine().tracks.pitch.setValue(0, 12);
+    high.engine().setParameter(Tag::RootKey, 1);       // 84
+    high.engine().setParameter(Tag::MidiOutOctave, 1); // +12
+    high.engine().tracks.octave.setStep(0, 1);
+    EXPECT_THAT(firstStep(high), ElementsAre(127));
+}
+
+TEST(Notes, ChordsPlayTheirRowAndADoubledRootPlaysOnce)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().tracks.chord.setStep(0, 4); // 0 4 7 10
+    EXPECT_THAT(firstStep(player), ElementsAre(kMiddle, kMiddle + 4, kMiddle + 7, kMiddle + 10));
+    Player doubled;
+    doubled.writePlainNotes();
+    doubled.engine().tracks.chord.setStep(0, 1); // 0 4 7 0
+    EXPECT_THAT(
+        firstStep(doubled), testing::UnorderedElementsAre(kMiddle, kMiddle + 4, kMiddle + 7));
+    doubled.playBeats(8);
+    doubled.stop();
+    doubled.playBeats(2);
+    EXPECT_EQ(doubled.soundingNotes(), 0);
+}
+
+TEST(Notes, TheVelocityThresholdIsAGateNotAScale)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().tracks.velocity.setValue(0, 0.5f);
+    player.engine().tracks.velocity.setValue(1, 0.95f);
+    player.engine().setParameter(Tag::VelocityGateButton, 1);
+    player.engine().setParameter(Tag::VelocityThreshold, 1); // 0.9
+    player.start();
+    player.playBeats(0.5);
+    const std::vector<MidiOut> ons = player.noteOns();
+    ASSERT_EQ(ons.size(), 1u);
+    EXPECT_EQ(ons[0].data2, 120);
+}
+
+TEST(Notes, GateTimesAreStepsLong)
+{
+    const auto length = [](float gate, float multiply) {
+        Player player;
+        player.writePlainNotes();
+        player.engine().tracks.velocity.clear();
+        player.engine().tracks.velocity.setValue(0, 1.0f);
+        player.engine().tracks.gateTime.setValue(0, gate);
+        player.engine().setParameter(Tag::GateTimeMultiply, multiply);
+        player.start();
+        player.playBeats(4);
+        const int64_t on = player.noteOns().at(0).frame;
+        for (const MidiOut& event : player.events())
+            if (event.isNoteOff())
+                return static_cast<double>(event.frame - on) / 5512.5;
+        return -1.0;
+    };
+    EXPECT_NEAR(length(0.5f, 1.1f / 14.0f), 0.5, 0.01); // index 1 is a quarter
+    EXPECT_NEAR(length(0.0f, 1.1f / 14.0f), 0.025, 0.006);
+    EXPECT_NEAR(length(0.5f, 0.5f), 2.0, 0.01);
+}
+
+TEST(Notes, MuteActsAtTheNextStep)
+{
+    Player player;
+    player.writePlainNotes();
+    player.start();
+    player.playBeats(0.1);
+    player.engine().setParameter(Tag::Mute, 1);
+    EXPECT_EQ(player.noteOns().size(), 1u);
+    player.playBeats(1);
+    EXPECT_EQ(player.noteOns().size(), 1u);
+    player.engine().setParameter(Tag::Mute, 0);
+    player.playBeats(0.5);
+    EXPECT_EQ(player.noteOns().size(), 3u);
+}
+
+TEST(Notes, ArpeggioPlaysFourSubSteps)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::Scale, 1.5f / 34.0f);
+    for (int i = 0; i < 32; ++i)
+        player.engine().tracks.arpeggio.setStep(i, 7); // second family, first rhythm
+    player.start();
+    player.playBeats(0.24);
+    ASSERT_GE(player.noteOns().size(), 2u);
+    for (const MidiOut& on : player.noteOns()) {
+        const int above = (on.data1 - kMiddle + 120) % 12;
+        EXPECT_THAT(above, testing::AnyOf(0, 2, 4, 5, 7, 9, 11));
+    }
+    player.stop();
+    player.playBeats(2);
+    EXPECT_EQ(player.soundingNotes(), 0);
+}
+
+TEST(Notes, RandomCommandsChangeOneValueOfTheStep)
+{
+    Player player;
+    player.writePlainNotes();
+    for (int i = 0; i < 32; ++i)
+        player.engine().tracks.performance.setStep(i, i % 2 == 0 ? 1 : 2);
+    player.start();
+    player.playBeats(8);
+    std::set<int> pitches;
+    std::set<int> velocities;
+    const std::vector<MidiOut> ons = player.noteOns();
+    for (size_t i = 0; i < ons.size(); ++i) {
+        if (i % 2 == 0) {
+            pitches.insert(ons[i].data1);
+            EXPECT_EQ(ons[i].data2, static_cast<int>(0.8f * 127.0f));
+            EXPECT_GE(ons[i].data1, kMiddle - 12);
+            EXPECT_LE(ons[i].data1, kMiddle + 12);
+        } else {
+            EXPECT_EQ(ons[i].data1, kMiddle);
+            velocities.insert(ons[i].data2);
+        }
+    }
+    EXPECT_GT(pitches.size(), 5u);
+    EXPECT_GT(velocities.size(), 5u);
+}
+
+TEST(Lanes, EveryModeWalksItsLoop)
+{
+    const auto walked = [](int mode, int start, int end) {
+        Player player;
+        player.writePlainNotes();
+        for (int i = 0; i < 32; ++i)
+            player.engine().tracks.pitch.setValue(i, static_cast<float>(i % 12));
+        player.engine().tracks.pitchLoop.setZone(0, {start, end});
+        player.engine().setParameter(Tag::PitchMode, (static_cast<float>(mode) + 0.5f) / 6.0f);
+        player.engine().setParameter(Tag::LoopbarMode, 0);
+        player.start();
+        player.playBeats(1.24);
+        std::vector<int> steps;
+        for (const MidiOut& on : player.noteOns())
+            steps.push_back(on.data1 - kMiddle);
+        return steps;
+    };
+    EXPECT_THAT(walked(0, 2, 4), ElementsAre(2, 3, 4, 2, 3));
+    EXPECT_THAT(walked(1, 2, 4), ElementsAre(4, 3, 2, 4, 3));
+    EXPECT_THAT(walked(3, 2, 5), ElementsAre(2, 4, 2, 4, 2));
+    EXPECT_THAT(walked(4, 2, 6), ElementsAre(2, 5, 3, 6, 4));
+    for (const int step : walked(2, 2, 5)) {
+        EXPECT_GE(step, 2);
+        EXPECT_LE(step, 5);
+    }
+}
+
+TEST(Lanes, ALoopOfOneStepTriggersOnceAndHolds)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().tracks.pitchLoop.setZone(0, {3, 3});
+    player.engine().setParameter(Tag::LoopbarMode, 0);
+    player.start();
+    player.playBeats(2);
+    EXPECT_EQ(player.noteOns().size(), 1u);
+}
+
+TEST(Bend, AShapeGoesOutAndReturnsToTheCentre)
+{
+    Player player;
+    player.writePlainNotes();
+    player.start();
+    player.playBeats(1);
+    for (const MidiOut& event : player.events())
+        EXPECT_NE(event.status, 0xE0);
+    player.engine().tracks.pitchBend.setStep(5, 1);
+    player.playBeats(8);
+    std::vector<int> bends;
+    for (const MidiOut& event : player.events())
+        if (event.status == 0xE0)
+            bends.push_back(event.data2);
+    ASSERT_GT(bends.size(), 1u);
+    EXPECT_EQ(bends.back(), 64);
+}

@@ -1,0 +1,404 @@
+// Modulation tracks, patterns and keys.
+
+#include "data/Tags.h"
+#include "tests/support/Player.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+std::vector<std::vector<int>> controllers(const Player& player)
+{
+    std::vector<std::vector<int>> found;
+    for (const MidiOut& event : player.events())
+        if ((event.status & 0xF0) != 0x90)
+            found.push_back({event.status, event.data1, event.data2});
+    return found;
+}
+
+void setTarget(Player& player, int track, int target)
+{
+    player.engine().setParameter(
+        Tag::ModTarget + track, (static_cast<float>(target) + 0.5f) / 130.0f);
+}
+
+void switchOn(Player& player, int track)
+{
+    player.engine().setParameter(Tag::ModTrackOn + track, 1);
+}
+
+void fill(KWTableXY& table, float value)
+{
+    for (int i = 0; i < 32; ++i)
+        table.setValue(i, value);
+}
+
+int pitchOf(Player& player, int beats = 1)
+{
+    player.forget();
+    player.playBeats(beats);
+    return player.noteOns().empty() ? -1 : player.noteOns().back().data1;
+}
+} // namespace
+
+TEST(Mods, AValueGoesOutOnceWhenItMoves)
+{
+    Player player;
+    switchOn(player, 0);
+    setTarget(player, 0, 74);
+    fill(player.engine().tracks.mods[0], 0.5f);
+    player.start();
+    player.playBeats(4);
+    EXPECT_THAT(controllers(player), ElementsAre(ElementsAre(0xB0, 74, 63)));
+}
+
+TEST(Mods, PressureAndProgramTargetsHaveTheirOwnMessages)
+{
+    Player player;
+    switchOn(player, 0);
+    switchOn(player, 1);
+    setTarget(player, 0, 128);
+    setTarget(player, 1, 129);
+    fill(player.engine().tracks.mods[0], 0.5f);
+    fill(player.engine().tracks.mods[1], 0.5f);
+    player.start();
+    player.playBeats(1);
+    EXPECT_THAT(
+        controllers(player), ElementsAre(ElementsAre(0xD0, 63, 127), ElementsAre(0xC0, 63, 63)));
+}
+
+TEST(Mods, OffFreezesMuteBringsToZeroAndAllOffFreezesAll)
+{
+    Player player;
+    switchOn(player, 2);
+    setTarget(player, 2, 10);
+    KWTableXY& table = player.engine().tracks.mods[2];
+    for (int i = 0; i < 32; ++i)
+        table.setValue(i, i % 2 == 0 ? 1.0f : 0.5f);
+    player.start();
+    player.playBeats(0.9); // steps 0 to 3
+    EXPECT_EQ(controllers(player).size(), 4u);
+    player.engine().setParameter(Tag::ModTrackOn + 2, 0);
+    player.playBeats(2);
+    EXPECT_EQ(controllers(player).size(), 4u);
+    switchOn(player, 2);
+    player.forget();
+    player.engine().setParameter(Tag::AllModsOff, 1);
+    player.playBeats(1);
+    EXPECT_THAT(controllers(player), IsEmpty());
+    player.engine().setParameter(Tag::AllModsOff, 0);
+    player.engine().setParameter(Tag::Mute, 1);
+    player.playBeats(1);
+    EXPECT_THAT(controllers(player).back(), ElementsAre(0xB0, 10, 0));
+    player.engine().setParameter(Tag::Mute, 0);
+    player.playBeats(1);
+    EXPECT_GT(controllers(player).back().at(2), 0);
+}
+
+TEST(Mods, ATrackDrivesItsSynthParameter)
+{
+    const int targets[] = {17, 18, 19, 20, 25, 26, 27, 35};
+    Player player;
+    for (int k = 0; k < 8; ++k) {
+        switchOn(player, k);
+        player.engine().setParameter(Tag::ModToSynth + k, 1);
+        fill(player.engine().tracks.mods[static_cast<size_t>(k)],
+            0.2f + 0.05f * static_cast<float>(k));
+    }
+    player.start();
+    player.playBeats(0.5);
+    for (int k = 0; k < 8; ++k)
+        EXPECT_FLOAT_EQ(
+            player.engine().getParameter(targets[k]), 0.2f + 0.05f * static_cast<float>(k));
+}
+
+TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
+{
+    Player player;
+    Tracks& tracks = player.engine().tracks;
+    for (int row = 0; row < 16; ++row) {
+        tracks.selectRow(row);
+        player.writePlainNotes();
+        fill(tracks.pitch, static_cast<float>(row - 8));
+    }
+    tracks.selectRow(0);
+    const int song[] = {3, 5, 1};
+    for (int i = 0; i < 3; ++i)
+        tracks.patternNumbers.setStep(i, static_cast<float>(song[i]));
+    tracks.patternRepeats.setStep(1, 1);
+    tracks.sequenceLoop.setZone(0, {0, 2});
+    player.engine().setParameter(Tag::SongSpeed, 1.5f / 6.0f); // two steps
+    player.engine().setParameter(Tag::SongOn, 1);
+    player.start();
+    player.playBeats(2.6);
+    std::vector<int> rows;
+    for (const MidiOut& on : player.noteOns())
+        rows.push_back(on.data1 - 48 + 8);
+    EXPECT_THAT(rows, ElementsAre(3, 3, 5, 5, 5, 5, 1, 1, 3, 3, 5));
+}
+
+TEST(Patterns, AChangeReplaysTheStoredParametersInItsTick)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    for (int row = 0; row < 16; ++row) {
+        engine.tracks.selectRow(row);
+        player.writePlainNotes();
+    }
+    engine.tracks.selectRow(0);
+    engine.patternStore.fillWithDefaults();
+    engine.patternStore.setAt(7, 0, 0.0f); // root key 36
+    engine.tracks.patternNumbers.setStep(1, 7);
+    engine.tracks.sequenceLoop.setZone(0, {0, 1});
+    engine.setParameter(Tag::SongOn, 1);
+    player.start();
+    player.playBeats(0.74);
+    std::vector<int> notes;
+    for (const MidiOut& on : player.noteOns())
+        notes.push_back(on.data1);
+    EXPECT_THAT(notes, ElementsAre(48, 24, 48));
+}
+
+TEST(Patterns, LockingHoldsAndUnlockingJumpsAtOnce)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.tracks.patternNumbers.setStep(0, 2);
+    engine.tracks.sequenceLoop.setZone(0, {0, 0});
+    engine.setParameter(Tag::SongOn, 1);
+    player.start();
+    player.playBeats(1);
+    EXPECT_EQ(engine.patternStore.currentPattern, 2);
+    engine.setParameter(Tag::LockArea, 9.5f / 15.99f);
+    player.play(64);
+    EXPECT_EQ(engine.patternStore.currentPattern, 2);
+    engine.setLockButton(true);
+    player.play(64);
+    engine.setLockButton(false);
+    EXPECT_EQ(engine.patternStore.currentPattern, 9);
+    player.playBeats(2);
+    EXPECT_EQ(engine.patternStore.currentPattern, 9);
+    engine.setLockButton(true);
+    player.play(64);
+    EXPECT_EQ(engine.patternStore.currentPattern, 2);
+}
+
+TEST(Patterns, AReloadComesBackOnItsPattern)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.tracks.patternNumbers.setStep(0, 3);
+    engine.tracks.sequenceLoop.setZone(0, {0, 0});
+    engine.setParameter(Tag::SongOn, 1);
+    player.start();
+    player.playBeats(1);
+    ASSERT_EQ(engine.patternStore.currentPattern, 3);
+    engine.countReload();
+    player.play(32);
+    EXPECT_EQ(engine.patternStore.currentPattern, 0);
+    player.play(96);
+    EXPECT_EQ(engine.patternStore.currentPattern, 3);
+}
+
+TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TransposeMode, 1);
+    player.start();
+    player.send(0x90, 75, 100);
+    EXPECT_EQ(pitchOf(player), 51);
+    player.send(0x90, 60, 100); // a second key does not take over
+    EXPECT_EQ(pitchOf(player), 51);
+    player.send(0x80, 75, 0); // the last one left does
+    EXPECT_EQ(pitchOf(player), 36);
+    for (int i = 0; i < 32; ++i)
+        player.engine().tracks.pitchLock.setStep(i, 1);
+    EXPECT_EQ(pitchOf(player), 48);
+    player.send(0xB0, 123, 0);
+    for (int i = 0; i < 32; ++i)
+        player.engine().tracks.pitchLock.setStep(i, 0);
+    EXPECT_EQ(pitchOf(player), 48);
+}
+
+TEST(Keys, TheLowerZoneChoosesThePattern)
+{
+    Player player;
+    player.start();
+    player.send(0x90, 41, 100);
+    player.playBeats(1);
+    EXPECT_EQ(player.engine().patternStore.currentPattern, 5);
+    player.send(0x90, 41, 0);
+    player.playBeats(1);
+    EXPECT_EQ(player.engine().patternStore.currentPattern, 0);
+}
+
+TEST(Keys, AnOctaveShiftActsAtTheNextKey)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TransposeMode, 1);
+    player.engine().setParameter(Tag::InputOctave, 1.0f); // +24
+    player.start();
+    player.send(0x90, 50, 100); // 74
+    EXPECT_EQ(pitchOf(player), 50);
+    player.engine().setParameter(Tag::InputOctave, 0.5f);
+    EXPECT_EQ(pitchOf(player), 50);
+}
+
+TEST(Keys, KeySyncHoldsAKeyUntilTheNextBeat)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TransposeMode, 1);
+    player.engine().setParameter(Tag::KeySync, 3.5f / 6.0f); // a quarter: a beat
+    player.start();
+    player.playBeats(0.1);
+    player.send(0x90, 77, 100);
+    player.forget();
+    player.playBeats(0.85); // steps 1 to 3
+    for (const MidiOut& on : player.noteOns())
+        EXPECT_EQ(on.data1, 48);
+    player.forget();
+    player.playBeats(0.2);
+    ASSERT_FALSE(player.noteOns().empty());
+    EXPECT_EQ(player.noteOns().back().data1, 53);
+}
+
+TEST(Keys, PerformanceKeysHoldTheirButtons)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.setParameter(Tag::KeyboardMode, 1);
+    player.start();
+    player.play(64);
+    for (const PerformanceKey& key : kPerformanceKeyTable) {
+        player.send(0x90, key.note, 90);
+        player.play(64);
+        EXPECT_EQ(engine.parameters.index(key.tag), 1) << key.note;
+        player.send(0x80, key.note, 0);
+        player.play(64);
+        EXPECT_EQ(engine.parameters.index(key.tag), 0) << key.note;
+    }
+    engine.setParameter(Tag::KeyboardMode, 0);
+    player.play(64);
+    player.send(0x90, 59, 90);
+    player.play(64);
+    EXPECT_EQ(engine.parameters.index(Tag::Mute), 0);
+}
+
+TEST(Keys, StepModeMovesOneStepAKey)
+{
+    Player player;
+    player.writePlainNotes();
+    KWUniClient& engine = player.engine();
+    for (int i = 0; i < 32; ++i)
+        engine.tracks.pitch.setValue(i, static_cast<float>(i % 12));
+    for (int i = 0; i < 32; ++i)
+        engine.tracks.pitchLock.setStep(i, 1);
+    engine.setParameter(Tag::StepPlay, 1);
+    player.start();
+    player.play(640);
+    player.forget();
+    for (int i = 0; i < 4; ++i) {
+        player.send(0x90, 72, 100);
+        player.play(640);
+        player.send(0x80, 72, 0);
+        player.play(640);
+    }
+    std::vector<int> pitches;
+    for (const MidiOut& on : player.noteOns())
+        pitches.push_back(on.data1 - 48);
+    EXPECT_EQ(pitches.size(), 4u);
+    EXPECT_TRUE(std::is_sorted(pitches.begin(), pitches.end()));
+}
+
+TEST(Keys, RecordingWritesStepByStepOrLive)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.tracks.pitch.clear();
+    engine.setParameter(Tag::RecordMode, 1);
+    engine.setParameter(Tag::Record, 1);
+    player.start();
+    player.play(32);
+    for (const int key : {72, 74, 60, 84}) {
+        player.send(0x90, key, 100);
+        player.play(64);
+        player.send(0x80, key, 0);
+        player.play(64);
+    }
+    EXPECT_EQ(engine.tracks.pitch.step(0), 0.0f);
+    EXPECT_EQ(engine.tracks.pitch.step(1), 2.0f);
+    EXPECT_EQ(engine.tracks.pitch.step(2), -12.0f);
+    EXPECT_EQ(engine.tracks.pitch.step(3), 12.0f);
+    engine.setParameter(Tag::RecordMode, 0);
+    player.start(2.55); // step 10
+    player.play(64);
+    player.send(0x90, 79, 100);
+    player.play(64);
+    EXPECT_EQ(engine.tracks.pitch.step(10), 7.0f);
+}
+
+TEST(Keys, AKeyPressedAndReleasedBeforeItsTickSoundsNothing)
+{
+    Player player({.block = 16});
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TriggerMode, 0);
+    player.start();
+    player.play(16); // the first tick is over
+    player.send(0x90, 72, 100, 2);
+    player.send(0x80, 72, 0, 9);
+    player.play(16);
+    player.play(640);
+    EXPECT_THAT(player.noteOns(), IsEmpty());
+}
+
+TEST(Keys, AnyOrderOfKeysComesToRest)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 60; ++round) {
+        Player player({.block = 100});
+        player.writePlainNotes();
+        player.engine().setParameter(Tag::TriggerMode, 0);
+        player.engine().setParameter(Tag::KeyboardMode, round % 2 == 0 ? 1.0f : 0.0f);
+        player.start();
+        for (int i = 0; i < 40; ++i) {
+            const int key = 30 + static_cast<int>(random() % 60);
+            player.send(
+                random() % 2 == 0 ? 0x90 : 0x80, key, 100, static_cast<int>(random() % 100));
+            if (random() % 4 == 0)
+                player.play(100);
+        }
+        player.send(0xB0, 123, 0);
+        player.play(320);
+        player.forget();
+        player.playBeats(2);
+        EXPECT_THAT(player.noteOns(), IsEmpty()) << round;
+        for (const PerformanceKey& key : kPerformanceKeyTable)
+            EXPECT_EQ(player.engine().parameters.index(key.tag), 0);
+    }
+}
+
+TEST(Keys, RandomBytesHangNothing)
+{
+    std::mt19937 random(5);
+    Player player({.block = 64, .empty = false});
+    player.start();
+    for (int i = 0; i < 3000; ++i) {
+        const int status = 0x80 + static_cast<int>(random() % 128);
+        if (status < 0xC0 || status >= 0xD0) // a program change would load a file
+            player.send(status, static_cast<int>(random() % 256), static_cast<int>(random() % 256),
+                static_cast<int>(random() % 80) - 8);
+        if (i % 3 == 0)
+            player.play(64);
+    }
+    player.send(0xB0, 123, 0);
+    player.stop();
+    player.playBeats(40);
+    EXPECT_EQ(player.soundingNotes(), 0);
+}
