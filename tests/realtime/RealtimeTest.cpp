@@ -1,0 +1,209 @@
+// Proves that the audio thread never allocates, locks or enters the kernel.
+//
+// The allocator and the mutex functions are ours in this program and count while a block runs. The
+// kernel is watched by itself: a child process forbids itself every system call but exit and then
+// plays, so that the first call kills it.
+
+#include "data/Tags.h"
+#include "tests/support/Player.h"
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <pthread.h>
+#include <random>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <linux/seccomp.h>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+#else
+constexpr bool kSanitized = false;
+#endif
+
+namespace {
+thread_local bool watching = false;
+thread_local int allocations = 0;
+thread_local int locks = 0;
+
+struct Watch {
+    Watch() { watching = true; }
+    ~Watch() { watching = false; }
+};
+} // namespace
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+extern "C" {
+void* __libc_malloc(size_t);
+void __libc_free(void*);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+
+void* malloc(size_t size)
+{
+    allocations += watching;
+    return __libc_malloc(size);
+}
+void free(void* memory)
+{
+    allocations += watching && memory;
+    __libc_free(memory);
+}
+void* calloc(size_t count, size_t size)
+{
+    allocations += watching;
+    return __libc_calloc(count, size);
+}
+void* realloc(void* memory, size_t size)
+{
+    allocations += watching;
+    return __libc_realloc(memory, size);
+}
+int pthread_mutex_lock(pthread_mutex_t* mutex)
+{
+    static const auto real =
+        reinterpret_cast<int (*)(pthread_mutex_t*)>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    locks += watching;
+    return real(mutex);
+}
+}
+#endif
+
+namespace {
+// A performance with everything moving. `frames` of audio in odd blocks.
+class Performance {
+public:
+    Performance()
+    {
+        engine.setSampleRate(48000);
+        engine.resume();
+        engine.setParameter(Tag::SongOn, 1);
+        for (int k = 0; k < 8; ++k) {
+            engine.setParameter(Tag::ModTrackOn + k, 1);
+            engine.setParameter(Tag::ModToSynth + k, 1);
+        }
+        self = this;
+    }
+
+    void play(int64_t frames)
+    {
+        const Watch watch;
+        float* outputs[] = {left, right};
+        while (frames > 0) {
+            const int count = 1 + static_cast<int>(random() % 700);
+            disturb();
+            engine.processReplacing(nullptr, outputs, count);
+            beats += count * time.tempo / (60.0 * 48000);
+            time.ppqPos = beats;
+            frames -= count;
+        }
+    }
+    int midi = 0;
+
+private:
+    static VstIntPtr host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
+    {
+        if (!self)
+            return 0;
+        if (opcode == audioMasterGetTime)
+            return reinterpret_cast<VstIntPtr>(&self->time);
+        if (opcode == audioMasterProcessEvents)
+            self->midi += static_cast<const VstEvents*>(ptr)->numEvents;
+        return 0;
+    }
+
+    void disturb()
+    {
+        const unsigned dice = random() % 100;
+        const float value = static_cast<float>(random() % 1000) / 999.0f;
+        if (dice < 20)
+            engine.setParameter(static_cast<int>(random() % 46), value);
+        else if (dice < 24)
+            engine.setParameter(static_cast<int>(random() % 557), random() % 2 ? 0 : value);
+        else if (dice < 26)
+            time.tempo = 30 + 600 * static_cast<double>(value);
+        else if (dice < 28)
+            beats = time.ppqPos = 100 * static_cast<double>(value);
+        else if (dice < 30)
+            time.flags ^= kVstTransportPlaying;
+        else if (dice < 60)
+            sendMidi();
+        time.flags |= dice % 7 ? kVstTransportPlaying : 0;
+    }
+
+    void sendMidi()
+    {
+        VstMidiEvent event{};
+        event.type = kVstMidiType;
+        event.byteSize = sizeof event;
+        event.midiData[0] = static_cast<char>(random() % 2 ? 0x90 : 0xB0);
+        event.midiData[1] = static_cast<char>(random() % 128);
+        event.midiData[2] = static_cast<char>(random() % 128);
+        VstEvents events{};
+        events.numEvents = 1;
+        events.events[0] = reinterpret_cast<VstEvent*>(&event);
+        engine.processEvents(&events);
+    }
+
+    static inline Performance* self = nullptr;
+    KWUniClient engine{host};
+    VstTimeInfo time{0, 48000, 0, 0, 120, 0, 0, 0, 4, 4, 0, 0, 0,
+        kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid};
+    std::minstd_rand random{17};
+    double beats = 0;
+    float left[1024];
+    float right[1024];
+};
+} // namespace
+
+TEST(Realtime, TenMinutesNeverAllocateOrLock)
+{
+    if (kSanitized)
+        GTEST_SKIP() << "the sanitizer owns the allocator";
+    Performance performance;
+    allocations = locks = 0;
+    performance.play(48000LL * 600);
+    EXPECT_EQ(allocations, 0);
+    EXPECT_EQ(locks, 0);
+    EXPECT_GT(performance.midi, 1000);
+}
+
+TEST(Realtime, TheWatchSeesAnAllocation)
+{
+    if (kSanitized)
+        GTEST_SKIP();
+    allocations = 0;
+    {
+        const Watch watch;
+        delete new volatile int(1);
+    }
+    EXPECT_GT(allocations, 0);
+}
+
+TEST(Realtime, AMinuteEntersTheKernelNotOnce)
+{
+    if (kSanitized)
+        GTEST_SKIP();
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        Performance performance;
+        performance.play(48000); // lazy binding and first page faults are not the matter here
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT);
+        performance.play(48000LL * 60);
+        syscall(SYS_exit, 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
