@@ -47,7 +47,7 @@ void BM_SetTableStep(benchmark::State& state)
     float value = 0;
     for (auto _ : state) {
         value = value < 0.9f ? value + 0.01f : 0.0f;
-        player.engine().setParameter(Tag::GateSteps, value);
+        player.engine().setParameter(Tag::GateTime, value);
     }
 }
 BENCHMARK(BM_SetTableStep);
