@@ -166,12 +166,24 @@ void CBitmap::paint(CDrawContext* context, const CRect& rect, const CPoint& offs
     const int top = device(target.top, scale);
     const int right = device(target.right, scale);
     const int bottom = device(target.bottom, scale);
-    const int sourceLeft = device(offset.x + target.left - rect.left, scale);
-    const int sourceTop = device(offset.y + target.top - rect.top, scale);
+    const CPoint from{offset.x + target.left - rect.left, offset.y + target.top - rect.top};
+    const int sourceLeft = device(from.x, scale);
+    const int sourceTop = device(from.y, scale);
+    const int sourceWidth = device(from.x + target.width(), scale) - sourceLeft;
+    const int sourceHeight = device(from.y + target.height(), scale) - sourceTop;
     cairo_t* cairo = context->cairo();
     cairo_save(cairo);
     cairo_identity_matrix(cairo);
-    cairo_set_source_surface(cairo, image, left - sourceLeft, top - sourceTop);
+    if (sourceWidth >= right - left && sourceHeight >= bottom - top) {
+        cairo_set_source_surface(cairo, image, left - sourceLeft, top - sourceTop);
+    } else {
+        // At one and a half a place may be a pixel larger than its frame, whose edge goes on then.
+        cairo_surface_t* part = cairo_surface_create_for_rectangle(
+            image, sourceLeft, sourceTop, sourceWidth, sourceHeight);
+        cairo_set_source_surface(cairo, part, left, top);
+        cairo_surface_destroy(part);
+        cairo_pattern_set_extend(cairo_get_source(cairo), CAIRO_EXTEND_PAD);
+    }
     cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
     cairo_rectangle(cairo, left, top, right - left, bottom - top);
     if (alpha == 255) {
