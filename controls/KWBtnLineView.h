@@ -26,25 +26,20 @@ public:
     KWBtnLine* line = nullptr;
     CBitmap* strip = nullptr;
     CBitmap* runningStrip = nullptr;
-    const Crossing<float>* runningStep = nullptr; // below 0: none runs
-    int maximum = 1;                              // the highest value that a click reaches
-    int exclusive = 0;                            // 1: a radio row that can also be switched off
-    bool paintOnly = false;                       // a click alone changes nothing
+    int exclusive = 0;      // 1: a radio row that can also be switched off
+    bool paintOnly = false; // a click alone changes nothing
 
 private:
     bool readsMouse(const CPoint& where) const;
-    float cell(int step) const;
-    void setCell(int step, float value);
     void pressExclusive(int step);
     int runningCell() const;
 
     KWControl* popupControl = nullptr;
-    std::vector<float> shownCells;
+    uint32_t lastGeneration = 0;
     int lastPage = -1;
     int lastRunningStep = -1;
     int dragStep = 0;
     float dragValue = 0;
     bool dragged = false;
     bool mouseDown = false;
-    bool cleared = false;
 };

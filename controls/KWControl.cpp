@@ -178,7 +178,8 @@ bool KWControl::stepValue(int steps, bool fine)
 
 bool KWControl::onKeyDown(const CKeyEvent& event)
 {
-    if (!isLive() || !getMouseEnabled())
+    const bool modalElsewhere = frame && frame->modalControl && frame->modalControl != this;
+    if (!isLive() || !getMouseEnabled() || modalElsewhere)
         return false;
     const bool fine = (event.modifiers & kShift) != 0;
     if (event.modifiers & ~kShift)

@@ -60,19 +60,6 @@ void KWFrame::removeAll(bool withForget)
 bool KWFrame::isModalAttached() const { return modalControl && isChild(modalControl); }
 
 // A modal control that is no child lies above everything all the same.
-void KWFrame::drawModal(CDrawContext* context)
-{
-    if (modalControl && !isModalAttached())
-        modalControl->draw(context);
-}
-
-void KWFrame::draw(CDrawContext* context)
-{
-    CFrame::draw(context);
-    drawFocusRing(context);
-    drawModal(context);
-}
-
 void KWFrame::drawRect(CDrawContext* context, const CRect& updateRect)
 {
     CFrame::drawRect(context, updateRect);
@@ -109,8 +96,6 @@ CMouseEventResult KWFrame::onMouseDown(const CPoint& where, int buttons)
     showFocusRing(false);
     if (!modalControl)
         return CFrame::onMouseDown(where, buttons);
-    if (getEditor())
-        getEditor()->frameActivity(this);
     return modalControl->onMouseDown(where, buttons);
 }
 
@@ -180,19 +165,16 @@ void KWFrame::idle()
     CFrame::idle();
 }
 
+// Keys that the focused view left. A modal control hears them all, since no other takes a key then.
 bool KWFrame::onKeyDown(const CKeyEvent& event)
 {
-    if (modalControl) {
-        if (event.key == CKey::Escape) {
-            modalControl->endModal(0);
-            return true;
-        }
-        return modalControl->onKeyDown(event);
+    if (!modalControl)
+        return false;
+    if (event.key == CKey::Escape) {
+        modalControl->endModal(0);
+        return true;
     }
-    const bool taken = getFocusView() && getFocusView()->onKeyDown(event);
-    if (taken)
-        showFocusRing(true);
-    return taken;
+    return modalControl->onKeyDown(event);
 }
 
 void KWFrame::setFocusView(CView* view)

@@ -25,7 +25,6 @@ public:
     bool addView(CView* view) override;
     bool removeView(CView* view, bool withForget = true) override;
     void removeAll(bool withForget = true) override;
-    void draw(CDrawContext* context) override;
     void drawRect(CDrawContext* context, const CRect& updateRect) override;
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
@@ -40,6 +39,7 @@ public:
 
     // The 1 x 1 black stamp that drop shadows are made of.
     CBitmap* getShadowBitmap();
+    void showFocusRing(bool nowShown);
     // Called by a control that goes.
     void controlGone(const KWControl* control);
 
@@ -57,9 +57,7 @@ public:
 
 private:
     bool isModalAttached() const;
-    void drawModal(CDrawContext* context);
     void drawFocusRing(CDrawContext* context);
-    void showFocusRing(bool shown);
     void invalidFocusRing();
 
     std::vector<KWControl*> controls; // the children that have an idle update, in drawing order

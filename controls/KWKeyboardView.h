@@ -49,8 +49,7 @@ public:
 
 private:
     int keyWidth() const;
-    int base() const;
-    bool isOn(int note) const;
+    float base() const;
     void drawWhiteKeys(CDrawContext* context);
     void drawBlackKeys(CDrawContext* context);
     void press(int note, int velocity, bool holds);

@@ -3,10 +3,6 @@
 
 #include "controls/KWControl.h"
 
-#include <memory>
-#include <string>
-#include <vector>
-
 class KWListLine;
 class KWListLineViewMenu;
 
@@ -28,13 +24,11 @@ public:
     void valueChanged(CControl* sender) override;
 
     int cellAt(int x) const;
-    KWListLineViewMenu* getMenu() const { return menu.get(); }
+    KWListLineViewMenu* getMenu() const { return menu; }
 
     KWListLine* line = nullptr;
     CBitmap* strip = nullptr;
     CBitmap* runningStrip = nullptr;
-    const Crossing<float>* runningStep = nullptr;
-    int maximum = 1;     // the last value that a hand can choose
     int menuOffsetX = 0; // where not 0, the grid's top lies so far below the view's
     int menuY = 8;       // else so far above the pointer lies its lower edge
     bool menuOpen = false;
@@ -42,21 +36,18 @@ public:
 private:
     friend class KWListLineViewMenu;
     bool readsMouse(const CPoint& where) const;
-    float cell(int step) const;
-    void setCell(int step, float value);
-    void editCell(int step, float value);
-    void clearRow();
+    int lastChoice() const;
+    void editCell(int step, float choice);
+    void menuClosed();
     void openMenu(const CPoint& where, int step);
     int runningCell() const;
 
     KWControl* popupControl = nullptr;
-    std::unique_ptr<KWListLineViewMenu> menu;
-    std::vector<float> shownCells;
+    KWListLineViewMenu* menu; // one reference is this view's, another the frame's while it is open
+    uint32_t lastGeneration = 0;
     int lastRunningStep = -1;
     int lastPage = -1;
-    int dragStep = 0;
     float dragValue = 0;
     bool mouseDown = false;
-    bool painting = false;
     bool dirtyFrame = false;
 };

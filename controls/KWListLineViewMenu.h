@@ -15,10 +15,15 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+    void beginModal(int mode, const CPoint* where, long forTag) override;
     void endModal(int result) override;
     void updateControl(void* context) override;
     void getViewRect(CRect& rect) const override;
-    bool stepValue(int steps, bool fine) override;
+    bool onKeyDown(const CKeyEvent& event) override;
+    // Room for the choices up to `lastValue`, and the size that takes.
+    void fitTo(int lastValue);
+    CPoint gridSize() const;
+    void ownerGone();
 
     // Index of the cell at a point, -1 outside the cells.
     int cellIndexAt(const CPoint& where) const;
@@ -41,8 +46,13 @@ public:
 
 private:
     void choose(int index);
+    void hover(int index);
+    void drawCell(CDrawContext* context, int index, bool chosen);
 
     KWListLineView* owner;
+    CPoint openPoint;
+    int choices = 0;
     int hoverCell = -1;
-    bool pressedInside = false;
+    bool armed = false; // a press or motion came after the opening
+    bool inFrame = false;
 };

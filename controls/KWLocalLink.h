@@ -15,9 +15,9 @@ public:
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
 
-    // Opens `path`; platform code unless a test replaces it.
-    using Opener = void (*)(const char* path);
-    Opener openDocument;
+    // Opens `path`: the desktop's way at first.
+    using Opener = bool (*)(const std::string& target);
+    Opener opener;
     std::string path;
     std::string text = "Manual";
 

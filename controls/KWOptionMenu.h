@@ -5,7 +5,9 @@
 #include "controls/KWControl.h"
 #include "controls/KWOptionMenuExtraCallBack.h"
 #include "controls/KWScrollbarY.h"
+#include "view/CFontDesc.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,8 +37,10 @@ struct KWOptionMenuEntryInfo {
 };
 
 // Screen thread only. `value` is the index of the chosen entry, and `currentEntry` agrees with it
-// after a choice. Entries own their sub-menus. A sub-menu that has no listener of its own passes a
-// choice up: each menu on the way takes the row of its sub-menu, and the outermost one reports.
+// after a choice; a menu with sub-menus counts its choices over the whole tree instead, unless the
+// tree comes from a folder. Entries own their sub-menus. After a choice each menu on the way up has
+// the row of its sub-menu as current; the one reports that has a listener of its own, the innermost
+// first.
 class KWOptionMenu : public KWControl, public CControlListener {
 public:
     enum MenuStyle : uint32_t {
@@ -85,7 +89,7 @@ public:
     virtual long getMenuTag() const { return menuTag; }
     void setMenuStep(int step) override { menuStep = step; }
     int getMenuStep() const override { return menuStep; }
-    bool stepValue(int steps, bool fine) override;
+    bool onKeyDown(const CKeyEvent& event) override;
 
     // False at kMaxEntries entries. A negative index appends, one past the end too.
     virtual bool addEntry(const char* text, int index = -1, bool isTitle = false);
@@ -140,10 +144,13 @@ public:
     CColor alternateBackColor;
     CBitmap* arrowBitmap = nullptr;
     CBitmap* checkBitmap = nullptr;
+    CBitmap* listBitmap = nullptr;                // one row of the list; fixes its width
+    const Crossing<float>* valueSource = nullptr; // the value to show, counted as `value` is
     std::string path;
     std::string defaultPath;
     std::string extension;
     KWOptionMenuExtraCallBack* extraCallBack = nullptr;
+    std::function<void()> saveDialogue; // runs at the press of the save button
     int currentEntry = -1;
     uint32_t menuStyle;
     int topMargin = 2;
@@ -163,6 +170,11 @@ private:
     bool isChoosable(int index) const;
     KWOptionMenu* outermost();
     std::string restText() const;
+    CHoriTxtAlign textAlignment() const;
+    bool countsLeaves() const;
+    void markCurrent(int index);
+    bool stepLeaf(int steps, bool wrap);
+    void childChose(const KWOptionMenu& sub);
 
     // KWOptionMenuList.cpp: the open list
     int textHeight() const;
@@ -171,26 +183,30 @@ private:
     void placeList(const CPoint& corner, const CRect* besides);
     void drawList(CDrawContext* context);
     void drawRow(CDrawContext* context, int index, const CRect& row);
-    CMouseEventResult listMouseDown(CPoint& where, int buttons);
-    CMouseEventResult listMouseUp(CPoint& where, int buttons);
-    CMouseEventResult listMouseMoved(CPoint& where, int buttons);
+    CMouseEventResult listMouseDown(const CPoint& where, int buttons);
+    CMouseEventResult listMouseUp(const CPoint& where, int buttons);
+    CMouseEventResult listMouseMoved(const CPoint& where, int buttons);
     bool listWheel(const CPoint& where, float distance);
-    bool listKey(int steps);
+    bool listKey(CKey key);
+    bool covers(const CPoint& where) const;
     void hoverRow(int index);
+    void revealRow(int row);
     void openSub(int index);
     void closeSub();
     void closeList();
     void take(int index);
-    void reportChoice();
     void invalidateList();
+    CRect listArea() const;
+    CRect openArea() const; // with all open sub-menus
+    CRect scrollbarRectFor(const CRect& rect) const;
+    int checkColumn() const;
+    int widestRow() const;
 
     // KWOptionMenuFolder.cpp
     void addHeaders();
     void addFolder(const std::string& name);
-    bool stepLeaf(int steps);
-    bool stepEntry(int steps);
-    bool presetPathOf(std::string& out) const;
-    void runHeader(int index);
+    std::vector<std::string> currentChain() const;
+    void restoreChain(const std::vector<std::string>& chain);
 
     std::vector<KWOptionMenuEntryInfo> entries;
     std::unique_ptr<KWMenuHelper> helper;

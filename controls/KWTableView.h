@@ -2,34 +2,9 @@
 #pragma once
 
 #include "controls/KWControl.h"
+#include "data/KWTable.h"
 
 #include <vector>
-
-class KWTable;
-
-// What a table's flags word says about its look and feel; the data's own bits are among them.
-enum TableViewFlag : uint32_t {
-    kTableLocked = 1u << 0,        // a writer is changing the table
-    kTableReading = 1u << 1,       // the view is reading it
-    kTableCurve = 1u << 3,         // colour mode: a line through the values instead of bars
-    kTableBeatGrid = 1u << 4,      // vertical beat lines, wider gaps between bars
-    kTableRelayout = 1u << 5,      // against `layoutStamp`: forces a new layout
-    kTableRuler = 1u << 6,         // 8 pixels of beat numbers at the top
-    kTableLoopBar = 1u << 7,       // the loop bar at the bottom
-    kTableCells = 1u << 8,         // x goes to whole cells; separators between bars
-    kTableDropLines = 1u << 9,     // curve: a vertical line from each point to the bottom
-    kTableCentred = 1u << 10,      // bars grow from the middle
-    kTableToggle = 1u << 11,       // a click flips the step between 0 and 1
-    kTableCentreLine = 1u << 14,   // a horizontal centre line
-    kTableRawValues = 1u << 15,    // whole numbers: the strip's frame comes from the value itself
-    kTableDashGrid = 1u << 16,     // dashed grid lines and a filled background
-    kTableEditable = 1u << 17,     // mouse and wheel may change it
-    kTableRunningStep = 1u << 18,  // the step at the running position is coloured
-    kTableNoBackground = 1u << 21, // transparent over the skin
-    kTableCellAlpha = 1u << 22,    // `cellBitmap` is blended
-    kTableWatchValues = 1u << 23,  // all steps are compared at idle
-    kTableConnect = 1u << 24,      // connecting lines between the steps
-};
 
 // Holds no step data: every read and write goes through the table, so that the engine's thread
 // and the screen see the same numbers. Before it reads or paints it raises kTableReading and waits
@@ -77,9 +52,8 @@ public:
     CBitmap* backBitmap = nullptr;
     CBitmap* cellBitmap = nullptr;
     CBitmap* stripBitmap = nullptr;
-    KWTable* overlayTable = nullptr;              // a second curve behind the bars
-    const Crossing<float>* runningStep = nullptr; // below 0: none runs
-    Crossing<float>* pressFlag = nullptr;         // 1 from a press to its release
+    KWTable* overlayTable = nullptr;      // a second curve behind the bars
+    Crossing<float>* pressFlag = nullptr; // 1 from a press to its release
     float zoomX = 0.0f;
     float zoomY = 0.0f;
     float scrollX = 0.0f;
@@ -109,7 +83,7 @@ private:
         bool granted = false;
     };
 
-    bool has(TableViewFlag flag) const;
+    bool has(TableFlag flag) const;
     int stepCount() const;
     float valueRange() const;
     float normalised(int step) const;
@@ -117,7 +91,6 @@ private:
     float raw(int step) const;
     bool takesMouse(const CPoint& where) const;
     void layOut();
-    float runningPosition() const;
     void watchRunningStep();
     bool watchValues();
 

@@ -225,8 +225,7 @@ void KWViewContainer::addItem(CView* view, int x, int y)
         CRect moved = view->getViewSize();
         view->setViewSize(moved.moveTo(size.left + x, size.top + y), false);
     }
-    view->setParentFrame(frame);
-    view->setParentView(this);
+    view->attached(this);
     children.push_back(item);
 }
 

@@ -16,7 +16,7 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
-    bool checkDefaultValue(int buttons) override;
+    bool checkDefaultValue(int) override { return false; }
     void updateControl(void* context) override;
     void setPopupControl(KWControl* popup) override { popupControl = popup; }
     bool stepValue(int steps, bool fine) override;
@@ -31,20 +31,26 @@ public:
     CBitmap* strip = nullptr;                   // outside, left cap, inside, right cap
     CColor cellColor;
     CColor zoneColor;
-    int headerHeight = 48;
-    int columns = 32;
+    int headerHeight = 48; // the bar's height at most; a higher view shows grey cells below it
+    int columns;           // steps shown
     bool canEdit = true;
 
 private:
+    float columnWidth() const;
+    int columnLeft(int column) const;
+    int firstColumn() const;
+    void drawColumn(CDrawContext* context, int column, int start, int end);
+    void drawBar(CDrawContext* context, int start, int end);
     void setZone(int start, int end);
+    void shiftZone(int steps);
     bool readsMouse(const CPoint& where) const;
 
     KWControl* popupControl = nullptr;
     Gesture gesture = kNone;
-    int anchor = 0;
+    int grabbed = 0; // the column of the press
     int grabbedStart = 0;
     int grabbedEnd = 0;
     int lastCount = -1;
-    int shownStart = -1;
-    int shownEnd = -1;
+    uint32_t lastRevision = 0;
+    int lastRow = -1;
 };

@@ -1,0 +1,162 @@
+#include "controls/KWBtnLineView.h"
+
+#include "controls/KWFrame.h"
+#include "data/KWBtnLine.h"
+#include "view/CBitmap.h"
+#include "view/CDrawContext.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int kPopupMode = 2;
+}
+
+KWBtnLineView::KWBtnLineView(
+    const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
+    : KWControl(viewSize, controlListener, controlTag, ownFrame)
+{
+}
+
+bool KWBtnLineView::readsMouse(const CPoint& where) const
+{
+    return isLive() && line && line->steps() > 0 && size.pointInside(where);
+}
+
+int KWBtnLineView::cellAt(int x) const
+{
+    if (!line || line->steps() <= 0)
+        return -1;
+    const int cellW = std::max(size.width() / line->steps(), 1);
+    return std::clamp((x - size.left) / cellW, 0, line->steps() - 1);
+}
+
+int KWBtnLineView::runningCell() const
+{
+    return runningStrip ? static_cast<int>(line->runningStep.load()) : -1;
+}
+
+void KWBtnLineView::draw(CDrawContext* context)
+{
+    if (!isLive() || !line || !strip)
+        return;
+    const int cellW = strip->getWidth();
+    const int running = runningCell();
+    for (int i = 0; i < line->steps(); ++i) {
+        const int picture = static_cast<int>(line->step(i)) - 1;
+        if (picture < 0)
+            continue; // the skin shows
+        const int x = size.left + i * cellW;
+        drawFrameOf(context, i == running ? runningStrip : strip,
+            {x, size.top, x + cellW, size.bottom}, picture * size.height());
+    }
+    KWControl::draw(context);
+}
+
+CMouseEventResult KWBtnLineView::onMouseDown(const CPoint& where, int buttons)
+{
+    if (!readsMouse(where))
+        return kMouseEventNotHandled;
+    dragged = false;
+    const int step = cellAt(where.x);
+    if (popupControl
+        && ((buttons & kApple) || (buttons & (kRButton | kShift)) == (kRButton | kShift))) {
+        popupControl->setVisible(true);
+        popupControl->setMenuTag(getTag());
+        popupControl->setMenuStep(step);
+        popupControl->beginModal(kPopupMode, &where, getTag());
+        return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
+    }
+    showHoverViews();
+    if (exclusive == 1) {
+        pressExclusive(step);
+        return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
+    }
+    openBracket();
+    dragStep = step;
+    dragValue = line->step(step);
+    mouseDown = true;
+    return kMouseEventHandled;
+}
+
+void KWBtnLineView::pressExclusive(int step)
+{
+    openBracket();
+    const float old = line->step(step);
+    for (int i = 0; i < line->steps(); ++i)
+        line->setStep(i, 0.0f);
+    line->setStep(step, 1.0f - old);
+    closeBracket();
+    setDirty(true);
+}
+
+CMouseEventResult KWBtnLineView::onMouseMoved(const CPoint& where, int buttons)
+{
+    if (!mouseDown || !line)
+        return kMouseEventNotHandled;
+    const int step = cellAt(where.x);
+    if (step < 0 || (step == dragStep && !dragged))
+        return kMouseEventHandled;
+    dragged = true;
+    if (buttons & kRButton) {
+        line->setStep(step, 0.0f);
+    } else {
+        const int direction = step > dragStep ? -1 : 1;
+        for (int i = step; i != dragStep; i += direction)
+            line->setStep(i, dragValue);
+    }
+    setDirty(true);
+    return kMouseEventHandled;
+}
+
+// A click goes on to the next value, and from the last one back to off.
+CMouseEventResult KWBtnLineView::onMouseUp(const CPoint& where, int)
+{
+    if (!mouseDown)
+        return kMouseEventNotHandled;
+    mouseDown = false;
+    const int step = cellAt(where.x);
+    if (!dragged && !paintOnly && step >= 0) {
+        const int now = static_cast<int>(line->step(step));
+        const int last = static_cast<int>(line->maximum.load());
+        line->setStep(step, now >= last ? 0.0f : static_cast<float>(now + 1));
+    }
+    closeBracket();
+    startHideTimer();
+    setDirty(true);
+    return kMouseEventHandled;
+}
+
+bool KWBtnLineView::onWheel(const CPoint& where, float distance, int)
+{
+    if (!readsMouse(where))
+        return false;
+    const int step = cellAt(where.x);
+    if (exclusive == 1) {
+        pressExclusive(step);
+        return true;
+    }
+    openBracket();
+    const int last = static_cast<int>(line->maximum.load());
+    const int next = static_cast<int>(line->step(step)) + (distance > 0 ? 1 : -1);
+    line->setStep(step, static_cast<float>(next > last ? 0 : next < 0 ? last : next));
+    closeBracket();
+    setDirty(true);
+    return true;
+}
+
+void KWBtnLineView::updateControl(void* context)
+{
+    if (line && isLive()) {
+        const uint32_t generation = line->generation();
+        if (lastPage != line->row() || lastRunningStep != runningCell()
+            || lastGeneration != generation) {
+            lastPage = line->row();
+            lastRunningStep = runningCell();
+            lastGeneration = generation;
+            setDirty(true);
+        }
+    }
+    KWControl::updateControl(context);
+}
+
+void KWBtnLineView::valueChanged(CControl*) { setDirty(true); }

@@ -1,0 +1,158 @@
+// How a menu looks at rest and open.
+#include "controls/KWOptionMenu.h"
+
+#include "controls/KWMenuHelper.h"
+#include "controls/Look.h"
+#include "view/CBitmap.h"
+#include "view/CDrawContext.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int kRestInset = 4;
+constexpr int kCheckWidth = 12;
+constexpr int kArrowWidth = 10;
+constexpr double kRadius = 3;
+
+// The check mark and the arrow of a sub-menu where no bitmap is given.
+void drawCheck(CDrawContext* context, const CRect& row)
+{
+    const double x = row.left + 4.0;
+    const double y = (row.top + row.bottom) / 2.0;
+    context->setLineWidth(1.5);
+    context->drawPolygon({{x - 2.5, y}, {x - 0.5, y + 2.5}, {x + 3.5, y - 3}}, kDrawStroked);
+    context->setLineWidth(1);
+}
+
+void drawArrow(CDrawContext* context, const CRect& row)
+{
+    const double x = row.right - 7.0;
+    const double y = (row.top + row.bottom) / 2.0;
+    context->setLineWidth(1.5);
+    context->drawPolygon({{x, y - 3}, {x + 3, y}, {x, y + 3}}, kDrawStroked);
+    context->setLineWidth(1);
+}
+} // namespace
+
+void KWOptionMenu::draw(CDrawContext* context)
+{
+    if (!isLive() || size.isEmpty())
+        return;
+    if (CBitmap* const bitmap = getBackground()) {
+        drawFrameOf(context, bitmap, size, 0);
+    } else {
+        context->setFillColor(hasStyle(kAlternateBack) ? alternateBackColor : backColor);
+        context->drawRect(size, kDrawFilled);
+    }
+    CRect rect = size;
+    rect.inset(kRestInset, 0);
+    if (hasStyle(kTextAfterArrow) && arrowBitmap) {
+        const int y = size.top + (size.height() - arrowBitmap->getHeight()) / 2;
+        const CRect arrow(rect.left, y, rect.left + arrowBitmap->getWidth(), size.bottom);
+        arrowBitmap->drawTransparent(context, arrow);
+        rect.left += arrowBitmap->getWidth();
+    }
+    rect.left += textOffset;
+    context->setFont(font, textHeight());
+    context->setFontColor(textColor);
+    context->drawString(restText(), rect, false, textAlignment());
+    if (!alternateText.empty()) {
+        context->setFontColor(look::kTextDim);
+        context->drawString(alternateText, rect, false, kRightText);
+    }
+    KWControl::draw(context);
+}
+
+std::string KWOptionMenu::restText() const
+{
+    if (hasStyle(kShowCurrent) && isIndex(currentEntry)) {
+        const KWOptionMenuEntryInfo& entry = entries[static_cast<size_t>(currentEntry)];
+        return entry.subMenu && !selectedText.empty() ? selectedText : entry.text;
+    }
+    if (hasStyle(kStepFiles) && !selectedText.empty())
+        return selectedText;
+    if (hasStyle(kNoText))
+        return {};
+    return title.empty() ? "MENU" : title;
+}
+
+CHoriTxtAlign KWOptionMenu::textAlignment() const
+{
+    if (hasStyle(kAlignRight))
+        return kRightText;
+    return hasStyle(kAlignLeft) ? kLeftText : kCenterText;
+}
+
+int KWOptionMenu::checkColumn() const
+{
+    const bool marks = hasStyle(kCheckCurrent)
+        || std::any_of(entries.begin(), entries.end(),
+            [](const KWOptionMenuEntryInfo& entry) { return entry.checked; });
+    return marks ? kCheckWidth : 0;
+}
+
+void KWOptionMenu::drawList(CDrawContext* context)
+{
+    if (!open)
+        return;
+    CRect shadow = menuRect;
+    context->setFillColor(CColor(0, 0, 0, look::kMenuShadowAlpha));
+    context->drawRoundRect(shadow.offset(0, look::kMenuShadow), kRadius, kDrawFilled);
+    context->setFillColor(listBackColor);
+    context->setFrameColor(frameColor);
+    context->drawRoundRect(menuRect, kRadius, kDrawFilledAndStroked);
+    context->setFont(font, textHeight());
+    const int last = std::min(firstRow() + visibleRows(), getEntryCount());
+    for (int i = firstRow(); i < last; ++i)
+        drawRow(context, i, rowRect(i));
+    if (scrollbar->isLive())
+        scrollbar->draw(context);
+    if (openSubMenu)
+        openSubMenu->drawList(context);
+}
+
+void KWOptionMenu::drawRow(CDrawContext* context, int index, const CRect& row)
+{
+    const KWOptionMenuEntryInfo& entry = entries[static_cast<size_t>(index)];
+    const bool lit = index == hoverEntry && entry.enabled && !entry.isTitle;
+    CColor ink = lit ? selectedTextColor : listTextColor;
+    if (entry.isTitle)
+        ink = look::kTextDim;
+    else if (!entry.enabled)
+        ink = look::kTextDisabled;
+    if (listBitmap)
+        listBitmap->draw(context, row);
+    if (lit) {
+        context->setFillColor(selectedBackColor);
+        context->drawRect(row, kDrawFilled);
+    }
+    if (entry.isTitle && index > 0) {
+        context->setFrameColor(separatorColor);
+        context->moveTo({row.left + leftMargin, row.top});
+        context->lineTo({row.right - leftMargin, row.top});
+    }
+    context->setFrameColor(ink);
+    if (entry.checked) {
+        const CRect mark(row.left + leftMargin, row.top, row.left + kCheckWidth, row.bottom);
+        if (checkBitmap)
+            checkBitmap->drawTransparent(context,
+                {mark.left, row.top + (row.height() - checkBitmap->getHeight()) / 2,
+                    mark.left + checkBitmap->getWidth(), row.bottom});
+        else
+            drawCheck(context, mark);
+    }
+    CRect text(row.left + leftMargin + checkColumn() + textOffset, row.top,
+        row.right - rightMargin - leftMargin, row.bottom);
+    if (entry.subMenu) {
+        const int width = arrowBitmap ? arrowBitmap->getWidth() : kArrowWidth;
+        text.right -= width;
+        if (arrowBitmap)
+            arrowBitmap->drawTransparent(context,
+                {row.right - width, row.top + (row.height() - arrowBitmap->getHeight()) / 2,
+                    row.right, row.bottom});
+        else
+            drawArrow(context, row);
+    }
+    context->setFontColor(ink);
+    context->drawString(entry.text, text, false, textAlignment());
+}

@@ -1,0 +1,199 @@
+// How a menu fills itself from a folder of presets.
+#include "controls/KWMenuHelper.h"
+#include "controls/KWOptionMenu.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxDepth = 8;
+constexpr const char* kNoPath = "none";
+
+struct FolderContent {
+    std::vector<std::string> folders;
+    std::vector<std::string> files; // without the suffix
+};
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+        [](unsigned char c) { return c < 128 ? static_cast<char>(std::tolower(c)) : c; });
+    return text;
+}
+
+bool namesInOrder(const std::string& a, const std::string& b)
+{
+    const std::string lowA = lowered(a);
+    const std::string lowB = lowered(b);
+    return lowA != lowB ? lowA < lowB : a < b;
+}
+
+// In the file system's order. A folder that cannot be read is empty.
+FolderContent readFolder(const std::string& folder, const std::string& suffix)
+{
+    FolderContent content;
+    std::error_code error;
+    fs::directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.empty() || name.front() == '.')
+            continue;
+        std::error_code ignored;
+        if (entry->is_directory(ignored))
+            content.folders.push_back(name);
+        else if (name.size() > suffix.size() && name.ends_with(suffix)
+            && entry->is_regular_file(ignored))
+            content.files.push_back(name.substr(0, name.size() - suffix.size()));
+    }
+    return content;
+}
+
+} // namespace
+
+int KWOptionMenu::headerCount() const
+{
+    int count = 0;
+    for (const MenuStyle bit : {kHeaderSelectFolder, kHeaderSave, kHeaderLoad, kHeaderPresets})
+        count += hasStyle(bit) ? 1 : 0;
+    return count;
+}
+
+// Each header has a fixed index; one that lies behind the end goes to the end.
+void KWOptionMenu::addHeaders()
+{
+    struct Header {
+        MenuStyle bit;
+        const char* text;
+        const char* bracketed;
+    };
+    static constexpr Header kHeaders[] = {
+        {kHeaderSelectFolder, "Select Folder", "[Select Folder]"},
+        {kHeaderSave, "Save Preset", "[Save Preset]"},
+        {kHeaderLoad, "Load Preset", "[Load Preset]"},
+        {kHeaderPresets, "--Presets--", "--Presets--"},
+    };
+    int index = 0;
+    for (const Header& header : kHeaders) {
+        if (hasStyle(header.bit))
+            addEntry(hasStyle(kBracketHeaders) ? header.bracketed : header.text, index,
+                header.bit == kHeaderPresets);
+        ++index;
+    }
+}
+
+void KWOptionMenu::scanFolder(const char* folder, const char* fileExtension)
+{
+    if (folder)
+        path = folder;
+    if (fileExtension)
+        extension = fileExtension;
+    if (!path.empty() && path != kNoPath && path.back() != '/')
+        path += '/';
+    const std::vector<std::string> chosen = currentChain();
+    removeAllEntries();
+    addHeaders();
+    if (!path.empty() && path != kNoPath) {
+        const std::string suffix =
+            extension.empty() || extension.front() == '.' ? extension : "." + extension;
+        FolderContent content = readFolder(path, suffix);
+        if (hasStyle(kSortFiles)) {
+            std::sort(content.folders.begin(), content.folders.end(), namesInOrder);
+            std::sort(content.files.begin(), content.files.end(), namesInOrder);
+        }
+        if (hasStyle(kNestedFolders)) {
+            for (const std::string& name : content.folders)
+                addFolder(name);
+        }
+        const size_t files = std::min(content.files.size(), static_cast<size_t>(kMaxFiles));
+        for (size_t i = 0; i < files; ++i)
+            addEntry(content.files[i].c_str());
+    }
+    restoreChain(chosen);
+}
+
+void KWOptionMenu::addFolder(const std::string& name)
+{
+    // A link back to an outer folder would nest for ever.
+    const std::string folder = path + name;
+    int depth = 0;
+    for (const KWOptionMenu* menu = this; menu; menu = menu->parentMenu) {
+        std::error_code error;
+        if (++depth > kMaxDepth || fs::equivalent(folder, menu->path, error))
+            return;
+    }
+    constexpr uint32_t kCarried = kPresetMode | kNestedFolders | kSortFiles | kAlignLeft
+        | kAlignRight | kCheckCurrent | kForNestedToo;
+    auto sub = std::make_unique<KWOptionMenu>(
+        CRect(), nullptr, getTag(), frame, extension.c_str(), menuStyle & kCarried);
+    sub->parentMenu = this;
+    sub->listBackColor = listBackColor;
+    sub->listTextColor = listTextColor;
+    sub->selectedBackColor = selectedBackColor;
+    sub->selectedTextColor = selectedTextColor;
+    sub->separatorColor = separatorColor;
+    sub->frameColor = frameColor;
+    sub->font = font;
+    sub->fontSize = fontSize;
+    sub->fontReduction = fontReduction;
+    sub->minWidth = minWidth;
+    sub->maxWidth = maxWidth;
+    sub->arrowBitmap = arrowBitmap;
+    sub->checkBitmap = checkBitmap;
+    sub->topMargin = 0;
+    sub->bottomMargin = 0;
+    sub->scanFolder(folder.c_str(), nullptr);
+    addSubMenu(std::move(sub), name.c_str());
+}
+
+// The texts of the current row here, of the row in its sub-menu, and so on.
+std::vector<std::string> KWOptionMenu::currentChain() const
+{
+    std::vector<std::string> chain;
+    for (const KWOptionMenu* menu = this; menu && menu->isIndex(menu->currentEntry);
+         menu = menu->getSubMenu(menu->currentEntry))
+        chain.push_back(menu->entries[static_cast<size_t>(menu->currentEntry)].text);
+    return chain;
+}
+
+void KWOptionMenu::restoreChain(const std::vector<std::string>& chain)
+{
+    KWOptionMenu* menu = this;
+    for (const std::string& text : chain) {
+        const int row = menu->findEntry(text.c_str());
+        if (row < 0)
+            return;
+        menu->markCurrent(row);
+        menu->CControl::setValue(static_cast<float>(row));
+        KWOptionMenu* const sub = menu->getSubMenu(row);
+        if (!sub)
+            return;
+        menu = sub;
+    }
+}
+
+bool KWOptionMenu::getPresetPath(std::string& out, const char* fileExtension) const
+{
+    out.clear();
+    if (!hasStyle(kPresetMode))
+        return false;
+    if (hasStyle(kNestedFolders) && path == kNoPath) {
+        out = defaultPath;
+        return false;
+    }
+    if (const KWOptionMenu* const sub = getSubMenu(currentEntry))
+        return sub->getPresetPath(out, fileExtension);
+    if (!isPlain(currentEntry)) {
+        out = defaultPath;
+        return false;
+    }
+    const std::string suffix = fileExtension ? fileExtension : extension;
+    out = path + entries[static_cast<size_t>(currentEntry)].text;
+    if (!suffix.empty())
+        out += suffix.front() == '.' ? suffix : "." + suffix;
+    return true;
+}
