@@ -46,9 +46,7 @@ void Envelope::move(int voice, float trigger, const EnvelopeTimes& times)
         break;
     case Stage::Decay:
         n += 1.0f;
-        if (trigger == 0) {
-            release(voice, times);
-        } else if (n < times.decay) {
+        if (n < times.decay) {
             value[voice] = sustained + (peak - sustained) * (1.0f - n / times.decay);
         } else {
             stage[voice] = Stage::Sustain;

@@ -184,7 +184,8 @@ void KWDelay16::processMoving(
         if (position < 0)
             position += length;
         // A change of rate or tempo in the middle of a glide may leave the buffer.
-        position = std::clamp(position, 0.0, static_cast<double>(length - 1));
+        if (!(position >= 0 && position < length))
+            position = position < 0 ? 0 : length - 1;
         const auto here = static_cast<int>(position);
         const int next = here + 1 < length ? here + 1 : 0;
         // Deliberate: the weights stand the other way round, so a whole delay is a sample shorter.

@@ -97,6 +97,32 @@ TEST(Delay, AnImpulseReturnsAfterWholeSixteenthsOfTheTempo)
     }
 }
 
+TEST(Delay, ASineComesBackWholeThroughEveryWrapOfTheLine)
+{
+    // Times with a part of a sample from 0 to 0.75. The place that is read then lies the rest of a
+    // sample behind a whole one, and by the turned weights the delay is a sample less twice that
+    // rest shorter.
+    for (const auto& [tempo, part] :
+        {std::pair{120.0, 0.5}, {100.0, 0.0}, {441.0, 0.0}, {240.0, 0.25}, {80.0, 0.75}}) {
+        DelayPlayer player(tempo);
+        player.delay.setMix(1.0f);
+        player.playSilence(kTickSamples);
+        const double delay = player.delay.leftDelay();
+        ASSERT_NEAR(delay - std::floor(delay), part, 1e-6) << tempo;
+        const double rest = part > 0 ? 1 - part : 0;
+        const auto sine = [](double place) { return 0.01 * std::sin(place * 0.01); };
+        Stereo in = noise(player.delay.bufferLength() * 3, 0);
+        for (size_t i = 0; i < in.left.size(); ++i)
+            in.left[i] = static_cast<float>(sine(static_cast<double>(i)));
+        const auto out = player.play(in).left;
+        for (size_t i = static_cast<size_t>(delay) + 1; i < out.size(); ++i) {
+            const double whole = sine(static_cast<double>(i) - (delay - 1 + 2 * rest));
+            // The clip of the line, and a chord for the curve.
+            ASSERT_NEAR(out[i], whole * (1 - std::abs(whole) / 4), 2e-6) << tempo << " at " << i;
+        }
+    }
+}
+
 TEST(Delay, RepeatsFallByTheFeedbackAndTheSidesDoNotMix)
 {
     DelayPlayer player;
