@@ -5,7 +5,7 @@
 
 class ParkMiller {
 public:
-    explicit ParkMiller(int32_t startSeed) : seed(startSeed) { }
+    explicit constexpr ParkMiller(int32_t startSeed) : seed(startSeed) { }
     // The product wraps in 32 bits, so the state, and with it the sample, may be negative: -1 to 1.
     float next()
     {

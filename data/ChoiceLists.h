@@ -24,7 +24,9 @@ constexpr int kKeySyncs = 6;
 extern const std::array<std::string_view, kKeySyncs> kKeySyncNames;
 extern const std::array<float, kKeySyncs> kKeySyncFactors; // grid lines a quarter note
 
+// What the gate time is multiplied by, in quarters of the note.
 constexpr int kGateMultiples = 15;
+extern const std::array<std::string_view, kGateMultiples> kGateMultiplyNames;
 extern const std::array<float, kGateMultiples> kGateMultiplyTable;
 
 constexpr int kTriggerModes = 3;

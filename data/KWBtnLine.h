@@ -21,5 +21,5 @@ public:
 
 protected:
     float randomStep(float u) const override;
-    int clipboardClass() const override;
+    ClipboardClass clipboardClass() const override;
 };

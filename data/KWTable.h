@@ -49,6 +49,9 @@ public:
 
     // `owner` gives the range of random edits. `steps` 1 to kMaxSteps.
     KWTable(KWSystemInfo* owner, int steps);
+    ~KWTable() override;
+    KWTable(const KWTable&) = delete;
+    KWTable& operator=(const KWTable&) = delete;
 
     // Reads give 0 and writes are dropped for as long as it lives.
     class RebuildScope {
@@ -63,11 +66,8 @@ public:
     };
 
     // --- steps ---
-    // The audio thread's read.
-    float step(int i) const
-    {
-        return i < 0 || i >= stepCount || rebuilding.isRaised() ? 0.0f : at(i);
-    }
+    // This table's own step, without a virtual call. A KWTableXY reads its step() instead.
+    float ownStep(int i) const { return i < 0 || i >= stepCount || isRebuilding() ? 0.0f : at(i); }
     virtual float getAtIndex(int i) const;        // remembers `i` as the place of the last read
     virtual float getAtPosition(float p) const;   // 0 <= p < size; the last step blends into step 0
     virtual float getInterpolated() const;        // the same at the place of the last read
@@ -138,10 +138,12 @@ protected:
     float fit(float v) const;
     float apart(int i, float v) const; // moved off the step before it where the flag asks for that
     float blend(float p) const;
+    void shiftBy(float amount, int from, int to);
     void touch() { writes.add(1u); }
 
+    bool isRebuilding() const { return rebuilds != 0; }
+
     KWSystemInfo* owner;
-    OneWayFlag rebuilding;
 
 private:
     // One entry more than steps: the entry behind the last step is step 0 again, so that a read
@@ -153,4 +155,5 @@ private:
     Crossing<float> whenCleared = 0.0f;
     Crossing<uint32_t> flagWord = 0x60188u;
     Crossing<uint32_t> writes = 0u;
+    Crossing<int32_t> rebuilds = 0; // how many scopes are open
 };

@@ -40,23 +40,14 @@ public:
     float getRowAtIndexInterpolated(float position, int i) const;
 
     // --- steps of the selected row ---
-    float step(int i) const
-    {
-        return rebuilding.isRaised() ? 0.0f : rows[static_cast<size_t>(rowIndex.load())]->step(i);
-    }
+    float step(int i) const { return isRebuilding() ? 0.0f : selected().ownStep(i); }
     float getAtIndex(int i) const override;
     float getAtPosition(float p) const override;
     float getInterpolated() const override;
     float getNormalized(float p) const override;
     void setValue(int i, float v) override;
     void setNormalized(float p, float n) override;
-    void setAtEdit(float p, float v) override;
-    void setAtEdit2(float v) override;
-    void setFromVector(std::span<const float> source) override;
-    void getToVector(std::span<float> target) const override;
     void clear() override;
-    void rotateBackward(int from, int to) override;
-    void rotateForward(int from, int to) override;
     void shiftUp(int from, int to) override;
     void shiftDown(int from, int to) override;
 

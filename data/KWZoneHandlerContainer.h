@@ -20,7 +20,7 @@ class KWZoneHandlerContainer : public KWChunkableClass {
 public:
     static constexpr int kMaxHandlers = 63;
 
-    // The default of every handler is the whole track, or what `whole` says.
+    // Every handler starts as the whole track.
     KWZoneHandlerContainer(int steps, int handlers);
 
     // A row behind the last handler reads the last one, so a container of one handler serves all.

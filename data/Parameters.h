@@ -56,20 +56,20 @@ struct ParameterEntry {
     int32_t patternSlot = -1; // its place in a pattern's stored values
     std::string_view unit;    // of the mapped value
 
-    int states() const { return isButton() ? 2 : 1; }
-    bool isButton() const
+    constexpr int states() const { return isButton() ? 2 : 1; }
+    constexpr bool isButton() const
     {
         return mapping.kind == Mapping::Button || mapping.kind == Mapping::Switch;
     }
-    bool hasValue() const { return backing == Backing::Value; }
+    constexpr bool hasValue() const { return backing == Backing::Value; }
     // The setting of the key store that mirrors it, -1 none.
     int settingIndex() const
     {
         return saved != Saved::Setting ? -1 : tag == Tag::IgnoreProgramChange ? 0 : 1;
     }
     // A load leaves it alone unless it is forced.
-    bool isolated() const { return saved == Saved::Setting; }
-    bool isIn(Saved list) const
+    constexpr bool isolated() const { return saved == Saved::Setting; }
+    constexpr bool isIn(Saved list) const
     {
         return list == saved || (list == Saved::Preset && saved == Saved::PresetAndSynth);
     }

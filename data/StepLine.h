@@ -9,7 +9,7 @@
 #include <vector>
 
 class KWSystemInfo;
-class RandomDraws;
+enum class ClipboardClass;
 
 // Both threads read and write steps. As with the tables, the memory has its full size from the
 // start; an index outside reads 0 and writes nothing; a value that is no number is dropped and any
@@ -67,9 +67,8 @@ public:
 protected:
     StepLine(KWSystemInfo* owner, int steps, int rows, bool isClone);
     virtual float randomStep(float u) const = 0; // `u` 0 to 1
-    virtual int clipboardClass() const = 0;
+    virtual ClipboardClass clipboardClass() const = 0;
     void copyValues(const StepLine& source);
-    void store(int i, float v); // selected row
     void touch() { writes.add(1u); }
 
     KWSystemInfo* owner;
