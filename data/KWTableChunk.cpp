@@ -122,11 +122,15 @@ bool KWTableXY::readChunk(KWChunk& chunk, bool skip)
         // Steps behind the track's end are dropped: their number is the track's own.
         KWTable& target = rowTable(r);
         const auto kept = static_cast<size_t>(std::min(steps, target.size()));
-        if (revision >= kTableUnscaled)
-            target.setFromVector({stored.data(), kept});
-        else
-            for (size_t i = 0; i < kept; ++i)
-                target.setNormalized(static_cast<float>(i), stored[i]);
+        // Twice: where neighbours must differ, the first step is moved away from the last one of
+        // the old content, and comes right once the new last step is there.
+        for (int pass = 0; pass < 2; ++pass)
+            for (size_t i = 0; i < kept; ++i) {
+                if (revision >= kTableUnscaled)
+                    target.setValue(static_cast<int>(i), stored[i]);
+                else
+                    target.setNormalized(static_cast<float>(i), stored[i]);
+            }
     }
     std::string name = revision >= kTableWithLabel ? chunk.readString() : "Default";
     if (!skip)
