@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,8 +40,6 @@ TEST(KWFileio, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind)
 {
     const TestFolder folder;
     EXPECT_FALSE(KWFileio::write(folder / "missing/x", "a", 1));
-    // A full disk: the kernel's device for it takes no byte. Reached through a link, so that the
-    // temporary file would stand in /dev if the write went that far.
     const std::string path = folder / "song";
     ASSERT_TRUE(KWFileio::write(path, "old", 3));
     ASSERT_EQ(::symlink(path.c_str(), (folder / "link").c_str()), 0);
@@ -50,6 +49,23 @@ TEST(KWFileio, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind)
     std::filesystem::create_directory(folder / "taken");
     EXPECT_FALSE(KWFileio::write(folder / "taken", "a", 1));
     EXPECT_THAT(KWFileio::list(folder.path()), ElementsAre("link", "song", "taken"));
+}
+
+TEST(KWFileio, AFullDiskKeepsTheOldFile)
+{
+    const TestFolder folder;
+    const std::string path = folder / "song";
+    ASSERT_TRUE(KWFileio::write(path, "old", 3));
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{1000, before.rlim_max};
+    ::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool written = KWFileio::write(path, std::string(5000, 'x').data(), 5000);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_THAT(KWFileio::list(folder.path()), ElementsAre("song"));
 }
 
 TEST(KWFileio, PipesAndFoldersAreNoFiles)
