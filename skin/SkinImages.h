@@ -1,0 +1,21 @@
+// The drawn skin as it is embedded: each bitmap as PNG at the scales 1, 1.5, 2 and 3.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+struct SkinSize {
+    int number;     // 1000 to 1124
+    int frameWidth; // panel pixels
+    int frameHeight;
+    int frames; // one below the other
+
+    constexpr int height() const { return frameHeight * frames; }
+};
+
+// Null for a number without a bitmap.
+const SkinSize* skinSize(int number);
+// `halves` is the scale times two: 2, 3, 4 or 6. Empty for what there is not.
+std::span<const std::byte> skinPng(int number, int halves);
+// Of all images together.
+size_t skinPackSize();

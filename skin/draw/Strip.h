@@ -1,0 +1,39 @@
+// A strip as an image: its frames one below the other, each drawn alone and clipped.
+#pragma once
+
+#include "skin/draw/SkinTable.h"
+
+#include <cairo.h>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+// The scales that windows are shown at.
+inline constexpr double kScales[] = {1, 1.5, 2, 3};
+
+// An image that frees itself.
+class Image {
+public:
+    Image(int width, int height);
+    ~Image() { cairo_surface_destroy(surface); }
+    Image(const Image&) = delete;
+    Image& operator=(const Image&) = delete;
+
+    cairo_surface_t* get() const { return surface; }
+    int width() const { return cairo_image_surface_get_width(surface); }
+    int height() const { return cairo_image_surface_get_height(surface); }
+    // Premultiplied ARGB, a row of width() values.
+    const uint32_t* row(int y) const;
+
+private:
+    cairo_surface_t* surface;
+};
+
+// First device row of a frame.
+int frameTop(const SkinRow& row, int frame, double scale);
+// The whole strip, round(width * scale) by round(height * scale) pixels.
+std::unique_ptr<Image> makeStrip(const SkinRow& row, double scale);
+// One frame at its place on another image, in device pixels from `x` and `y`.
+void drawFrame(cairo_surface_t* target, const SkinRow& row, int frame, double scale, int x, int y);
+
+std::vector<uint8_t> encodePng(const Image& image);

@@ -1,0 +1,113 @@
+// Draws the skin at build time:
+//   skin-draw --pack DIR          the strips at every scale, as SkinPack.bin and .inc
+//   skin-draw --icons DIR         the application's icon
+//   skin-draw --sheet F.png       all strips on one picture
+//   skin-draw --panel F.png [--synth]  the panel with its controls
+// --scale N for the pictures, 2 if not given.
+#include "skin/draw/AppIcon.h"
+#include "skin/draw/Preview.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+void writeFile(const std::string& path, const std::vector<uint8_t>& bytes)
+{
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    if (!out)
+        throw std::runtime_error("cannot write " + path);
+}
+
+// What makes a strip unusable: a size that differs from the table's.
+void checkSize(const SkinRow& row, double scale, const Image& image)
+{
+    const int width = int(row.width() * scale + 0.5);
+    const int height = int(row.height() * scale + 0.5);
+    if (image.width() != width || image.height() != height)
+        throw std::runtime_error("bitmap " + std::to_string(row.number) + " has the wrong size");
+}
+
+// One file with all images, and a table of where each begins.
+void writePack(const std::string& folder)
+{
+    std::vector<uint8_t> pack;
+    std::string index;
+    for (const SkinRow& row : skinTable()) {
+        index += "{ { " + std::to_string(row.number) + ", " + std::to_string(row.frameWidth) + ", "
+            + std::to_string(row.frameHeight) + ", " + std::to_string(row.frames) + " }, {";
+        for (const double scale : kScales) {
+            const auto image = makeStrip(row, scale);
+            checkSize(row, scale, *image);
+            const std::vector<uint8_t> png = encodePng(*image);
+            index +=
+                " { " + std::to_string(pack.size()) + ", " + std::to_string(png.size()) + " },";
+            pack.insert(pack.end(), png.begin(), png.end());
+        }
+        index += " } },\n";
+    }
+    writeFile(folder + "/SkinPack.bin", pack);
+    writeFile(folder + "/SkinPack.inc", {index.begin(), index.end()});
+}
+
+void writeIcons(const std::string& folder)
+{
+    for (const int size : kIconSizes)
+        writeFile(folder + "/ormund-" + std::to_string(size) + ".png", encodePng(*appIcon(size)));
+    writeAppIconSvg(folder + "/ormund.svg");
+}
+
+int run(int argc, char** argv)
+{
+    std::string pack, icons, sheet, panel;
+    double scale = 2;
+    Page page = Page::Settings;
+    const struct {
+        const char* name;
+        std::string* value;
+    } options[] = {
+        {"--pack", &pack}, {"--icons", &icons}, {"--sheet", &sheet}, {"--panel", &panel}};
+    for (int i = 1; i < argc; ++i) {
+        bool known = false;
+        for (const auto& option : options)
+            if (std::strcmp(argv[i], option.name) == 0 && i + 1 < argc) {
+                *option.value = argv[++i];
+                known = true;
+                break;
+            }
+        if (known)
+            continue;
+        if (std::strcmp(argv[i], "--synth") == 0)
+            page = Page::Synth;
+        else if (std::strcmp(argv[i], "--scale") == 0 && i + 1 < argc)
+            scale = std::atof(argv[++i]);
+        else
+            throw std::runtime_error(std::string("unknown option ") + argv[i]);
+    }
+    if (!pack.empty())
+        writePack(pack);
+    if (!icons.empty())
+        writeIcons(icons);
+    if (!sheet.empty())
+        writeFile(sheet, encodePng(*contactSheet(scale)));
+    if (!panel.empty())
+        writeFile(panel, encodePng(*panelPicture(scale, page)));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "skin-draw: %s\n", error.what());
+        return 1;
+    }
+}
