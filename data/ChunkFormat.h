@@ -68,7 +68,7 @@ constexpr int32_t kMapRevision = 101;
 //   string label.
 constexpr int32_t kTableMagic = 0x27BAD581;
 constexpr int32_t kTableRevision = 1002;
-constexpr int32_t kTableRawValues = 1002; // before: normalised values
+constexpr int32_t kTableUnscaled = 1002; // before: normalised values
 constexpr int32_t kTableWithLabel = 1001;
 //   The old forms begin otherwise: with kOldestTable, whose content is dropped, or with three
 //   floats, then kOldTableMagic, revision and count, or the count alone, and the values.

@@ -1,0 +1,48 @@
+// What a state is made of, as the reader and the writer of states reach it.
+#pragma once
+
+#include "data/KWSystemInfo.h"
+#include "data/MidiMap.h"
+#include "data/Parameters.h"
+#include "data/ParameterSink.h"
+#include "data/PatternStore.h"
+#include "data/Tracks.h"
+
+#include <array>
+#include <string>
+
+// The two kinds of preset; the number is the mode of a save and of a load.
+enum class PresetKind : uint8_t { Global = 0, Synth = 1 };
+inline constexpr int kPresetKinds = 2;
+
+// The loader's thread.
+struct PresetPosition {
+    std::array<std::string, kPresetKinds> names; // of the current presets, without an ending
+    int program = 0;                             // place in its folder
+    int folder = 0;                              // place in the tree of global presets
+};
+
+// The side of the engine that a load needs. Called on the loader's thread.
+class LoadInterlock {
+public:
+    // No block runs between the two. With `wait` false the caller is the audio thread itself.
+    virtual void stopBlocks(bool wait) = 0;
+    virtual void resumeBlocks() = 0;
+    // All is in place: stages that must start afresh do so, and the screen looks again.
+    virtual void stateLoaded() = 0;
+
+protected:
+    ~LoadInterlock() = default;
+};
+
+struct StateParts {
+    KWSystemInfo& info;
+    Parameters& parameters;
+    Tracks& tracks;
+    PatternStore& patterns;
+    MidiMap& midiMap;
+    PresetPosition& position;
+    ParameterSink& sink; // every loaded value goes through it
+    LoadInterlock& interlock;
+    const Crossing<int32_t>& keepMap; // not 0: a load leaves the user's map alone
+};

@@ -1,0 +1,184 @@
+#include "platform/KWFileio.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+class Descriptor {
+public:
+    explicit Descriptor(int opened) : fd(opened) { }
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    explicit operator bool() const { return fd >= 0; }
+    int get() const { return fd; }
+    bool close()
+    {
+        const int open = fd;
+        fd = -1;
+        return open >= 0 && ::close(open) == 0;
+    }
+
+private:
+    int fd;
+};
+
+bool readAll(int fd, char* to, size_t bytes)
+{
+    while (bytes > 0) {
+        const ssize_t got = ::read(fd, to, bytes);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return false;
+        to += got;
+        bytes -= static_cast<size_t>(got);
+    }
+    return true;
+}
+
+bool writeAll(int fd, const char* from, size_t bytes)
+{
+    while (bytes > 0) {
+        const ssize_t put = ::write(fd, from, bytes);
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put <= 0)
+            return false;
+        from += put;
+        bytes -= static_cast<size_t>(put);
+    }
+    return true;
+}
+
+std::string linkTarget(const std::string& path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(
+        ::realpath(path.c_str(), nullptr), &std::free);
+    return real ? std::string(real.get()) : path;
+}
+
+// Beside the target, so that the rename stays on one file system. Hidden and with another ending,
+// so that no listing of presets shows it.
+std::string temporaryName(const std::string& target)
+{
+    static std::atomic<unsigned> counter{0};
+    char suffix[64];
+    std::snprintf(
+        suffix, sizeof suffix, ".%ld.%u.part", static_cast<long>(::getpid()), counter.fetch_add(1));
+    const size_t slash = target.rfind('/');
+    const size_t name = slash == std::string::npos ? 0 : slash + 1;
+    // A name of the greatest length would leave no room for the suffix.
+    return target.substr(0, name) + "." + target.substr(name, 200) + suffix;
+}
+
+void flushFolder(const std::string& folder)
+{
+    const Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (fd)
+        ::fsync(fd.get());
+}
+
+} // namespace
+
+bool KWFileio::read(const std::string& path, void* buffer, size_t bytes)
+{
+    // Without waiting, so that a pipe that poses as a preset does not hold the thread.
+    const Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat info { };
+    return fd && ::fstat(fd.get(), &info) == 0 && S_ISREG(info.st_mode)
+        && readAll(fd.get(), static_cast<char*>(buffer), bytes);
+}
+
+long long KWFileio::size(const std::string& path)
+{
+    struct stat info { };
+    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode))
+        return -1;
+    return static_cast<long long>(info.st_size);
+}
+
+bool KWFileio::write(const std::string& path, const void* buffer, size_t bytes)
+{
+    const std::string target = linkTarget(path);
+    const std::string temporary = temporaryName(target);
+    Descriptor fd(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!fd)
+        return false;
+    struct stat old { };
+    if (::stat(target.c_str(), &old) == 0)
+        ::fchmod(fd.get(), old.st_mode & 0777);
+    const bool written =
+        writeAll(fd.get(), static_cast<const char*>(buffer), bytes) && ::fsync(fd.get()) == 0;
+    if (!fd.close() || !written || std::rename(temporary.c_str(), target.c_str()) != 0) {
+        ::unlink(temporary.c_str());
+        return false;
+    }
+    flushFolder(folderOf(target));
+    return true;
+}
+
+std::vector<std::string> KWFileio::list(const std::string& folder)
+{
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
+    if (!open)
+        return names;
+    while (const dirent* entry = ::readdir(open.get())) {
+        std::string name = entry->d_name;
+        if (name != "." && name != "..")
+            names.push_back(std::move(name));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool KWFileio::exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
+
+bool KWFileio::isFolder(const std::string& path)
+{
+    struct stat info { };
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool KWFileio::makeFolder(const std::string& path)
+{
+    if (path.empty() || isFolder(path))
+        return !path.empty();
+    const std::string above = folderOf(path);
+    if (!above.empty() && above != path && !makeFolder(above))
+        return false;
+    return ::mkdir(path.c_str(), 0777) == 0 || isFolder(path);
+}
+
+std::string KWFileio::join(const std::string& folder, const std::string& name)
+{
+    if (folder.empty())
+        return name;
+    return folder.back() == '/' ? folder + name : folder + '/' + name;
+}
+
+std::string KWFileio::folderOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string KWFileio::nameOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const size_t dot = name.rfind('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}

@@ -1,0 +1,27 @@
+// Whole files and folders. No state; nothing throws. Any thread but the audio thread.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+class KWFileio {
+public:
+    // The first `bytes` of a file. False when it is no plain file, cannot be read or is shorter.
+    static bool read(const std::string& path, void* buffer, size_t bytes);
+    // Bytes of a plain file; -1 for anything else.
+    static long long size(const std::string& path);
+    // All of it or nothing: written beside the target, flushed to the disk and renamed over it. On
+    // failure the old file stands as it was. A link is followed.
+    static bool write(const std::string& path, const void* buffer, size_t bytes);
+    // Names without "." and "..", in byte order; empty when the folder cannot be read.
+    static std::vector<std::string> list(const std::string& folder);
+    static bool exists(const std::string& path);
+    static bool isFolder(const std::string& path); // links followed
+    // With all folders above it. True when it is there afterwards.
+    static bool makeFolder(const std::string& path);
+
+    static std::string join(const std::string& folder, const std::string& name);
+    static std::string folderOf(const std::string& path); // without the last slash
+    static std::string nameOf(const std::string& path);   // without folder and ending
+};

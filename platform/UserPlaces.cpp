@@ -1,0 +1,83 @@
+#include "platform/UserPlaces.h"
+
+#include "platform/KWFileio.h"
+
+#include <array>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <memory>
+#include <pwd.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr char kOwnFolder[] = "Kelda Works/Ormund";
+constexpr char kStoreFile[] = "settings.db";
+constexpr char kShippedFolder[] = "Global Presets/Factory";
+
+std::string home()
+{
+    const char* fromEnvironment = std::getenv("HOME");
+    if (fromEnvironment && *fromEnvironment == '/')
+        return fromEnvironment;
+    std::vector<char> room(16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, room.data(), room.size(), &found) != 0 || !found
+        || !found->pw_dir || *found->pw_dir != '/')
+        return {};
+    return found->pw_dir;
+}
+
+// Relative paths in these variables count as not set.
+std::string place(const char* variable, const char* inHome)
+{
+    const char* value = std::getenv(variable);
+    if (value && *value == '/')
+        return KWFileio::join(value, kOwnFolder);
+    const std::string user = home();
+    return user.empty() ? std::string() : KWFileio::join(KWFileio::join(user, inHome), kOwnFolder);
+}
+
+std::string realPath(const std::string& path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(
+        ::realpath(path.c_str(), nullptr), &std::free);
+    return real ? std::string(real.get()) : std::string();
+}
+
+// From the module's own file outwards: an installation may be moved, and a build tree works too.
+std::string installation()
+{
+    Dl_info module{};
+    if (::dladdr(reinterpret_cast<const void*>(&UserPlaces::find), &module) == 0
+        || !module.dli_fname)
+        return {};
+    std::string folder = KWFileio::folderOf(realPath(module.dli_fname));
+    constexpr std::array<const char*, 2> kBelow = {"share/ormund", "presets"};
+    for (int level = 0; level < 4; ++level) {
+        folder = KWFileio::folderOf(folder);
+        for (const char* below : kBelow) {
+            const std::string candidate = KWFileio::join(folder, below);
+            if (KWFileio::isFolder(KWFileio::join(candidate, kShippedFolder)))
+                return candidate;
+        }
+        if (folder == "/" || folder == ".")
+            break;
+    }
+    return {};
+}
+
+} // namespace
+
+UserPlaces UserPlaces::find()
+{
+    UserPlaces places;
+    const std::string config = place("XDG_CONFIG_HOME", ".config");
+    if (!config.empty())
+        places.store = KWFileio::join(config, kStoreFile);
+    places.content = place("XDG_DATA_HOME", ".local/share");
+    places.installed = installation();
+    return places;
+}

@@ -1,0 +1,14 @@
+// Where the user's files are, and where the installation is.
+#pragma once
+
+#include <string>
+
+// Each is empty when it cannot be told, for instance without a home.
+struct UserPlaces {
+    std::string store;     // file of the key store
+    std::string content;   // root of the preset folders
+    std::string installed; // root of the shipped content
+
+    // $XDG_CONFIG_HOME and $XDG_DATA_HOME, else the usual folders of $HOME or of the user's entry.
+    static UserPlaces find();
+};
