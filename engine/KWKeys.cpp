@@ -191,7 +191,9 @@ void KWKeys::tick(const KWSystemInfo&)
         update();
     if (classesSeen.changed(mode * 1000 + settings.inputOctave))
         for (int note = 0; note < 128; ++note)
-            keyState.setClass(note, static_cast<int>(keyZoneOf(note + settings.inputOctave, mode)));
+            // A zone has two pictures of its keys, idle and lit.
+            keyState.setClass(
+                note, 2 * static_cast<int>(keyZoneOf(note + settings.inputOctave, mode)));
 
     // Held keys act at once or on the next line of the grid.
     const ZoneSet& set = sets[mode];

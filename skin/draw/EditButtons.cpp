@@ -52,11 +52,15 @@ void drawArrowButton(Paint& paint, int frame, Icon icon)
     flatButton(paint, Look(frame), icon, kIcon, {chevron ? 7.0 : 6.6, 1.6, 2});
 }
 
+// Three pixels short of their rectangle on the side of the preset's field.
 void drawPresetButton(Paint& paint, int frame, Icon icon)
 {
+    constexpr double kGap = 3;
     const Look look = Look(frame);
-    raised(paint, 0, 0, paint.width(), paint.height(), look, 3);
-    drawIcon(paint, icon, paint.width() / 2, paint.height() / 2 + pressShift(look), 10,
+    const double left = icon == Icon::Next ? kGap : 0;
+    const double width = paint.width() - kGap;
+    raised(paint, left, 0, width, paint.height(), look, 3);
+    drawIcon(paint, icon, left + width / 2, paint.height() / 2 + pressShift(look), 10,
         contentInk(look), 1.6);
 }
 

@@ -72,16 +72,19 @@ void drawMenuRow(Paint& paint, int) { paint.rect(0, 0, paint.width(), paint.heig
 
 void drawMenuCheck(Paint& paint, int) { drawIcon(paint, Icon::Check, 4, 4, 8.5, kText, 1.5); }
 
-// A field with the arrow of its menu; the text is printed by the menu.
+// A field with the arrow of its menu; the text is printed by the menu. The preset's field is part
+// of the panel, and the synth preset's ends before the arrow button that lies on its right end.
 void drawField(Paint& paint, int)
 {
-    const double w = paint.width(), h = paint.height();
-    const bool large = w > 150;
+    constexpr double kPresetWidth = 184, kSynthPresetWidth = 87;
+    const double w = paint.width() - (paint.width() == kSynthPresetWidth ? 7 : 0);
+    const double h = paint.height();
+    const bool preset = paint.width() == kPresetWidth;
     if (h < 14)
         paint.rounded(0, 0, w, h, kFieldRadius, kWell);
-    else
-        well(paint, 0, 0, w, h, large ? 3 : kFieldRadius);
-    drawIcon(paint, Icon::DropDown, w - (large ? 10 : 8), h / 2 + 0.5, large ? 8 : 7, kLabel);
+    else if (!preset)
+        well(paint, 0, 0, w, h);
+    drawIcon(paint, Icon::DropDown, w - (preset ? 13 : 8), h / 2 + 0.5, preset ? 8 : 7, kLabel);
 }
 
 void drawScrollThumb(Paint& paint, int frame)

@@ -78,7 +78,7 @@ void drawSettingsPage(Paint& paint, int)
 void drawSynthPage(Paint& paint, int)
 {
     page(paint);
-    section(paint, "VOICE", 84.5);
+    section(paint, "VOICE", 85.5);
     section(paint, "FILTER", 194.5);
     section(paint, "DELAY", 304.5);
     knobNames(paint, 90, {"LEVEL", "PAN", "WAVE", "DETUNE"});

@@ -137,7 +137,7 @@ void leftColumn(Paint& paint)
             {"IGNORE PROGRAM CH.", 28, 236.5}, {"DRAG", 29.5, 298.5, Align::Centre},
             {"BARS", 29.5, 353.5, Align::Centre}, {"MULTIPLY", 60.5, 311},
             {"ON", 131, 496.5, Align::Right}, {"TO SYNTH", 57.5, 569.5}});
-    paint.text("MOD TRACK", 57.5, 496.5, {9, 0.4, Weight::SemiBold}, nameOf(kModulation));
+    paint.text("TRACK", 57.5, 496.5, {9, 0.4, Weight::SemiBold}, nameOf(kModulation));
     for (int track = 0; track < 8; ++track)
         paint.text(std::to_string(track + 1), 13.5, 560.5 - 10 * track, type::kLabel, kLabel,
             Align::Centre);
@@ -198,6 +198,8 @@ void head(Paint& paint)
     paint.rect(0, 0, paint.width(), 45, kHead);
     paint.rect(0, 45, paint.width(), 1, kHeadEdge);
     paint.text("PRESET", 318.5, 13, type::kLabel, kLabel);
+    // Higher than the menu that lies in it, as high as the buttons beside it.
+    well(paint, 318, 19, 181, 22, 3);
     paint.rect(534, 22, 1, 15, kHairline);
 }
 

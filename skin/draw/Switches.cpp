@@ -39,7 +39,7 @@ void choice(Paint& paint, int frame, std::initializer_list<const char*> words)
     const int states = int(words.size());
     const double left = w / 2 - (states * 10 - 2) / 2.0;
     for (int state = 0; state < states; ++state)
-        paint.rounded(left + state * 10, middle + 6 + shift, 8, 2, 1,
+        paint.rounded(left + state * 10, middle + (h > 21 ? 7.5 : 6.5) + shift, 8, 2, 1,
             state == button.state ? kText : ink(0x535C68));
 }
 
