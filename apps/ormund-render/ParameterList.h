@@ -1,0 +1,4 @@
+// The table of all parameters for `--list`.
+#pragma once
+
+void printParameterList();
