@@ -1,0 +1,245 @@
+// The renderer as a user runs it: arguments in, files and exit code out.
+#include "data/MidiFile.h"
+#include "tests/support/MidiExamples.h"
+#include "tests/support/OwnHome.h"
+
+#include <cairo.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sndfile.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+namespace {
+
+const std::string kExamples = ORMUND_SOURCE_DIR "/tests/data/";
+
+struct Outcome {
+    int code = -1;
+    std::string text; // both outputs
+    long lines() const { return std::count(text.begin(), text.end(), '\n'); }
+};
+
+class Renderer : public testing::Test {
+protected:
+    Outcome run(const std::string& arguments)
+    {
+        FILE* pipe = popen((ORMUND_BIN_DIR "/ormund-render " + arguments + " 2>&1").c_str(), "r");
+        Outcome outcome;
+        char buffer[4096];
+        while (const size_t count = std::fread(buffer, 1, sizeof buffer, pipe))
+            outcome.text.append(buffer, count);
+        const int status = pclose(pipe);
+        outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return outcome;
+    }
+    std::vector<uint8_t> bytesOf(const std::string& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    MidiFile midiOf(const std::string& arguments)
+    {
+        const std::string path = home.file("out.mid");
+        const Outcome outcome = run("--midi " + path + " " + arguments);
+        EXPECT_EQ(outcome.code, 0) << outcome.text;
+        MidiFile midi;
+        EXPECT_EQ(midi.read(bytesOf(path)), MidiFile::ReadResult::Ok);
+        return midi;
+    }
+    OwnHome home;
+};
+
+std::vector<MidiFileEvent> noteOnsOf(const MidiFile& midi)
+{
+    std::vector<MidiFileEvent> notes;
+    for (const MidiFileEvent& event : midi.events)
+        if ((event.bytes[0] & 0xf0) == 0x90 && event.bytes[2] > 0)
+            notes.push_back(event);
+    return notes;
+}
+
+TEST_F(Renderer, WritesSoundInEveryFormat)
+{
+    for (const char* name : {"a.wav", "a.flac", "a.OGG"}) {
+        const std::string path = home.file(name);
+        const Outcome outcome = run("--bars 2 --rate 48000 --wav " + path);
+        ASSERT_EQ(outcome.code, 0) << outcome.text;
+        EXPECT_THAT(outcome.text, IsEmpty()); // no progress bar in a pipe
+        SF_INFO info{};
+        SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+        ASSERT_TRUE(file) << name;
+        EXPECT_EQ(info.channels, 2);
+        EXPECT_EQ(info.samplerate, 48000);
+        EXPECT_EQ(info.frames, 4 * 48000 + 48000) << name; // two bars and the tail
+        std::vector<float> samples(static_cast<size_t>(2 * info.frames));
+        EXPECT_EQ(sf_readf_float(file, samples.data(), info.frames), info.frames);
+        sf_close(file);
+        const float peak = *std::max_element(samples.begin(), samples.end());
+        EXPECT_GT(peak, 0.05f) << name;
+    }
+}
+
+TEST_F(Renderer, WritesMidiWithTempoAndEveryNoteEnds)
+{
+    const MidiFile midi = midiOf("--bars 4 --tempo 96");
+    EXPECT_NEAR(midi.tempoAt(0), 96, 1e-3);
+    EXPECT_EQ(midi.name, "Ormund");
+    EXPECT_GE(noteOnsOf(midi).size(), 16u);
+    std::map<int, int> open;
+    for (const MidiFileEvent& event : midi.events) {
+        if ((event.bytes[0] & 0xf0) == 0x90 && event.bytes[2] > 0)
+            open[event.bytes[1]] = 1;
+        else if ((event.bytes[0] & 0xe0) == 0x80)
+            open.erase(event.bytes[1]);
+    }
+    EXPECT_THAT(open, IsEmpty());
+    // The first step sounds on the first beat.
+    EXPECT_LT(midi.beatOf(noteOnsOf(midi).front().tick), 0.01);
+}
+
+TEST_F(Renderer, TheFactoryChainHasVariety)
+{
+    const MidiFile midi = midiOf("");
+    std::set<int> pitches;
+    std::set<int> velocities;
+    for (const MidiFileEvent& note : noteOnsOf(midi)) {
+        pitches.insert(note.bytes[1]);
+        velocities.insert(note.bytes[2]);
+    }
+    EXPECT_GE(pitches.size(), 7u);
+    EXPECT_GE(velocities.size(), 3u);
+}
+
+TEST_F(Renderer, BytesDoNotDependOnTheBlockSize)
+{
+    midiOf("--bars 16 --set 357=1 --block 512");
+    const auto reference = bytesOf(home.file("out.mid"));
+    for (const char* block : {"1", "64", "1000", "4096"}) {
+        midiOf(std::string("--bars 16 --set 357=1 --block ") + block);
+        EXPECT_EQ(bytesOf(home.file("out.mid")), reference) << block;
+    }
+}
+
+TEST_F(Renderer, ExamplesAreWhatTheProjectMakes)
+{
+    for (const MidiExample& example : midiExamples())
+        EXPECT_EQ(bytesOf(kExamples + example.fileName), example.file.write())
+            << example.fileName << " is stale: build and run ormund-midi-examples";
+}
+
+TEST_F(Renderer, KeysFromAFileTranspose)
+{
+    const MidiFile plain = midiOf("--bars 8 --tempo 110");
+    const MidiFile played = midiOf("--midi-in " + kExamples + "transpose-keys.mid");
+    EXPECT_NEAR(played.tempoAt(0), 110, 0.01);
+    const auto first = [](const MidiFile& midi, double from) {
+        std::vector<int> pitches;
+        for (const MidiFileEvent& note : noteOnsOf(midi))
+            if (midi.beatOf(note.tick) >= from && midi.beatOf(note.tick) < from + 1.9)
+                pitches.push_back(note.bytes[1]);
+        return pitches;
+    };
+    EXPECT_NE(first(plain, 5), first(played, 5)); // the second bar's key is seven degrees up
+    EXPECT_FALSE(first(played, 5).empty());
+}
+
+TEST_F(Renderer, PerformanceKeysAreHeard)
+{
+    const std::string keys = "--midi-in " + kExamples + "performance-keys.mid --bars 4 --set ";
+    // In the first keyboard mode these keys are between the zones and do nothing.
+    EXPECT_NE(noteOnsOf(midiOf(keys + "585=0")), noteOnsOf(midiOf(keys + "585=1")));
+    EXPECT_EQ(noteOnsOf(midiOf(keys + "585=0")), noteOnsOf(midiOf("--bars 4")));
+}
+
+TEST_F(Renderer, SettingsReachTheParameters)
+{
+    const auto low = noteOnsOf(midiOf("--bars 1 --set 0=0"));
+    const auto high = noteOnsOf(midiOf("--bars 1 --set 0=1"));
+    ASSERT_FALSE(low.empty());
+    ASSERT_EQ(low.size(), high.size());
+    EXPECT_EQ(high.front().bytes[1] - low.front().bytes[1], 48);
+}
+
+TEST_F(Renderer, DrawsWhatWasPlayed)
+{
+    const std::string path = home.file("a.png");
+    ASSERT_EQ(run("--bars 4 --png " + path).code, 0);
+    cairo_surface_t* picture = cairo_image_surface_create_from_png(path.c_str());
+    ASSERT_EQ(cairo_surface_status(picture), CAIRO_STATUS_SUCCESS);
+    const int width = cairo_image_surface_get_width(picture);
+    const int height = cairo_image_surface_get_height(picture);
+    std::map<uint32_t, int> hues;
+    for (int y = 0; y < height; ++y) {
+        const auto* row = reinterpret_cast<const uint32_t*>(
+            cairo_image_surface_get_data(picture) + y * cairo_image_surface_get_stride(picture));
+        for (int x = 0; x < width; ++x)
+            ++hues[row[x] & 0xffffff];
+    }
+    cairo_surface_destroy(picture);
+    EXPECT_GT(hues[0x16181C], width * height / 5); // the ground
+    for (const uint32_t hue : {0xF2A541u, 0xE4572Eu, 0x4EA5D9u})
+        EXPECT_GT(hues[hue], 50) << std::hex << hue;
+}
+
+TEST_F(Renderer, MistakesGiveOneClearLine)
+{
+    const std::string noMidi = home.file("no.mid");
+    std::ofstream(noMidi) << "no MIDI at all";
+    const struct {
+        std::string arguments;
+        int code;
+        std::string words;
+    } rows[] = {
+        {"", 2, "nothing to write"},
+        {"--wav a.mp3", 1, ".wav, .flac or .ogg"},
+        {"--wav /no/such/folder/a.wav", 1, "No such file or directory"},
+        {"--bars 1 --midi /no/such/folder/a.mid", 1, "No such file or directory"},
+        {"--bars 1 --png /no/such/folder/a.png", 1, "/no/such/folder/a.png"},
+        {"--midi a.mid --midi-in " + noMidi, 1, "is no standard MIDI file"},
+        {"--midi a.mid --midi-in /no/such.mid", 1, "No such file or directory"},
+        {"--midi a.mid --preset /no/such.kwe", 1, "No such file or directory"},
+        {"--midi a.mid --preset " + noMidi, 1, "ends in .kwe or .kws"},
+        {"--midi a.mid --plugin /no/such.so", 1, "/no/such.so"},
+        {"--midi a.mid --set 586=0", 2, "TAG=VALUE"},
+        {"--midi a.mid --set 0=1.5", 2, "TAG=VALUE"},
+        {"--midi a.mid --set tempo", 2, "TAG=VALUE"},
+        {"--midi a.mid --tempo 20", 2, "--tempo"},
+        {"--midi a.mid --bars 1 --seconds 1", 2, "--seconds"},
+        {"--midi a.mid --bars", 2, "--bars"},
+        {"--surprise", 2, "--surprise"},
+    };
+    for (const auto& row : rows) {
+        const Outcome outcome = run(row.arguments);
+        EXPECT_EQ(outcome.code, row.code) << row.arguments << "\n" << outcome.text;
+        EXPECT_EQ(outcome.lines(), 1) << outcome.text;
+        EXPECT_THAT(outcome.text, StartsWith("ormund-render: "));
+        EXPECT_THAT(outcome.text, HasSubstr(row.words)) << row.arguments;
+    }
+}
+
+TEST_F(Renderer, ListsEveryParameterAndHelpsItself)
+{
+    const Outcome list = run("--list");
+    EXPECT_EQ(list.code, 0);
+    EXPECT_EQ(list.lines(), 287 + 1);
+    EXPECT_THAT(list.text, HasSubstr("Root_Key"));
+    const Outcome help = run("--help");
+    EXPECT_EQ(help.code, 0);
+    for (const char* word : {"--preset", "--midi-in", "--set", "Examples:"})
+        EXPECT_THAT(help.text, HasSubstr(word));
+}
+
+} // namespace

@@ -1,0 +1,14 @@
+// The MIDI files in tests/data, made here.
+#pragma once
+
+#include "data/MidiFile.h"
+
+#include <string>
+#include <vector>
+
+struct MidiExample {
+    std::string fileName;
+    MidiFile file;
+};
+
+std::vector<MidiExample> midiExamples();
