@@ -84,7 +84,7 @@ void KWTable::writeChunk(KWChunk& chunk) const
     chunk.writeInt(1);
     chunk.writeInt(size());
     for (int i = 0; i < size(); ++i)
-        chunk.writeFloat(step(i));
+        chunk.writeFloat(ownStep(i));
 }
 
 bool KWTableXY::readChunk(KWChunk& chunk, bool skip)
@@ -149,6 +149,6 @@ void KWTableXY::writeChunk(KWChunk& chunk) const
     chunk.writeInt(rowCount());
     for (int r = 0; r < rowCount(); ++r)
         for (int i = 0; i < size(); ++i)
-            chunk.writeFloat(rowTable(r).step(i));
+            chunk.writeFloat(rowTable(r).ownStep(i));
     chunk.writeString(label);
 }

@@ -22,7 +22,8 @@ struct PresetPosition {
     int folder = 0;                              // place in the tree of global presets
 };
 
-// The side of the engine that a load needs. Called on the loader's thread.
+// The side of the engine that a load needs. Called on the loader's thread, which is the audio
+// thread at a change of program; nothing here may then block or allocate.
 class LoadInterlock {
 public:
     // No block runs between the two. With `wait` false the caller is the audio thread itself.

@@ -10,6 +10,7 @@ namespace {
 constexpr int kMostNames = 2;
 constexpr size_t kMostNameBytes = 255;
 constexpr int kMostPatternSide = 1024;
+constexpr int32_t kMostPlace = 1 << 20;
 
 Saved listOf(PresetKind kind)
 {
@@ -221,8 +222,8 @@ int StateReader::readTail(KWChunk& chunk)
         const int32_t program = chunk.readInt();
         const int32_t folder = tail >= kTailWithFolder ? chunk.readInt() : 0;
         if (apply && how.force && tail >= kTailProgramCounts) {
-            parts.position.program = program;
-            parts.position.folder = folder;
+            parts.position.program = std::clamp(program, 0, kMostPlace);
+            parts.position.folder = std::clamp(folder, 0, kMostPlace);
         }
     }
     if (tail >= kTailWithPressure) {

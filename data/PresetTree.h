@@ -1,0 +1,40 @@
+// The folders of presets of one kind, and the files in them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct PresetFile {
+    std::string path;
+    std::string name; // without the ending
+};
+
+// The loader's thread.
+class PresetTree {
+public:
+    // The roots in their order; of each first its own files, then its sub-folders, all in byte
+    // order. Folders without a preset are left out. `extension` without the dot.
+    void scan(const std::vector<std::string>& roots, const std::string& extension);
+
+    int folderCount() const { return static_cast<int>(folders.size()); }
+    int fileCount(int folder) const;                       // 0 outside
+    const PresetFile* fileAt(int folder, int index) const; // null outside
+    const std::string& folderName(int folder) const;       // empty outside
+    const std::string& folderPath(int folder) const;       // empty outside
+    int folderNamed(const std::string& name) const;        // -1 for none
+    // The place of a file; false, and nothing changed, when it is not in the tree.
+    bool find(const std::string& path, int& folder, int& index) const;
+
+    // Files of one folder, as the tree would list them.
+    static std::vector<PresetFile> filesOf(const std::string& folder, const std::string& extension);
+
+private:
+    struct Folder {
+        std::string path;
+        std::string name;
+        std::vector<PresetFile> files;
+    };
+    void add(const std::string& path, const std::string& extension, int depth);
+
+    std::vector<Folder> folders;
+};

@@ -1,0 +1,295 @@
+#include "data/Presets.h"
+
+#include "data/ChunkFile.h"
+#include "data/MidiMapFile.h"
+#include "data/StateWriter.h"
+#include "platform/KWFileio.h"
+#include "platform/Messages.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+constexpr char kDefaultPreset[] = "default.kwe";
+constexpr char kMidiFolder[] = "Midi Programs";
+constexpr char kMapExtension[] = "kwm";
+constexpr char kNoChoice[] = "EMPTY"; // what a file dialogue answers when nothing was chosen
+constexpr std::array<PresetKind, kPresetKinds> kAllKinds = {PresetKind::Global, PresetKind::Synth};
+
+std::string withExtension(std::string path, const std::string& extension)
+{
+    return path.ends_with('.' + extension) ? path : path + '.' + extension;
+}
+
+unsigned randomDraw()
+{
+    static const bool seeded = [] {
+        std::srand(static_cast<unsigned>(std::time(nullptr)));
+        return true;
+    }();
+    return seeded ? static_cast<unsigned>(std::rand()) : 0u;
+}
+
+} // namespace
+
+Presets::Presets(Settings& userSettings, StateParts& stateParts)
+    : settings(userSettings), parts(stateParts), position(stateParts.position)
+{
+}
+
+void Presets::startUp()
+{
+    scan();
+    if (!settings.hasPresetPath(PresetKind::Global))
+        return;
+    // The shipped folder may be read-only, so the user's own counts as well.
+    for (const std::string& folder :
+        {settings.presetPath(PresetKind::Global), settings.presetSavePath(PresetKind::Global)})
+        if (load(PresetKind::Global, KWFileio::join(folder, kDefaultPreset), true)
+            == LoadResult::Done)
+            return;
+}
+
+void Presets::scan()
+{
+    for (const PresetKind kind : kAllKinds)
+        trees[at(kind)].scan({settings.presetPath(kind), settings.presetSavePath(kind)},
+            presetKindRow(kind).extension);
+    const PresetTree& global = trees[at(PresetKind::Global)];
+    const int midi = global.folderNamed(kMidiFolder);
+    std::vector<PresetFile> files;
+    for (int i = 0; i < std::min(global.fileCount(midi), ProgramBank::kPrograms); ++i)
+        files.push_back(*global.fileAt(midi, i));
+    takeMidiProgram();
+    midiPrograms.rebuild(files);
+}
+
+LoadResult Presets::report(LoadResult result, const std::string& path, bool quiet) const
+{
+    const std::string text = loadMessage(result, path);
+    if (!quiet && !text.empty())
+        showMessage("%s", text.c_str());
+    return result;
+}
+
+LoadResult Presets::load(PresetKind kind, const std::string& path, bool quiet)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    KWChunk chunk;
+    LoadResult result = readChunkFile(path, chunk, LoadResult::NewerVersion);
+    if (result == LoadResult::Done) {
+        StateReader::Options options;
+        options.kind = kind;
+        result = StateReader(parts).load(chunk, options);
+    }
+    if (result == LoadResult::Done) {
+        // A global preset names the synth preset that it was made with.
+        rebuildPaths();
+        becomeCurrent(kind, path);
+    }
+    return report(result, path, quiet);
+}
+
+void Presets::becomeCurrent(PresetKind kind, const std::string& path)
+{
+    takeMidiProgram();
+    paths[at(kind)] = path;
+    position.names[at(kind)] = plainName(KWFileio::nameOf(path));
+    if (kind == PresetKind::Global)
+        trees[at(kind)].find(path, position.folder, position.program);
+}
+
+LoadResult Presets::save(PresetKind kind, std::string path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    path = withExtension(std::move(path), presetKindRow(kind).extension);
+    takeMidiProgram();
+    // The name inside is that of the file, so that a host shows it after loading the same bytes.
+    const std::string before = position.names[at(kind)];
+    position.names[at(kind)] = plainName(KWFileio::nameOf(path));
+    KWChunk chunk;
+    writeState(chunk, parts, kind);
+    if (!writeChunkFile(path, chunk)) {
+        position.names[at(kind)] = before;
+        return report(LoadResult::NotSaved, path, false);
+    }
+    scan();
+    becomeCurrent(kind, path);
+    return LoadResult::Done;
+}
+
+LoadResult Presets::loadMap(const std::string& path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    KWChunk chunk;
+    LoadResult result = readChunkFile(path, chunk, LoadResult::NewerMap);
+    if (result == LoadResult::Done)
+        result = readMidiMap(chunk, parts.midiMap);
+    if (result == LoadResult::Done)
+        settings.setMapFolder(KWFileio::folderOf(path));
+    return report(result, path, false);
+}
+
+LoadResult Presets::saveMap(std::string path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    path = withExtension(std::move(path), kMapExtension);
+    KWChunk chunk;
+    writeMidiMap(chunk, parts.midiMap);
+    if (!writeChunkFile(path, chunk))
+        return report(LoadResult::MapNotSaved, path, false);
+    settings.setMapFolder(KWFileio::folderOf(path));
+    return LoadResult::Done;
+}
+
+LoadResult Presets::loadState(const void* bytes, size_t byteCount)
+{
+    KWChunk chunk;
+    chunk.assign(bytes, byteCount);
+    StateReader::Options options;
+    options.force = true;
+    const LoadResult result = StateReader(parts).load(chunk, options);
+    if (result == LoadResult::Done) {
+        takeMidiProgram();
+        rebuildPaths();
+        savedChunk = std::move(chunk);
+    }
+    return report(result, {}, false);
+}
+
+const KWChunk& Presets::state()
+{
+    takeMidiProgram();
+    writeState(stateChunk, parts, PresetKind::Global);
+    return stateChunk;
+}
+
+bool Presets::restoreSnapshot()
+{
+    if (savedChunk.words().empty())
+        return false;
+    KWChunk chunk;
+    chunk.assign(savedChunk.bytes(), savedChunk.byteCount());
+    const bool loaded = StateReader(parts).load(chunk, {}) == LoadResult::Done;
+    if (loaded)
+        rebuildPaths();
+    return loaded;
+}
+
+// A state names its presets; where they lie is the matter of this user.
+void Presets::rebuildPaths()
+{
+    for (const PresetKind kind : kAllKinds) {
+        const std::string& name = position.names[at(kind)];
+        std::string& path = paths[at(kind)];
+        if (name.empty()) {
+            path.clear();
+            continue;
+        }
+        if (KWFileio::nameOf(path) == name)
+            continue;
+        path = KWFileio::join(
+            settings.presetPath(kind), withExtension(name, presetKindRow(kind).extension));
+    }
+}
+
+void Presets::setProgram(int number)
+{
+    if (number == position.program)
+        return;
+    const PresetTree& files = tree(PresetKind::Global);
+    position.program = number;
+    const PresetFile* file = files.fileAt(position.folder, number);
+    if (!file && number < 0) {
+        position.folder = position.folder > 0 ? position.folder - 1 : files.folderCount() - 1;
+        position.folder = std::clamp(position.folder, 0, std::max(files.folderCount() - 1, 0));
+        position.program = files.fileCount(position.folder) - 1;
+    } else if (!file) {
+        position.folder = files.fileCount(position.folder + 1) > 0 ? position.folder + 1 : 0;
+        position.program = 0;
+    }
+    if (position.program < 0)
+        position.program = 0;
+    if (!file)
+        file = files.fileAt(position.folder, position.program);
+    if (file)
+        load(PresetKind::Global, std::string(file->path));
+}
+
+std::string Presets::currentFolder(PresetKind kind)
+{
+    const std::string& current = path(kind);
+    if (!current.empty() && KWFileio::isFolder(KWFileio::folderOf(current)))
+        return KWFileio::folderOf(current);
+    return tree(kind).folderCount() > 0 ? tree(kind).folderPath(0) : settings.presetPath(kind);
+}
+
+void Presets::step(PresetKind kind, int direction)
+{
+    const auto files = PresetTree::filesOf(currentFolder(kind), presetKindRow(kind).extension);
+    if (files.empty())
+        return;
+    const auto count = static_cast<int>(files.size());
+    const auto found = std::find_if(files.begin(), files.end(),
+        [&](const PresetFile& file) { return file.name == name(kind); });
+    int place = direction > 0 ? 0 : count - 1;
+    if (found != files.end())
+        place = (static_cast<int>(found - files.begin()) + direction + count) % count;
+    load(kind, files[static_cast<size_t>(place)].path);
+}
+
+void Presets::random()
+{
+    const PresetTree& files = tree(PresetKind::Global);
+    if (files.folderCount() == 0)
+        return;
+    const auto folder = static_cast<int>(randomDraw() % static_cast<unsigned>(files.folderCount()));
+    const auto index =
+        static_cast<int>(randomDraw() % static_cast<unsigned>(files.fileCount(folder)));
+    load(PresetKind::Global, std::string(files.fileAt(folder, index)->path));
+}
+
+void Presets::takeMidiProgram()
+{
+    PresetFile file;
+    if (midiPrograms.takeChosen(file)) {
+        paths[at(PresetKind::Global)] = file.path;
+        position.names[at(PresetKind::Global)] = plainName(file.name);
+    }
+}
+
+const std::string& Presets::name(PresetKind kind)
+{
+    takeMidiProgram();
+    return position.names[at(kind)];
+}
+
+void Presets::setName(PresetKind kind, const std::string& text)
+{
+    takeMidiProgram();
+    position.names[at(kind)] = plainName(text);
+}
+
+const std::string& Presets::path(PresetKind kind)
+{
+    takeMidiProgram();
+    return paths[at(kind)];
+}
+
+std::string Presets::folderName(PresetKind kind)
+{
+    const std::string folder = KWFileio::folderOf(path(kind));
+    return path(kind).empty() ? std::string() : folder.substr(folder.rfind('/') + 1);
+}
+
+std::string Presets::programName(int number) const
+{
+    const PresetFile* file = tree(PresetKind::Global).fileAt(position.folder, number);
+    return file ? file->name : std::string();
+}
