@@ -1,6 +1,5 @@
 #include "data/EditButtons.h"
 
-#include "data/KWSystemInfo.h"
 #include "data/Tracks.h"
 
 #include <algorithm>

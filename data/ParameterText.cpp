@@ -8,8 +8,6 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 
 namespace {
 
@@ -44,8 +42,9 @@ std::span<const std::string_view> choicesOf(int tag)
         return {};
     if (entry->isButton())
         return kOffOn;
-    if (entry->mapping.kind == Mapping::Choice && entry->mapping.a == float{kPlaybackModes})
-        return kPlaybackModeNames; // the modulation lanes
+    for (int track = 0; track < kModTracks; ++track)
+        if (tag == Tag::modMode(track))
+            return kPlaybackModeNames;
     return {};
 }
 
@@ -90,6 +89,18 @@ float rawOfMapped(const Mapping& mapping, float wanted)
         : high;
 }
 
+// Both texts one behind the other, as far as there is room, and a zero.
+size_t put(std::string_view first, std::string_view second, std::span<char> text)
+{
+    size_t length = 0;
+    for (const std::string_view part : {first, second})
+        for (const char c : part)
+            if (length + 1 < text.size())
+                text[length++] = c;
+    text[length] = '\0';
+    return length;
+}
+
 } // namespace
 
 int choiceCount(int tag)
@@ -114,15 +125,17 @@ size_t parameterText(int tag, float raw, std::span<char> text)
         return 0;
     }
     const float mapped = mapValue(entry->mapping, raw);
-    int length = 0;
-    if (const std::string_view choice = choiceText(tag, static_cast<int>(mapped)); !choice.empty())
-        length = std::snprintf(
-            text.data(), text.size(), "%.*s", static_cast<int>(choice.size()), choice.data());
-    else
-        length = std::snprintf(text.data(), text.size(), "%f %.*s",
-            static_cast<double>(entry->unit.empty() ? sanitisedRaw(raw) : mapped),
-            static_cast<int>(entry->unit.size()), entry->unit.data());
-    return std::min(static_cast<size_t>(std::max(length, 0)), text.size() - 1);
+    const std::string_view choice = choiceText(tag, static_cast<int>(mapped));
+    if (!choice.empty())
+        return put(choice, {}, text);
+    // As "%f %s", but with a point whatever the locale of the host.
+    std::array<char, 64> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+        static_cast<double>(entry->unit.empty() ? sanitisedRaw(raw) : mapped),
+        std::chars_format::fixed, 6);
+    const auto length = static_cast<size_t>(end.ptr - digits.data());
+    digits[length] = ' ';
+    return put({digits.data(), length + 1}, entry->unit, text);
 }
 
 std::optional<float> parameterFromText(int tag, std::string_view text)
@@ -134,9 +147,12 @@ std::optional<float> parameterFromText(int tag, std::string_view text)
         if (sameText(choiceText(tag, i), text))
             return rawOfChoice(tag, i);
 
-    const std::string_view number = trimmed(text);
+    // A comma is what some users type for the point.
+    std::array<char, 64> number{};
+    const std::string_view given = trimmed(text).substr(0, number.size());
+    std::ranges::replace_copy(given, number.begin(), ',', '.');
     float wanted = 0;
-    const char* end = number.data() + number.size();
+    const char* end = number.data() + given.size();
     if (std::from_chars(number.data(), end, wanted).ec != std::errc{} || !std::isfinite(wanted))
         return {};
     return entry->unit.empty() ? sanitisedRaw(wanted) : rawOfMapped(entry->mapping, wanted);

@@ -63,9 +63,9 @@ const TrackRow* trackRow(int tag)
 namespace {
 
 template <typename Item, size_t... Index>
-std::array<Item, kModTracks> eightTables(KWSystemInfo& owner, std::index_sequence<Index...>)
+std::array<Item, kModTracks> eightTables(KWSystemInfo& systemInfo, std::index_sequence<Index...>)
 {
-    return {((void)Index, Item(&owner, kTrackSteps))...};
+    return {((void)Index, Item(&systemInfo, kTrackSteps))...};
 }
 
 template <size_t... Index>
@@ -85,31 +85,32 @@ constexpr bool isDisplay(int tag)
 
 } // namespace
 
-Tracks::Tracks(KWSystemInfo& owner)
-    : patternRepeats(&owner, kSongSteps, 1)
-    , patternNumbers(&owner, kSongSteps, 1)
-    , performance(&owner, kTrackSteps, kTrackRows)
-    , pitch(&owner, kTrackSteps)
-    , pitchLock(&owner, kTrackSteps, kTrackRows)
-    , arpeggio(&owner, kTrackSteps, kTrackRows)
-    , velocityOn(&owner, kTrackSteps, kTrackRows)
-    , velocity(&owner, kTrackSteps)
-    , gateTime(&owner, kTrackSteps)
-    , chord(&owner, kTrackSteps, kTrackRows)
-    , octave(&owner, kTrackSteps, kTrackRows)
-    , pitchBend(&owner, kTrackSteps, kTrackRows)
-    , mods(eightTables<KWTableXY>(owner, kEight))
-    , modDisplay(&owner, kTrackSteps)
-    , bendDisplay(&owner, kTrackSteps)
-    , scaleDisplay(&owner, kTrackSteps)
-    , gateDisplay(&owner, kTrackSteps)
-    , arpeggioDisplay(&owner, 4)
+Tracks::Tracks(KWSystemInfo& systemInfo)
+    : patternRepeats(&systemInfo, kSongSteps, 1)
+    , patternNumbers(&systemInfo, kSongSteps, 1)
+    , performance(&systemInfo, kTrackSteps, kTrackRows)
+    , pitch(&systemInfo, kTrackSteps)
+    , pitchLock(&systemInfo, kTrackSteps, kTrackRows)
+    , arpeggio(&systemInfo, kTrackSteps, kTrackRows)
+    , velocityOn(&systemInfo, kTrackSteps, kTrackRows)
+    , velocity(&systemInfo, kTrackSteps)
+    , gateTime(&systemInfo, kTrackSteps)
+    , chord(&systemInfo, kTrackSteps, kTrackRows)
+    , octave(&systemInfo, kTrackSteps, kTrackRows)
+    , pitchBend(&systemInfo, kTrackSteps, kTrackRows)
+    , mods(eightTables<KWTableXY>(systemInfo, kEight))
+    , modDisplay(&systemInfo, kTrackSteps)
+    , bendDisplay(&systemInfo, kTrackSteps)
+    , scaleDisplay(&systemInfo, kTrackSteps)
+    , gateDisplay(&systemInfo, kTrackSteps)
+    , arpeggioDisplay(&systemInfo, 4)
     , pitchLoop(kTrackSteps, kTrackRows)
     , velocityLoop(kTrackSteps, kTrackRows)
     , gateLoop(kTrackSteps, kTrackRows)
     , performanceLoop(kTrackSteps, kTrackRows)
     , modLoops(eightLoops(kEight))
     , sequenceLoop(kSongSteps, 1)
+    , owner(systemInfo)
 {
     for (const TrackRow& row : kTrackTable) {
         const ParameterEntry* parameter = parameterEntry(row.tag);
@@ -130,6 +131,8 @@ Tracks::Tracks(KWSystemInfo& owner)
         track.clearAll();
     }
 }
+
+std::span<KWInitInterface* const> Tracks::inOrder() const { return owner.tracks; }
 
 void Tracks::selectRow(int pattern)
 {

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 class KWSystemInfo;
 
@@ -92,7 +93,13 @@ public:
     // Every row of every saved track to its default and every loop to its whole.
     void clearAll();
 
+    // All of the owner's tracks, in the order in which the global buttons reach them.
+    std::span<KWInitInterface* const> inOrder() const;
+
     // The loops that the global copy and paste take along: pitch, velocity, gate and performance
     // before the tracks, the eight of the modulation tracks behind them.
     std::array<KWZoneHandlerContainer*, 4> mainLoops();
+
+private:
+    KWSystemInfo& owner;
 };
