@@ -143,12 +143,13 @@ TEST_F(LineTest, MutationLeavesEmptyStepsAndTurnsOverAtTheEnd)
     chords.mutate();
     for (int i = 0; i < 128; ++i) {
         const float v = chords.step(i);
-        if (i % 4 == 0)
+        if (i % 4 == 0) {
             EXPECT_EQ(v, 0.0f);
-        else if (i % 4 == 1)
+        } else if (i % 4 == 1) {
             EXPECT_TRUE(v == 1.0f || v >= 53.9f) << v;
-        else
+        } else {
             EXPECT_TRUE(v >= 10.0f && v <= 36.6f) << v;
+        }
     }
     EXPECT_EQ(chords.step(1), 1.0f);
     // A step at 0 draws nothing: the same seed gives the second step the first draw.

@@ -116,8 +116,9 @@ TEST(Arpeggio, NeighboursThatSoundDiffer)
             EXPECT_GE(gate, 0.0f);
             EXPECT_LE(gate, 1.0f);
             sounds = sounds || gate > 0;
-            if (gate > 0)
+            if (gate > 0) {
                 EXPECT_NE(gate, arpeggioGate(row, (sub + 1) % subSteps)) << row << ' ' << sub;
+            }
         }
         EXPECT_TRUE(sounds) << row;
     }

@@ -37,8 +37,9 @@ TEST(Parameters, FileKeysAreForEver)
 {
     std::map<int, int> tagOfKey;
     for (const ParameterEntry& entry : allParameters())
-        if (entry.fileKey >= 0)
+        if (entry.fileKey >= 0) {
             EXPECT_TRUE(tagOfKey.emplace(entry.fileKey, entry.tag).second) << entry.fileKey;
+        }
     // In the order of their keys, which run from 0 to 120 without 118 and 119.
     const std::vector<int> tags = {48, 49, 50, 51, 52, 53, 54, 55, 302, 303, 304, 305, 306, 307,
         308, 309, 517, 518, 367, 89, 110, 132, 154, 176, 198, 220, 242, 262, 264, 267, 269, 272,
@@ -198,8 +199,9 @@ TEST(Parameters, APatternKnowsItsPlaces)
         ElementsAre(0, 363, 1, 55, 499, 504, 509, 262, 330, 4, 563, 49, 50, 51, 52, 53, 54, 267,
             272, 277, 282, 287, 292, 297, -1, 36, 38, 39, 40, 41, 42, 43, 44, 45));
     for (int place = 0; place < kPatternValues; ++place)
-        if (tags[static_cast<size_t>(place)] >= 0)
+        if (tags[static_cast<size_t>(place)] >= 0) {
             EXPECT_EQ(patternSlot(tags[static_cast<size_t>(place)]), place);
+        }
     EXPECT_EQ(patternSlot(48), 10);
     EXPECT_EQ(patternSlot(Tag::AllModsOff), -1);
     EXPECT_EQ(patternSlot(-1), -1);

@@ -51,8 +51,9 @@ TEST_F(TableTest, AnIndexOutsideReadsNothingAndWritesNothing)
         EXPECT_EQ(table.getAtIndex(i), 0.0f);
         EXPECT_EQ(table.step(i), 0.0f);
         EXPECT_EQ(table.getAtPosition(static_cast<float>(i)), 0.0f);
-        if (i != 4)
+        if (i != 4) {
             EXPECT_EQ(table.getRowAtIndex(i, 0), 0.0f);
+        }
     }
     EXPECT_EQ(table.getAtPosition(kNaN), 0.0f);
     table.setNormalized(kNaN, 1.0f);

@@ -17,8 +17,6 @@ using ::testing::ElementsAre;
 
 namespace {
 
-constexpr auto kBacked = {Backing::TableXY, Backing::BtnLine, Backing::ListLine, Backing::Zones};
-
 struct Instance {
     KWSystemInfo info;
     Tracks tracks{info};
@@ -60,8 +58,9 @@ TEST_F(TracksTest, EveryTrackParameterHasItsTrackAndNoOther)
         EXPECT_EQ(tracks.btnLineAt(entry.tag) != nullptr, entry.backing == Backing::BtnLine);
         EXPECT_EQ(tracks.listLineAt(entry.tag) != nullptr, entry.backing == Backing::ListLine);
         EXPECT_EQ(tracks.zonesAt(entry.tag) != nullptr, entry.backing == Backing::Zones);
-        if (!entry.hasValue())
+        if (!entry.hasValue()) {
             EXPECT_TRUE(found.insert(tracks.chunkableAt(entry.tag)).second) << entry.tag;
+        }
     }
     EXPECT_EQ(found.size(), 25u + 13u);
     EXPECT_EQ(tracks.chunkableAt(-1), nullptr);
@@ -84,10 +83,11 @@ TEST_F(TracksTest, APatternIsARowOfAllOfThem)
 {
     tracks.selectRow(7);
     for (const TrackRow& row : kTrackTable)
-        if (KWTableXY* table = tracks.tableAt(row.tag))
+        if (KWTableXY* table = tracks.tableAt(row.tag)) {
             EXPECT_EQ(table->row(), row.rows == 16 ? 7 : 0) << row.word;
-        else
+        } else {
             EXPECT_EQ(tracks.lineAt(row.tag)->row(), row.rows == 16 ? 7 : 0) << row.word;
+        }
     EXPECT_EQ(tracks.modLoops[4].row(), 7);
     EXPECT_EQ(tracks.sequenceLoop.row(), 0);
     for (const int bad : {-1, 16, 1000000})
