@@ -67,6 +67,7 @@ TEST_F(TableTest, AnIndexOutsideReadsNothingAndWritesNothing)
 TEST_F(TableTest, TheLastStepBlendsIntoTheFirst)
 {
     fill(table, {0.2f, 0, 0, 0.6f});
+    table.setFlags(0);
     EXPECT_EQ(table.getAtPosition(3.5f), 0.6f);
     table.setFlags(kTableCurve);
     EXPECT_FLOAT_EQ(table.getAtPosition(3.5f), 0.4f);
