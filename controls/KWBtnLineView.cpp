@@ -73,6 +73,7 @@ CMouseEventResult KWBtnLineView::onMouseDown(const CPoint& where, int buttons)
     }
     openBracket();
     dragStep = step;
+    lastStep = step;
     dragValue = line->step(step);
     mouseDown = true;
     return kMouseEventHandled;
@@ -97,13 +98,11 @@ CMouseEventResult KWBtnLineView::onMouseMoved(const CPoint& where, int buttons)
     if (step < 0 || (step == dragStep && !dragged))
         return kMouseEventHandled;
     dragged = true;
-    if (buttons & kRButton) {
-        line->setStep(step, 0.0f);
-    } else {
-        const int direction = step > dragStep ? -1 : 1;
-        for (int i = step; i != dragStep; i += direction)
-            line->setStep(i, dragValue);
-    }
+    // All cells since the last motion, so that a fast sweep leaves no gaps.
+    const float painted = buttons & kRButton ? 0.0f : dragValue;
+    for (int i = std::min(step, lastStep); i <= std::max(step, lastStep); ++i)
+        line->setStep(i, painted);
+    lastStep = step;
     setDirty(true);
     return kMouseEventHandled;
 }

@@ -39,6 +39,7 @@ private:
     int lastPage = -1;
     int lastRunningStep = -1;
     int dragStep = 0;
+    int lastStep = 0;
     float dragValue = 0;
     bool dragged = false;
     bool mouseDown = false;

@@ -179,21 +179,16 @@ bool KWControl::stepValue(int steps, bool fine)
 bool KWControl::onKeyDown(const CKeyEvent& event)
 {
     const bool modalElsewhere = frame && frame->modalControl && frame->modalControl != this;
-    if (!isLive() || !getMouseEnabled() || modalElsewhere)
+    if (!isLive() || !getMouseEnabled() || modalElsewhere || (event.modifiers & ~kShift))
         return false;
-    const bool fine = (event.modifiers & kShift) != 0;
-    if (event.modifiers & ~kShift)
+    const bool up = event.key == CKey::Up || event.key == CKey::Right;
+    const bool down = event.key == CKey::Down || event.key == CKey::Left;
+    if (!up && !down)
         return false;
-    switch (event.key) {
-    case CKey::Up:
-    case CKey::Right:
-        return stepValue(1, fine);
-    case CKey::Down:
-    case CKey::Left:
-        return stepValue(-1, fine);
-    default:
-        return false;
-    }
+    const bool taken = stepValue(up ? 1 : -1, (event.modifiers & kShift) != 0);
+    if (taken && frame)
+        frame->showFocusRing(true);
+    return taken;
 }
 
 void KWControl::notify()

@@ -47,6 +47,9 @@ public:
     CMouseEventResult onMouseExited(const CPoint& where, int buttons) override;
     bool hitTest(const CPoint& where, int buttons = -1) override;
 
+    // A modified click never resets; the classes that do have their own rule.
+    bool checkDefaultValue(int) override { return false; }
+
     virtual void onModalStart() { }
     // Takes the mouse and the top of the drawing order. `where` is in frame coordinates.
     virtual void beginModal(int mode, const CPoint* where, long forTag);

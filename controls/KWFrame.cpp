@@ -190,11 +190,9 @@ void KWFrame::showFocusRing(bool nowShown)
 {
     if (focusRingShown == nowShown)
         return;
+    focusRingShown = true; // for the ring that goes as well
+    invalidFocusRing();
     focusRingShown = nowShown;
-    if (const auto* focused = dynamic_cast<KWControl*>(getFocusView())) {
-        CRect ring = focused->focusRect();
-        invalidRect(ring.inset(-4, -4));
-    }
 }
 
 void KWFrame::invalidFocusRing()

@@ -91,6 +91,7 @@ CMouseEventResult KWListLineView::onMouseDown(const CPoint& where, int buttons)
         return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
     }
     openBracket();
+    dragStep = step;
     if (right)
         line->setStep(step, 0.0f);
     mouseDown = true;
@@ -103,10 +104,13 @@ CMouseEventResult KWListLineView::onMouseMoved(const CPoint& where, int buttons)
     if (!mouseDown || !line)
         return kMouseEventNotHandled;
     const int step = cellAt(where.x);
-    if ((buttons & kLButton) && (buttons & kShift))
-        line->setStep(step, dragValue);
-    else if (buttons & kRButton)
-        line->setStep(step, 0.0f);
+    const bool paints = (buttons & kLButton) && (buttons & kShift);
+    if (paints || (buttons & kRButton)) {
+        // All cells since the last motion, so that a fast sweep leaves no gaps.
+        for (int i = std::min(step, dragStep); i <= std::max(step, dragStep); ++i)
+            line->setStep(i, paints ? dragValue : 0.0f);
+    }
+    dragStep = step;
     setDirty(true);
     return kMouseEventHandled;
 }

@@ -47,6 +47,7 @@ private:
     uint32_t lastGeneration = 0;
     int lastRunningStep = -1;
     int lastPage = -1;
+    int dragStep = 0; // the cell of the last motion
     float dragValue = 0;
     bool mouseDown = false;
     bool dirtyFrame = false;

@@ -186,16 +186,16 @@ bool KWListLineViewMenu::onKeyDown(const CKeyEvent& event)
     int move = 0;
     switch (event.key) {
     case CKey::Left:
-        step = -1;
+        move = -1;
         break;
     case CKey::Right:
-        step = 1;
+        move = 1;
         break;
     case CKey::Up:
-        step = -columns;
+        move = -columns;
         break;
     case CKey::Down:
-        step = columns;
+        move = columns;
         break;
     case CKey::Return:
     case CKey::Enter:

@@ -2,6 +2,7 @@
 // of their own.
 #include "controls/KWOptionMenu.h"
 
+#include "controls/KWFrame.h"
 #include "controls/KWMenuHelper.h"
 #include "controls/Look.h"
 #include "platform/Messages.h"
@@ -81,19 +82,31 @@ bool KWOptionMenu::onWheel(const CPoint& where, float distance, int)
 
 bool KWOptionMenu::onKeyDown(const CKeyEvent& event)
 {
-    if (event.modifiers != 0)
+    if (open)
+        return listKey(event.key);
+    const bool modalElsewhere = frame && frame->modalControl;
+    if (event.modifiers != 0 || !isLive() || modalElsewhere)
         return false;
-    const bool back = event.key == CKey::Up || event.key == CKey::Left;
-    if (!open && (event.key == CKey::Return || event.key == CKey::Enter)) {
+    switch (event.key) {
+    case CKey::Return:
+    case CKey::Enter:
         openMenu(nullptr);
         return true;
+    // Down a list is onward, unlike down a scale of values.
+    case CKey::Down:
+    case CKey::Right:
+        stepLeaf(1, false);
+        break;
+    case CKey::Up:
+    case CKey::Left:
+        stepLeaf(-1, false);
+        break;
+    default:
+        return false;
     }
-    if (!open && (back || event.key == CKey::Down || event.key == CKey::Right)) {
-        // Down a list is onward, unlike up a scale of values.
-        const bool taken = isLive() && stepLeaf(back ? -1 : 1, false);
-        return taken;
-    }
-    return open && listKey(event.key);
+    if (frame)
+        frame->showFocusRing(true);
+    return true;
 }
 
 // A menu of branches counts its value in leaves; any other in rows.

@@ -16,7 +16,6 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
-    bool checkDefaultValue(int) override { return false; }
     void updateControl(void* context) override;
     void setPopupControl(KWControl* popup) override { popupControl = popup; }
     bool stepValue(int steps, bool fine) override;
@@ -29,7 +28,6 @@ public:
     KWZoneHandlerContainer* handler;
     const Crossing<float>* firstZone = nullptr; // index of the first column; null for 0
     CBitmap* strip = nullptr;                   // outside, left cap, inside, right cap
-    int firstFrame = 0;                         // where those four begin: a set for each hue
     CColor cellColor;
     CColor zoneColor;
     int headerHeight = 48; // the bar's height at most; a higher view shows grey cells below it
