@@ -16,8 +16,7 @@ constexpr double kGrid = 64;
 void drawIconOn(Paint& paint, bool small)
 {
     paint.gradient(2, 2, 60, 60, 14, ink(0x2A3038), kGround);
-    if (!small)
-        paint.frame(2, 2, 60, 60, 14, kMenuFrame);
+    paint.frame(2, 2, 60, 60, 14, kMenuFrame, small ? 2 : 1);
     productRing(paint, 32, 32, small ? 25 : 24, kText);
     if (small)
         return;

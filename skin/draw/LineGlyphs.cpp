@@ -112,11 +112,9 @@ void arpeggioGlyph(Paint& paint, int index, double cx, double cy)
     const double pitch = beats == 3 ? 5 : 3.75;
     for (int beat = 0; beat < beats; ++beat) {
         const double strength = double(arpeggioGate(rhythm + 1, beat));
-        const double x = cx - (beats - 1) * pitch / 2 + beat * pitch;
-        if (strength <= 0) {
-            paint.rect(x - 1, cy - 0.5, 2, 1, kPerformance.faded(0.45)); // a rest
+        if (strength <= 0)
             continue;
-        }
+        const double x = cx - (beats - 1) * pitch / 2 + beat * pitch;
         if (family == 0) {
             const double half = 1 + 4.5 * std::max(0.0, strength - 0.6) / 0.4;
             paint.rounded(x - 1, cy - half, 2, 2 * half, 1, kGlyph);

@@ -151,7 +151,8 @@ constexpr bool numbersRiseWithoutGap()
 constexpr bool everyStripFits()
 {
     for (const SkinRow& row : kTable)
-        if (row.frameWidth < 1 || row.frameHeight < 1 || row.frames < 1 || row.height() * 3 > 32767)
+        if (row.frameWidth < 1 || row.frameHeight < 1 || row.frames < 1 || row.height() * 3 > 32767
+            || row.draw == nullptr)
             return false;
     return true;
 }
