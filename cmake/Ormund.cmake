@@ -36,7 +36,7 @@ function(ormund_test folder)
     return()
   endif()
   string(REPLACE "/" "_" name ${folder})
-  add_executable(test_${name} ${sources})
+  add_executable(test_${name} ${sources} ${PROJECT_SOURCE_DIR}/tests/support/OwnHome.cpp)
   target_link_libraries(test_${name} PRIVATE ormund_flags ${ARGN} GTest::gmock GTest::gtest_main)
   target_compile_definitions(test_${name} PRIVATE
     ORMUND_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORMUND_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")

@@ -17,6 +17,18 @@ Saved listOf(PresetKind kind)
     return kind == PresetKind::Global ? Saved::Preset : Saved::PresetAndSynth;
 }
 
+// No block runs while it lives, whichever way the load ends.
+class Stopped {
+public:
+    Stopped(LoadInterlock& used, bool wait) : interlock(used) { interlock.stopBlocks(wait); }
+    ~Stopped() { interlock.resumeBlocks(); }
+    Stopped(const Stopped&) = delete;
+    Stopped& operator=(const Stopped&) = delete;
+
+private:
+    LoadInterlock& interlock;
+};
+
 CcAssignment halves(int32_t tag, int32_t step)
 {
     return {static_cast<int16_t>(tag & 0xFFFF), static_cast<int16_t>(step & 0xFFFF)};
@@ -80,16 +92,15 @@ LoadResult StateReader::load(KWChunk& chunk, const Options& options)
     if (found != LoadResult::Done)
         return found;
 
-    parts.interlock.stopBlocks(how.wait);
-    apply = true;
-    chunk.setCursor(0);
-    readHead(chunk);
     {
+        const Stopped stopped(parts.interlock, how.wait);
+        apply = true;
+        chunk.setCursor(0);
+        readHead(chunk);
         const ChunkLimit words(chunk, static_cast<size_t>(chunk.totalWords) - chunk.cursor());
         walk(chunk);
+        assert(!chunk.isBroken());
     }
-    assert(!chunk.isBroken());
-    parts.interlock.resumeBlocks();
     parts.interlock.stateLoaded();
     return LoadResult::Done;
 }

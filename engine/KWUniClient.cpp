@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <pthread.h>
 #include <thread>
 
 namespace {
@@ -48,6 +49,7 @@ KWUniClient::KWUniClient(audioMasterCallback master)
     applyDefaults();
     writeFactoryContent(tracks, patternStore);
     patternStore.replay(*this);
+    startSettings();
 }
 
 KWUniClient::~KWUniClient() = default;
@@ -55,7 +57,14 @@ KWUniClient::~KWUniClient() = default;
 KWUniClient::LoadScope::LoadScope(KWUniClient& client, bool fromAudio) : engine(client)
 {
     engine.loadBypass.raise();
-    for (int i = 0; !fromAudio && engine.inBlock.isRaised() && i < kMostWaits; ++i)
+    if (!fromAudio)
+        engine.waitForBlock();
+}
+
+void KWUniClient::waitForBlock() const
+{
+    // A host that loads from inside its own block would wait for itself.
+    for (int i = 0; inBlock.isRaised() && !isAudioThread() && i < kMostWaits; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
@@ -97,7 +106,8 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames)
         clearOutputs(outputs, sampleFrames);
         return;
     }
-    if (!wrapper && getCurrentProcessLevel() == kVstProcessLevelOffline)
+    blockThread = static_cast<uintptr_t>(pthread_self());
+    if (!wrapper && rendersOffline == 0 && getCurrentProcessLevel() == kVstProcessLevelOffline)
         return;
 
     const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);

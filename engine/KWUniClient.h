@@ -8,6 +8,8 @@
 #include "data/Parameters.h"
 #include "data/ParameterSink.h"
 #include "data/PatternStore.h"
+#include "data/Presets.h"
+#include "data/Settings.h"
 #include "data/Tracks.h"
 #include "engine/EventQueues.h"
 #include "engine/KWBend.h"
@@ -47,6 +49,12 @@ public:
     void setParameterAutomated(VstInt32 index, float value) override;
     VstInt32 getChunk(void** data, bool isPreset) override;
     VstInt32 setChunk(void* data, VstInt32 byteSize, bool isPreset) override;
+    VstInt32 getProgram() override;
+    void setProgram(VstInt32 program) override;
+    void setProgramName(char* name) override;
+    void getProgramName(char* name) override;
+    bool getProgramNameIndexed(VstInt32 category, VstInt32 index, char* text) override;
+    VstIntPtr vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr, float opt) override;
     void getParameterLabel(VstInt32 index, char* text) override;
     void getParameterDisplay(VstInt32 index, char* text) override;
     void getParameterName(VstInt32 index, char* text) override;
@@ -82,6 +90,17 @@ public:
     void reapplyParameters();
     // All stages that must start afresh after a load watch this.
     void countReload() { reloadCounter = reloadCounter + 1.0f; }
+    LoadResult loadPreset(PresetKind kind, const std::string& path);
+    LoadResult savePreset(PresetKind kind, const std::string& path);
+    // The state that the host gave last; false when it gave none.
+    bool restoreSnapshot();
+    // Settings::Option; `persist` writes it to the key store. The parameter that mirrors it
+    // follows.
+    void setSetting(int index, bool on, bool persist);
+    void setRendersOffline(bool on);
+    // Does what a learned controller has asked for and the audio thread may not do. The editor
+    // calls it at idle.
+    void runDeferred();
     void setLockButton(bool down) { patterns.settings.lockButton = down ? 1.0f : 0.0f; }
 
     KWSystemInfo info;
@@ -94,6 +113,17 @@ public:
     Crossing<int32_t> remoteStep = 0; // the step that a learned controller writes
 
 private:
+    // What the readers of states and presets see of this object.
+    class StateLink final : public LoadInterlock {
+    public:
+        explicit StateLink(KWUniClient& client) : engine(client) { }
+        void stopBlocks(bool wait) override;
+        void resumeBlocks() override;
+        void stateLoaded() override;
+
+    private:
+        KWUniClient& engine;
+    };
     // engine/KWUniClient.cpp
     void tick(int sample);
     void handle(const InternalEvent& event);
@@ -114,6 +144,11 @@ private:
     void programChanged(int program);
     // engine/KWUniClientState.cpp
     void stepPreset(int tag);
+    void startSettings();
+    void tellPresetChanged(bool listToo);
+    bool isAudioThread() const; // and in its block
+    void waitForBlock() const;
+    bool scriptLoadOrSave(VstIntPtr code, const char* path);
 
     Crossing<float> reloadCounter = 0.0f;
     OneWayFlag loadBypass;
@@ -122,7 +157,19 @@ private:
     Crossing<int32_t> synthOn = 0;
     Crossing<int32_t> ignoreProgramChange = 1;
     Crossing<int32_t> keepMidiMap = 0; // a load leaves the user's controllers alone
+    Crossing<int32_t> rendersOffline = 0;
+    Crossing<uintptr_t> blockThread = uintptr_t{0};
+    Mailbox deferredPreset; // a tag
+    PresetPosition presetPosition;
+    StateLink stateLink{*this};
+    StateParts stateParts{info, parameters, tracks, patternStore, midiMap, presetPosition, *this,
+        stateLink, keepMidiMap};
 
+public:
+    Settings settings;
+    Presets presets{settings, stateParts};
+
+private:
     // Audio thread.
     InputQueue inputQueue;
     OutgoingList outgoing;
