@@ -45,6 +45,7 @@ struct Page {
     // A digit a step, repeated: gate in tenths, '0' a whole one.
     std::string_view gate;
     std::string_view locked; // 'x' where the keyboard does not transpose
+    std::string_view moving; // the modulation tracks, 1 to 8, that draw something
     int lastPitch = 31;      // the ends of the loops; unequal ones drift against each other
     int lastVelocity = 31;
     int lastGate = 31;
@@ -57,67 +58,67 @@ const std::array<Page, kPatterns> kPages = {{
     {"Night drive", kChromatic, kSixteenth, 0, kFourSteps, kForward,
         { 0, 0, 12, 0,   3, 0, 10, 12,   0, 0, 12, 0,   7, 5, 3, -2,
           0, 0, 12, 0,   3, 0, 10, 12,  -4, -4, 8, -4, -2, -2, 10, -2},
-        "9.6.8.57" "9.6.84.5", "22322243", ""},
+        "9.6.8.57" "9.6.84.5", "22322243", "", "25"},
     {"Answer", kDorian, kSixteenth, 0.12f, kOneStep, kForward,
         { 0, 0, 4, 6,    7, 6, 4, 3,     2, 0, 2, 4,   3, 2, 0, -1,
           0, 0, 4, 6,    7, 9, 8, 7,     6, 4, 6, 4,   3, 2, 1, -1},
-        "9.697.6." "8.6.75.6", "80656087", ""},
+        "9.697.6." "8.6.75.6", "80656087", "", "26"},
     {"Stabs", kDorian, kSixteenth, 0.2f, kTwoSteps, kForward,
         { 0, 0, 0, 0,    0, 0, 0, 0,     3, 3, 3, 3,   3, 3, 3, 3,
           0, 0, 0, 0,    0, 0, 0, 0,    -1, -1, -1, -1, 3, 3, 3, 3},
-        "9..7..8." "..7..6..", "55585565", "x"},
+        "9..7..8." "..7..6..", "55585565", "x", "38"},
     {"Fountain", kMinorPentatonic, kEighth, 0, kOneStep, kForward,
         { 0, 0, 2, 2,    3, 3, 1, 1,     0, 0, 4, 4,   3, 3, 2, 1,
           0, 0, 2, 2,    3, 3, 5, 5,     4, 4, 3, 3,   2, 2, 1, -1},
-        "9687", "75", ""},
+        "9687", "75", "", "25"},
     {"Silver line", kMinorPentatonic, kSixteenth, 0.08f, kOneStep, kForward,
         { 0, 0, 5, 0,    0, 1, 0, 5,     0, 4, 0, 0,   3, 0, 1, 5,
           0, 0, 5, 0,    0, 1, 0, 5,     2, 2, 4, 2,   5, 4, 1, 0},
-        "95796957" "7.896958", "64085490", ""},
+        "95796957" "7.896958", "64085490", "", "56"},
     {"Twelve against nine", kMinorPentatonic, kSixteenth, 0, kOneStep, kForward,
         { 0, 2, 3, 5,    7, 5, 3, 2,     4, 2, 1, 0,   0, 0, 0, 0,
           0, 0, 0, 0,    0, 0, 0, 0,     0, 0, 0, 0,   0, 0, 0, 0},
-        "9.57.8.46", "5648375", "", 11, 8, 6},
+        "9.57.8.46", "5648375", "", "257", 11, 8, 6},
     {"Deep water", kAeolian, kEighth, 0, kTwoSteps, kForward,
         { 0, 0, 0, 0,    0, 0, 2, 4,     5, 5, 5, 5,   4, 4, 2, 1,
           0, 0, 0, 0,    0, 0, 2, 4,     3, 3, 3, 3,  -1, -1, 1, 2},
-        "9...6..5" "8...6.5.", "0", ""},
+        "9...6..5" "8...6.5.", "0", "", "57"},
     {"Shuffle", kBlues, kEighthTriplet, 0, kOneStep, kForward,
         { 0, 0, 4, 5,    5, 4, 0, 0,     2, 3, 3, 4,   0, 0, 4, 6,
           6, 5, 4, 4,    2, 1, 1, 0,     0, 0, 0, 0,   0, 0, 0, 0},
-        "9.68.6", "706706", "", 23, 23, 23},
+        "9.68.6", "706706", "", "24", 23, 23, 23},
     {"Walk", kMixolydian, kEighth, 0.5f, kOneStep, kForward,
         { 0, 1, 2, 4,    5, 4, 2, 1,     3, 4, 5, 7,   8, 7, 5, 4,
           4, 5, 6, 8,    3, 2, 1, -1,    0, 2, 4, 5,   6, 4, 3, 1},
-        "8697", "98", ""},
+        "8697", "98", "", "36"},
     {"Bells", kLydian, kSixteenth, 0, kFourSteps, kEachThird,
         { 7, 9, 11, 8,   10, 12, 7, 4,   9, 11, 6, 8,  10, 5, 7, 9,
           7, 9, 11, 8,   10, 12, 7, 4,   8, 10, 5, 7,   9, 4, 6, 11},
-        "7.5..6.4" ".7..5.6.", "46", ""},
+        "7.5..6.4" ".7..5.6.", "46", "", "28"},
     {"Engine room", kPhrygian, kSixteenth, 0, kOneStep, kForward,
         { 0, 0, 0, 1,    0, 0, 0, 0,     0, 0, 1, 0,   0, 3, 1, 0,
           0, 0, 0, 1,    0, 0, 0, 0,    -1, -1, -1, 0, 4, 3, 1, 0},
-        "95648564" "95749567", "5455", ""},
+        "95648564" "95749567", "5455", "", "567"},
     {"Slow waltz", kHarmonicMinor, kEighth, 0, kTwoSteps, kForward,
         { 0, 4, 2, 4, 2, 4,   3, 7, 5, 7, 5, 7,   4, 6, 8, 6, 8, 6,   0, 4, 7, 4, 2, 1,
           0, 0, 0, 0, 0, 0,   0, 0},
-        "9.5.5." "8.6.54", "965656", "", 23, 23, 23},
+        "9.5.5." "8.6.54", "965656", "", "38", 23, 23, 23},
     {"Cloud", kDorian, kQuarter, 0, kFourSteps, kForward,
         { 0, 0, 0, 0,    3, 3, 3, 3,     5, 5, 5, 5,   4, 4, 1, 1,
           0, 0, 0, 0,    3, 3, 3, 3,    -2, -2, -2, -2, -1, -1, 1, 1},
-        "7...", "9", "x"},
+        "7...", "9", "x", "2458"},
     {"Corner shop", kMixolydian, kSixteenth, 0.28f, kOneStep, kForward,
         { 0, 0, 7, 0,    6, 7, 0, 0,     0, 4, 0, 6,   7, 0, 3, 4,
           0, 0, 7, 0,    6, 7, 0, 0,     3, 3, 10, 3,  9, 4, 6, 6},
-        "9.8.47.5" ".68.59.7", "53424537", ""},
+        "9.8.47.5" ".68.59.7", "53424537", "", "56"},
     {"Garden", kMajorPentatonic, kSixteenth, 0.1f, kTwoSteps, kRandom,
         { 0, 2, 4, 5,    7, 5, 4, 2,     3, 5, 6, 8,   7, 5, 3, 1,
           0, 2, 4, 5,    7, 9, 7, 5,     6, 5, 3, 2,   1, 3, 0, -1},
-        "8.6.7..5" "7.5.8.64", "3647", ""},
+        "8.6.7..5" "7.5.8.64", "3647", "", "2357"},
     {"Last train", kMinorPentatonic, kSixteenth, 0.16f, kOneStep, kForward,
         { 0, 0, 0, 3,    0, 0, -1, 0,    2, 2, 2, 5,   2, 2, 1, 2,
          -2, -2, -2, 0, -2, -2, 1, -1,   0, 0, 5, 4,   3, 2, 1, -1},
-        "96.84.85" "9.684.78", "64746503", ""},
+        "96.84.85" "9.684.78", "64746503", "", "257"},
 }};
 
 enum Line { kChordLine, kArpeggioLine, kOctaveLine, kBendLine, kPerformanceLine };
@@ -180,36 +181,50 @@ constexpr Mark kMarks[] = {
 constexpr std::array<int, kSongSteps> kChain = {0, 0, 1, 4, 2, 13, 15, 0};
 constexpr int kBar = 15; // sixteen units, a bar of sixteenths
 
-// What the modulation tracks draw, one a track; `t` is 0 to below 1 over the row.
+// Where the modulation tracks go when they leave the plug-in, and what they send while they stand
+// still. Each is the neighbour of what the same track moves in our own synth: level, pan, wave,
+// detune, cutoff, resonance, the filter's peak and the delay.
+struct ModRow {
+    int controller;
+    float still;
+};
+constexpr std::array<ModRow, kModTracks> kModRows = {{
+    {7, 0.53f},
+    {10, 0.504f},
+    {1, 0.0f},
+    {94, 0.3f},
+    {74, 0.55f},
+    {71, 0.5f},
+    {16, 0.6f},
+    {91, 0.35f},
+}};
+
 float modShape(int track, int pattern, int step)
 {
     const float t = static_cast<float>(step) / kTrackSteps;
     const auto beat = static_cast<float>(step % 4) * 0.25f;
-    const auto turn = static_cast<float>(pattern % 4 + 1); // periods a row
-    const float phase = t * turn - std::floor(t * turn);
+    const auto turns = static_cast<float>(pattern % 4 + 1);
+    const float phase = t * turns - std::floor(t * turns);
     const float wave = 0.5f - 0.5f * std::cos(phase * 6.2831853f);
     switch (track) {
     case 0:
-        return 0.25f + 0.6f * wave;
+        return 0.6f - 0.25f * beat;
     case 1:
-        return 0.2f + 0.5f * (1.0f - std::abs(2.0f * t - 1.0f));
+        return 0.504f + 0.3f * std::sin(phase * 6.2831853f);
     case 2:
-        return 0.85f - 0.7f * beat;
+        return 0.2f + 0.5f * (1.0f - std::abs(2.0f * t - 1.0f));
     case 3:
-        return 0.5f + 0.4f * std::sin(phase * 6.2831853f);
+        return 0.25f + 0.35f * wave;
     case 4:
-        return 0.15f + 0.8f * phase;
+        return 0.3f + 0.45f * wave;
     case 5:
-        return step % 8 < 4 ? 0.7f : 0.3f;
+        return step % 8 < 4 ? 0.65f : 0.45f;
     case 6:
-        return 0.9f - 0.75f * phase;
+        return 0.85f - 0.4f * phase;
     default:
-        return static_cast<float>(step * 7 % 16) / 15.0f;
+        return 0.1f + 0.4f * static_cast<float>(step * 7 % 16) / 15.0f;
     }
 }
-
-// Where they go: filter, resonance, modulation, pan, chorus, reverb, attack, expression.
-constexpr std::array<int, kModTracks> kTargets = {74, 71, 1, 10, 93, 91, 73, 11};
 
 float repeated(std::string_view text, int step) // 0 to 10, -1 a rest
 {
@@ -235,9 +250,12 @@ void writeSteps(const Page& page, int row, Tracks& tracks)
         const bool locked = !page.locked.empty()
             && page.locked[static_cast<size_t>(step) % page.locked.size()] == 'x';
         tracks.pitchLock.setStepAt(row, step, locked ? 1.0f : 0.0f);
-        for (int track = 0; track < kModTracks; ++track)
-            tracks.mods[static_cast<size_t>(track)].setRowValue(
-                row, step, modShape(track, row, step));
+        for (int track = 0; track < kModTracks; ++track) {
+            const bool moves =
+                track == 0 || page.moving.find(static_cast<char>('1' + track)) != page.moving.npos;
+            tracks.mods[static_cast<size_t>(track)].setRowValue(row, step,
+                moves ? modShape(track, row, step) : kModRows[static_cast<size_t>(track)].still);
+        }
     }
     tracks.pitchLoop.setZone(row, {0, page.lastPitch});
     tracks.velocityLoop.setZone(row, {0, page.lastVelocity});
@@ -253,6 +271,15 @@ void writeArpeggio(int row, Tracks& tracks)
             row, step, static_cast<float>((step < 16 ? kRise : kFall) + step / 4 % 4));
 }
 
+// The place of the first target belongs to a tag that is no target, so the first track has none to
+// remember; it is off.
+void writeTargets(int pattern, PatternStore& store)
+{
+    for (int track = 1; track < kModTracks; ++track)
+        store.write(Tag::ModTarget + track, pattern,
+            rawChoice(kModRows[static_cast<size_t>(track)].controller, kModTargets));
+}
+
 void writeValues(const Page& page, int pattern, PatternStore& store)
 {
     store.write(Tag::Scale, pattern, rawChoice(page.scale, kScales));
@@ -260,13 +287,6 @@ void writeValues(const Page& page, int pattern, PatternStore& store)
     store.write(Tag::PitchMode, pattern, rawChoice(page.walk, kPlaybackModes));
     store.write(Tag::Swing, pattern, page.swing);
     store.write(Tag::GateTimeMultiply, pattern, rawChoice(page.length, kGateMultiples - 1));
-    for (int track = 0; track < kModTracks; ++track) {
-        // The first target's place belongs to a tag that is no target; see the pattern tags.
-        if (track > 0)
-            store.write(Tag::ModTarget + track, pattern,
-                rawChoice(kTargets[static_cast<size_t>(track)], kModTargets));
-        store.write(Tag::ModTrackOn + track, pattern, 0.5f);
-    }
 }
 
 StepLine& lineOf(Line line, Tracks& tracks)
@@ -294,7 +314,8 @@ void writeFactoryContent(Tracks& tracks, PatternStore& store)
     for (int pattern = 0; pattern < kPatterns; ++pattern) {
         const Page& page = kPages[static_cast<size_t>(pattern)];
         writeSteps(page, pattern, tracks);
-        // The first pattern keeps the parameters' own defaults, which are what a new instance has.
+        writeTargets(pattern, store);
+        // The first pattern keeps the host's parameters where a new instance has them.
         if (pattern > 0)
             writeValues(page, pattern, store);
     }

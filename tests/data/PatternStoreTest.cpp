@@ -139,3 +139,19 @@ TEST(FactoryContent, UsesEveryLineInsideItsRangeAndChainsPatterns)
     EXPECT_EQ(tracks.pitchLoop.zone(5), (LoopZone{0, 11}));
     EXPECT_NE(tracks.pitchLoop.zone(5), tracks.velocityLoop.zone(5));
 }
+
+// Bank select stands at the list's start. A track that is on and has no target of its own would
+// send it with every step.
+TEST(FactoryContent, SendsNoBankSelect)
+{
+    KWSystemInfo info;
+    Tracks tracks(info);
+    PatternStore store;
+    writeFactoryContent(tracks, store);
+    for (int pattern = 0; pattern < kPatterns; ++pattern)
+        for (int track = 0; track < kModTracks; ++track) {
+            const bool on = store.at(pattern, patternSlot(Tag::ModTrackOn + track)) >= 0.5f;
+            const float target = store.at(pattern, patternSlot(Tag::ModTarget + track));
+            EXPECT_TRUE(!on || target * 130 >= 1) << pattern << ' ' << track;
+        }
+}
