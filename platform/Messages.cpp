@@ -35,8 +35,6 @@ void showMessage(const char* format, ...)
     va_end(arguments);
     messages.isKept = true;
     ++messages.number;
-    if (messages.viewers == 0)
-        std::fprintf(stderr, "Ormund: %s\n", messages.text);
 }
 
 void addMessageViewer()

@@ -6,8 +6,8 @@
 
 inline constexpr int kMessageBytes = 8192; // with the terminating zero; longer texts are cut
 
-// Formats and keeps the text. With no editor open it goes to the standard error output instead,
-// and is kept all the same.
+// Formats and keeps the text, whether an editor is open or not: a plug-in prints nothing into its
+// host's output.
 void showMessage(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // An open editor shows the messages. Calls count.
