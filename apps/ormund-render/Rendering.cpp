@@ -57,7 +57,9 @@ std::string throughDoor(
     host.dispatch(effVendorSpecific, kDoor, kMessage, message);
     std::string text = message;
     std::replace(text.begin(), text.end(), '\n', ' ');
-    return std::string("cannot ") + verb + " " + path + (text.empty() ? "" : ": " + text);
+    if (text.empty())
+        text = "it is damaged or no file of Ormund's";
+    return std::string("cannot ") + verb + " " + path + ": " + text;
 }
 
 std::string loadState(ScriptedHost& host, const RenderOptions& options)

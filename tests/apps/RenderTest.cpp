@@ -173,6 +173,20 @@ TEST_F(Renderer, SettingsReachTheParameters)
     EXPECT_EQ(high.front().bytes[1] - low.front().bytes[1], 48);
 }
 
+TEST_F(Renderer, SavesWhatItPlaysAndPlaysWhatItSaved)
+{
+    const std::string preset = home.file("song.kwe");
+    const std::string settings = "--set 0=0.8 --set 1=0.3 --set 330=0.55 ";
+    const auto saved = noteOnsOf(midiOf("--bars 4 --save " + preset + " " + settings));
+    EXPECT_EQ(noteOnsOf(midiOf("--bars 4 --preset " + preset)), saved);
+    EXPECT_NE(noteOnsOf(midiOf("--bars 4")), saved);
+    // Saving what was loaded changes no byte; the name is in there too.
+    std::filesystem::create_directory(home.file("again"));
+    const std::string again = home.file("again/song.kwe");
+    ASSERT_EQ(run("--bars 0.25 --preset " + preset + " --save " + again).code, 0);
+    EXPECT_EQ(bytesOf(again), bytesOf(preset));
+}
+
 TEST_F(Renderer, DrawsWhatWasPlayed)
 {
     const std::string path = home.file("a.png");
@@ -197,7 +211,9 @@ TEST_F(Renderer, DrawsWhatWasPlayed)
 TEST_F(Renderer, MistakesGiveOneClearLine)
 {
     const std::string noMidi = home.file("no.mid");
+    const std::string noPreset = home.file("no.kwe");
     std::ofstream(noMidi) << "no MIDI at all";
+    std::ofstream(noPreset) << "no preset at all";
     const struct {
         std::string arguments;
         int code;
@@ -212,6 +228,8 @@ TEST_F(Renderer, MistakesGiveOneClearLine)
         {"--midi a.mid --midi-in /no/such.mid", 1, "No such file or directory"},
         {"--midi a.mid --preset /no/such.kwe", 1, "No such file or directory"},
         {"--midi a.mid --preset " + noMidi, 1, "ends in .kwe or .kws"},
+        {"--midi a.mid --preset " + noPreset, 1, "cannot load " + noPreset + ": "},
+        {"--bars 1 --save /no/such/folder/a.kwe", 1, "cannot save /no/such/folder/a.kwe"},
         {"--midi a.mid --plugin /no/such.so", 1, "/no/such.so"},
         {"--midi a.mid --set 586=0", 2, "TAG=VALUE"},
         {"--midi a.mid --set 0=1.5", 2, "TAG=VALUE"},

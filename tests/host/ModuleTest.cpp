@@ -370,8 +370,7 @@ TEST_F(Module, TheChunkOfOneInstanceMakesAnotherPlayTheSame)
     set(kScale, 0.5f);
     void* data = nullptr;
     const auto bytes = host.dispatch(effGetChunk, 0, 0, &data);
-    if (bytes == 0)
-        GTEST_SKIP() << "the state is not written yet";
+    ASSERT_GT(bytes, 0);
     std::vector<char> copy(static_cast<char*>(data), static_cast<char*>(data) + bytes);
 
     ScriptedHost other;
