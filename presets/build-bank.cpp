@@ -1,0 +1,68 @@
+// Makes the factory bank from the texts in this folder: build-bank SOURCE-FOLDER TARGET-FOLDER
+#include "data/ChunkFile.h"
+#include "data/Settings.h"
+#include "data/StateWriter.h"
+#include "platform/KWFileio.h"
+#include "presets/BankSource.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr char kSourceEnding[] = ".txt";
+
+bool buildOne(
+    const std::string& source, const std::string& root, const std::string& target, PresetKind kind)
+{
+    const auto song = std::make_unique<DetachedSong>();
+    std::string error;
+    if (!readBankSource(source, root, *song, error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return false;
+    }
+    song->position.names[static_cast<size_t>(kind)] = KWFileio::nameOf(target);
+    KWChunk chunk;
+    writeState(chunk, song->parts, kind);
+    if (!KWFileio::makeFolder(KWFileio::folderOf(target)) || !writeChunkFile(target, chunk)) {
+        std::fprintf(stderr, "%s cannot be written\n", target.c_str());
+        return false;
+    }
+    return true;
+}
+
+// Every folder of a kind's sources becomes one of its "Factory".
+int buildKind(
+    const std::string& root, const std::string& sources, const std::string& target, PresetKind kind)
+{
+    int built = 0;
+    const PresetKindRow& row = presetKindRow(kind);
+    const std::string from = KWFileio::join(root, sources);
+    for (const std::string& folder : KWFileio::list(from))
+        for (const std::string& file : KWFileio::list(KWFileio::join(from, folder))) {
+            if (!file.ends_with(kSourceEnding))
+                continue;
+            const std::string to = target + "/" + row.title + "/Factory/" + folder + "/"
+                + KWFileio::nameOf(file) + "." + row.extension;
+            if (!buildOne(from + "/" + folder + "/" + file, root, to, kind))
+                return -1;
+            ++built;
+        }
+    return built;
+}
+
+} // namespace
+
+int main(int count, char** words)
+{
+    if (count != 3) {
+        std::fprintf(stderr, "usage: build-bank SOURCE-FOLDER TARGET-FOLDER\n");
+        return 2;
+    }
+    const int global = buildKind(words[1], "global", words[2], PresetKind::Global);
+    const int synth = buildKind(words[1], "synth", words[2], PresetKind::Synth);
+    if (global <= 0 || synth <= 0)
+        return 1;
+    std::printf("%d global presets and %d synth presets in %s\n", global, synth, words[2]);
+    return 0;
+}

@@ -1,0 +1,129 @@
+#include "data/Settings.h"
+#include "platform/KWFileio.h"
+#include "presets/BankSource.h"
+#include "tests/platform/TestFolder.h"
+#include "tests/support/Player.h"
+
+#include <cmath>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <set>
+
+using testing::HasSubstr;
+
+namespace {
+
+PresetTree bank(PresetKind kind)
+{
+    PresetTree tree;
+    const PresetKindRow& row = presetKindRow(kind);
+    tree.scan({std::string(ORMUND_BIN_DIR "/../presets/") + row.title + "/Factory"}, row.extension);
+    return tree;
+}
+
+struct Heard {
+    size_t notes = 0;
+    size_t pitches = 0;
+    size_t controllers = 0;
+    float peak = 0;
+    double loudness = 0; // root of the mean square
+    int hanging = 0;
+};
+
+Heard play(PresetKind kind, const std::string& path)
+{
+    Player player({.empty = false});
+    EXPECT_EQ(player.engine().loadPreset(kind, path), LoadResult::Done) << path;
+    player.keepAudio(true);
+    player.start();
+    player.playBeats(32);
+    Heard heard;
+    std::set<int> pitches;
+    for (const MidiOut& event : player.events()) {
+        heard.notes += event.isNoteOn();
+        heard.controllers += (event.status & 0xF0) == 0xB0 || (event.status & 0xF0) == 0xD0;
+        if (event.isNoteOn())
+            pitches.insert(event.data1);
+    }
+    heard.pitches = pitches.size();
+    double sum = 0;
+    for (const std::vector<float>* side : {&player.left(), &player.right()})
+        for (const float sample : *side) {
+            EXPECT_TRUE(std::isfinite(sample));
+            heard.peak = std::max(heard.peak, std::abs(sample));
+            sum += static_cast<double>(sample) * static_cast<double>(sample);
+        }
+    heard.loudness = std::sqrt(sum / static_cast<double>(2 * player.left().size()));
+    player.stop();
+    player.play(44100 * 8);
+    heard.hanging = player.soundingNotes();
+    return heard;
+}
+
+void checkKind(PresetKind kind, size_t leastControllers)
+{
+    const PresetTree tree = bank(kind);
+    int files = 0;
+    for (int folder = 0; folder < tree.folderCount(); ++folder)
+        for (int i = 0; i < tree.fileCount(folder); ++i, ++files) {
+            const PresetFile& file = *tree.fileAt(folder, i);
+            const Heard heard = play(kind, file.path);
+            SCOPED_TRACE(file.name);
+            std::printf(
+                "%-28s %4zu notes %3zu pitches %5zu controllers  peak %.3f  loudness %.3f\n",
+                file.name.c_str(), heard.notes, heard.pitches, heard.controllers,
+                static_cast<double>(heard.peak), heard.loudness);
+            EXPECT_GE(heard.notes, 12u);
+            EXPECT_GE(heard.pitches, 2u);
+            EXPECT_LT(heard.peak, 1.0f);
+            EXPECT_GT(heard.peak, 0.05f);
+            EXPECT_GT(heard.loudness, 0.005);
+            EXPECT_EQ(heard.hanging, 0);
+            if (tree.folderName(folder) == "Controller Patterns")
+                EXPECT_GE(heard.controllers, leastControllers);
+        }
+    EXPECT_GE(files, 24);
+}
+
+} // namespace
+
+TEST(Bank, EveryGlobalPresetPlaysWithinTheScaleOfItsLevel)
+{
+    EXPECT_EQ(bank(PresetKind::Global).folderCount(), 4);
+    checkKind(PresetKind::Global, 30);
+}
+
+TEST(Bank, EverySynthPresetSoundsAndNoneClips) { checkKind(PresetKind::Synth, 0); }
+
+TEST(Bank, ANewInstanceFindsIt)
+{
+    KWUniClient engine(nullptr);
+    EXPECT_EQ(engine.presets.tree(PresetKind::Global).folderCount(), 4);
+    EXPECT_GE(engine.presets.tree(PresetKind::Synth).folderCount(), 6);
+    engine.setParameter(Tag::NextPreset, 0.0f);
+    EXPECT_NE(engine.presets.name(PresetKind::Global), "");
+}
+
+TEST(BankSource, AMistakeNamesItsFileLineAndReason)
+{
+    const TestFolder folder;
+    const std::string path = folder / "x.txt";
+    struct Case {
+        const char* text;
+        const char* reason;
+    };
+    for (const Case& wrong :
+        {Case{"set swing 0.1\nset swung 0.1\n", ":2: no parameter is called swung"},
+            Case{"set scale \"Major\"\nset scale \"No such\"\n", ":2: scale has no choice"},
+            Case{"set swing 1.5\n", ":1: a value must be from 0 to 1"},
+            Case{"pattern\nvelocity 9x\n", ":2: a step is a digit or a dot"},
+            Case{"pitch 0\n", ":1: no word is called pitch before the first pattern"},
+            Case{"synth Nowhere/Nothing\n", "cannot be read"},
+            Case{"key\n", ":1: key needs a value"}}) {
+        std::ofstream(path) << wrong.text;
+        DetachedSong song;
+        std::string error;
+        EXPECT_FALSE(readBankSource(path, folder.path(), song, error));
+        EXPECT_THAT(error, HasSubstr(wrong.reason));
+    }
+}
