@@ -79,8 +79,9 @@ void checkKind(PresetKind kind, size_t leastControllers)
             EXPECT_GT(heard.peak, 0.05f);
             EXPECT_GT(heard.loudness, 0.005);
             EXPECT_EQ(heard.hanging, 0);
-            if (tree.folderName(folder) == "Controller Patterns")
+            if (tree.folderName(folder) == "Controller Patterns") {
                 EXPECT_GE(heard.controllers, leastControllers);
+            }
         }
     EXPECT_GE(files, 24);
 }
