@@ -151,8 +151,7 @@ constexpr bool numbersRiseWithoutGap()
 constexpr bool everyStripFits()
 {
     for (const SkinRow& row : kTable)
-        if (row.frameWidth < 1 || row.frameHeight < 1 || row.frames < 1 || row.height() * 3 > 32767
-            || row.draw == nullptr)
+        if (row.frameWidth < 1 || row.frameHeight < 1 || row.frames < 1 || row.height() * 3 > 32767)
             return false;
     return true;
 }
