@@ -10,6 +10,13 @@ namespace {
 // The instance that is being made calls its host before it can be told apart from others.
 thread_local ScriptedHost* hostInConstruction = nullptr;
 
+#if defined(__SANITIZE_ADDRESS__)
+// What libraries keep for good would count as lost once they are unloaded.
+constexpr int kStaysLoaded = RTLD_NODELETE;
+#else
+constexpr int kStaysLoaded = 0;
+#endif
+
 constexpr char kHostVendor[] = "Kelda Works";
 constexpr char kHostProduct[] = "Scripted Host";
 constexpr int kMostFaults = 20;
@@ -26,7 +33,7 @@ ScriptedHost::~ScriptedHost()
 
 bool ScriptedHost::load(const std::string& path, const Setup& wanted)
 {
-    module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | kStaysLoaded);
     if (!module) {
         problem = dlerror();
         return false;

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cairo.h>
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -83,10 +85,12 @@ public:
         if (!keysIn.empty())
             drawKeysIn();
         drawWave();
+        errno = 0;
         const cairo_status_t status = cairo_surface_write_to_png(surface.get(), path.c_str());
-        return status == CAIRO_STATUS_SUCCESS
-            ? ""
-            : "cannot write " + path + ": " + cairo_status_to_string(status);
+        if (status == CAIRO_STATUS_SUCCESS)
+            return {};
+        return "cannot write " + path + ": "
+            + (errno ? std::strerror(errno) : cairo_status_to_string(status));
     }
 
 private:

@@ -81,7 +81,7 @@ public:
     bool getParameterProperties(VstInt32, VstParameterProperties*) override { return true; }
     VstIntPtr vendorSpecific(VstInt32 index, VstIntPtr value, void*, float) override
     {
-        return index + value;
+        return index ^ value;
     }
 
     std::vector<std::string> calls;
@@ -156,7 +156,7 @@ TEST(Effect, OpcodesReachTheirOperationsWithTheirArguments)
     EXPECT_EQ(ask(effect, effSetChunk, 1, 7, outputs), 1);
     EXPECT_EQ(ask(effect, effProcessEvents, 0, 0, events.list()), 1);
     EXPECT_EQ(ask(effect, effGetOutputProperties, 1, 0, &pin), 1);
-    EXPECT_EQ(ask(effect, effVendorSpecific, 5, 6), 11);
+    EXPECT_EQ(ask(effect, effVendorSpecific, 5, 6), 3);
     effect.getAeffect()->processReplacing(effect.getAeffect(), nullptr, outputs, 64);
     EXPECT_THAT(effect.calls,
         ElementsAre("open", "rate 48000", "block 256", "resume", "suspend", "program 3", "preset 7",
