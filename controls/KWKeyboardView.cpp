@@ -59,6 +59,7 @@ void KWKeyboardView::draw(CDrawContext* context)
     if (!isLive() || hidden || !keyState || !whiteLeft || !blackKey)
         return;
     lastKeys = keyState->words();
+    lastClasses = classes();
     lastBaseNote = base();
     drawWhiteKeys(context);
     drawBlackKeys(context);
@@ -197,13 +198,23 @@ CMouseEventResult KWKeyboardView::onMouseUp(const CPoint&, int)
     return kMouseEventHandled;
 }
 
+std::array<uint8_t, KWKeyState::kNotes> KWKeyboardView::classes() const
+{
+    std::array<uint8_t, KWKeyState::kNotes> all{};
+    for (int note = 0; note < KWKeyState::kNotes; ++note)
+        all[static_cast<size_t>(note)] = static_cast<uint8_t>(keyState->classOf(note));
+    return all;
+}
+
 void KWKeyboardView::updateControl(void* context)
 {
     if (hidden)
         return;
     if (keyState && isLive()) {
         const bool notesMoved = keyState->words() != lastKeys;
-        if (base() != lastBaseNote)
+        // The zones change with the keyboard mode, and the engine may name them after the first
+        // paint.
+        if (base() != lastBaseNote || classes() != lastClasses)
             setDirty(true);
         if (notesMoved || isDirty()) {
             if (context) {

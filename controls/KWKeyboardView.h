@@ -2,10 +2,9 @@
 #pragma once
 
 #include "controls/KWControl.h"
+#include "data/KWKeyState.h"
 
 #include <array>
-
-class KWKeyState;
 
 class KWKeyListener {
 public:
@@ -50,12 +49,14 @@ public:
 private:
     int keyWidth() const;
     float base() const;
+    std::array<uint8_t, KWKeyState::kNotes> classes() const;
     void drawWhiteKeys(CDrawContext* context);
     void drawBlackKeys(CDrawContext* context);
     void press(int note, int velocity, bool holds);
     void pick(int note);
 
     std::array<uint32_t, 4> lastKeys{};
+    std::array<uint8_t, KWKeyState::kNotes> lastClasses{};
     float lastBaseNote = -1.0f;
     int currentNote = -1;
     bool mouseDown = false;

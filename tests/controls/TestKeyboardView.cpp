@@ -51,6 +51,15 @@ TEST_F(Keyboard, FindsEveryKeyOfAnOctaveWithTheBlackOnesOnTop)
     EXPECT_EQ(view->noteAt(whiteKey(0)), 0);
 }
 
+TEST_F(Keyboard, AZoneThatIsNamedAfterTheFirstPaintIsShown)
+{
+    EXPECT_EQ(shownFrame(106, 145), 0);
+    keys.setClass(24, 4);
+    keys.setClass(25, 2);
+    EXPECT_EQ(shownFrame(106, 145), 4);
+    EXPECT_EQ(shownFrame(112, 110), 2);
+}
+
 TEST_F(Keyboard, APressPostsANoteLouderTheLowerItIs)
 {
     user.press(whiteKey(0, 0));
