@@ -80,9 +80,12 @@ void drawField(Paint& paint, int)
     const double w = paint.width() - (paint.width() == kSynthPresetWidth ? 7 : 0);
     const double h = paint.height();
     const bool preset = paint.width() == kPresetWidth;
-    if (h < 14)
+    if (h < 14) {
+        // The scale's names are long, and its arrow buttons stand on both sides: no arrow.
         paint.rounded(0, 0, w, h, kFieldRadius, kWell);
-    else if (!preset)
+        return;
+    }
+    if (!preset)
         well(paint, 0, 0, w, h);
     drawIcon(paint, Icon::DropDown, w - (preset ? 13 : 8), h / 2 + 0.5, preset ? 8 : 7, kLabel);
 }

@@ -76,6 +76,21 @@ void dashes(Paint& paint, double top, double height)
         paint.rect(kGridLeft + i * kCell + 7, top + height / 2 - 0.5, 3, 1, kDash);
 }
 
+// What stands where a track has no loop and no order of its own: it follows the others.
+void sharedLoops(Paint& paint)
+{
+    for (const double top : {50.0, 159.0, 269.0, 379.0, 489.0})
+        for (int i = 0; i < kSteps; ++i)
+            paint.rounded(kGridLeft + i * kCell + 1, top + 3, 16, 3, 1.5, kLoopRest);
+    constexpr struct {
+        double x, y;
+    } kOrders[] = {{132, 64}, {132, 180}, {132, 283}, {87, 414}, {132, 506}};
+    for (const auto& order : kOrders) {
+        paint.frame(order.x, order.y, 23, 23, 3, kHairline);
+        paint.rect(order.x + 9, order.y + 11, 5, 1, kDisabled);
+    }
+}
+
 void grids(Paint& paint)
 {
     wellCells(paint, 59, 124);
@@ -211,6 +226,7 @@ void drawBackground(Paint& paint, int)
     head(paint);
     for (const Box& box : kBands)
         band(paint, box);
+    sharedLoops(paint);
     grids(paint);
     leftColumn(paint);
     gridLabels(paint);
