@@ -74,7 +74,7 @@ std::string KWDisplay::valueText() const
     char buffer[kValueTextSize] = {};
     if (valueToString) {
         valueToString(getValue(), buffer);
-        return prefix + buffer;
+        return prefix + buffer + unit;
     }
     if (intValue) {
         std::snprintf(buffer, sizeof buffer, "%d", static_cast<int>(getValue()));

@@ -88,8 +88,10 @@ void KWListLineViewMenu::drawCell(CDrawContext* context, int index, bool chosen)
     const CRect cell = cellRect(index);
     const bool under = index == hoverCell;
     if (selection) {
-        if (chosen || under)
-            selection->drawTransparent(context, cell, {0, chosen ? 0 : cellHeight});
+        if (chosen)
+            selection->drawTransparent(context, cell, {0, 0});
+        if (under)
+            selection->drawTransparent(context, cell, {0, cellHeight});
     } else {
         CRect inner = cell;
         inner.inset(1, 1);
@@ -100,8 +102,8 @@ void KWListLineViewMenu::drawCell(CDrawContext* context, int index, bool chosen)
         if (under)
             context->drawRoundRect(inner, kCellRadius, kDrawStroked);
     }
-    if (!owner)
-        return;
+    if (!owner || background)
+        return; // its pictures are part of the background
     const int choice = isShiftedByOne ? index + 1 : index;
     CBitmap* const glyphs = owner->strip;
     if (choice == 0) {

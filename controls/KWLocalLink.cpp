@@ -29,8 +29,9 @@ void KWLocalLink::draw(CDrawContext* context)
         const int frames = bitmap->getHeight() / std::max(size.height(), 1);
         drawFrameOf(context, bitmap, size, pressed && frames > 1 ? size.height() : 0);
     } else {
-        context->setFillColor(pressed ? look::kPressed : look::kRaised);
-        context->setFrameColor(look::kRaisedFrame);
+        const CColor body = hovered ? look::kRaisedHover : look::kRaised;
+        context->setFillColor(pressed ? look::kPressed : body);
+        context->setFrameColor(hovered ? look::kFrameHover : look::kRaisedFrame);
         context->drawRoundRect(size, kRadius, kDrawFilledAndStroked);
         context->setFont(font, fontSize);
         context->setFontColor(textColor);
@@ -51,6 +52,20 @@ CMouseEventResult KWLocalLink::onMouseDown(const CPoint& where, int)
 CMouseEventResult KWLocalLink::onMouseMoved(const CPoint&, int)
 {
     return pressed ? kMouseEventHandled : kMouseEventNotHandled;
+}
+
+CMouseEventResult KWLocalLink::onMouseEntered(const CPoint& where, int buttons)
+{
+    hovered = true;
+    setDirty(true);
+    return KWControl::onMouseEntered(where, buttons);
+}
+
+CMouseEventResult KWLocalLink::onMouseExited(const CPoint& where, int buttons)
+{
+    hovered = false;
+    setDirty(true);
+    return KWControl::onMouseExited(where, buttons);
 }
 
 CMouseEventResult KWLocalLink::onMouseUp(const CPoint& where, int)

@@ -15,6 +15,9 @@ public:
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
 
+    CMouseEventResult onMouseEntered(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseExited(const CPoint& where, int buttons) override;
+
     // Opens `path`: the desktop's way at first.
     using Opener = bool (*)(const std::string& target);
     Opener opener;
@@ -23,4 +26,5 @@ public:
 
 private:
     bool pressed = false;
+    bool hovered = false;
 };

@@ -70,6 +70,20 @@ CMouseEventResult KWOptionMenu::onMouseDown(const CPoint& where, int buttons)
     return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
 }
 
+CMouseEventResult KWOptionMenu::onMouseEntered(const CPoint& where, int buttons)
+{
+    hovered = true;
+    setDirty(true);
+    return KWControl::onMouseEntered(where, buttons);
+}
+
+CMouseEventResult KWOptionMenu::onMouseExited(const CPoint& where, int buttons)
+{
+    hovered = false;
+    setDirty(true);
+    return KWControl::onMouseExited(where, buttons);
+}
+
 bool KWOptionMenu::onWheel(const CPoint& where, float distance, int)
 {
     if (open)

@@ -76,6 +76,8 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseEntered(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseExited(const CPoint& where, int buttons) override;
     using CView::onWheel;
     bool onWheel(const CPoint& where, float distance, int buttons) override;
     void setValue(float newValue) override;
@@ -227,4 +229,5 @@ private:
     bool entryTaken = false;
     bool ignoreNextUp = false;
     bool moved = false;
+    bool hovered = false;
 };

@@ -13,6 +13,7 @@ constexpr int kRestInset = 4;
 constexpr int kCheckWidth = 12;
 constexpr int kArrowWidth = 10;
 constexpr double kRadius = 3;
+constexpr double kFieldRadius = 2.5;
 
 // The check mark and the arrow of a sub-menu where no bitmap is given.
 void drawCheck(CDrawContext* context, const CRect& row)
@@ -43,6 +44,10 @@ void KWOptionMenu::draw(CDrawContext* context)
     } else {
         context->setFillColor(hasStyle(kAlternateBack) ? alternateBackColor : backColor);
         context->drawRect(size, kDrawFilled);
+    }
+    if (hovered || open) {
+        context->setFrameColor(look::kFrameHover);
+        context->drawRoundRect(size, kFieldRadius, kDrawStroked);
     }
     CRect rect = size;
     rect.inset(kRestInset, 0);

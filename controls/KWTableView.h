@@ -128,8 +128,9 @@ private:
     std::vector<float> snapshot; // normalised, from the press of a tilt
     std::vector<float> stepCache;
     KWControl* popupControl = nullptr;
-    CPoint mouseDownPoint; // last position seen
-    CPoint mousePoint;     // position at the press plus all motion since
+    CControl* pressedButton = nullptr; // the child button that has the press
+    CPoint mouseDownPoint;             // last position seen
+    CPoint mousePoint;                 // position at the press plus all motion since
     float pressValue = 0;
     float dragValue = 0;
     float lastRunningValue = -1;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 constexpr int kPopupMode = 2;
@@ -42,8 +43,11 @@ CMouseEventResult KWTableView::onMouseDown(const CPoint& where, int buttons)
     if (has(kTableToggle))
         return pressToggle(where);
     for (CControl* button : childButtons) {
-        if (button && button->hitTest(where, 0))
-            return button->onMouseDown(where, buttons);
+        if (!button || !button->hitTest(where, 0))
+            continue;
+        const CMouseEventResult result = button->onMouseDown(where, buttons);
+        pressedButton = result == kMouseEventHandled ? button : nullptr;
+        return result;
     }
     beginStepEdit(where, buttons);
     return kMouseEventHandled;
@@ -128,6 +132,8 @@ void KWTableView::takeSnapshot()
 
 CMouseEventResult KWTableView::onMouseMoved(const CPoint& where, int buttons)
 {
+    if (pressedButton)
+        return pressedButton->onMouseMoved(where, buttons);
     if (!mouseIsDown || !table)
         return kMouseEventNotHandled;
     const int dx = where.x - mouseDownPoint.x;
@@ -252,8 +258,10 @@ void KWTableView::paintRamp()
     }
 }
 
-CMouseEventResult KWTableView::onMouseUp(const CPoint&, int buttons)
+CMouseEventResult KWTableView::onMouseUp(const CPoint& where, int buttons)
 {
+    if (pressedButton)
+        return std::exchange(pressedButton, nullptr)->onMouseUp(where, buttons);
     const bool wasDown = mouseIsDown;
     mouseIsDown = false;
     altDrag = false;

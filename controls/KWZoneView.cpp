@@ -92,17 +92,17 @@ void KWZoneView::drawColumn(CDrawContext* context, int column, int start, int en
     if (column >= start && column <= end)
         picture = column == start ? kLeftCap : column == end ? kRightCap : kInside;
     if (column != start || column != end) {
-        drawFrameOf(context, strip, cell, picture * height);
+        drawFrameOf(context, strip, cell, (firstFrame + picture) * height);
         return;
     }
     // A loop of one step has both its ends in one cell.
     const int middle = cell.left + cell.width() / 2;
     const int right = cell.right;
     cell.right = middle;
-    drawFrameOf(context, strip, cell, kLeftCap * height);
+    drawFrameOf(context, strip, cell, (firstFrame + kLeftCap) * height);
     cell.left = middle;
     cell.right = right;
-    const CPoint offset(middle - columnLeft(column), kRightCap * height);
+    const CPoint offset(middle - columnLeft(column), (firstFrame + kRightCap) * height);
     if (getTransparency())
         strip->drawTransparent(context, cell, offset);
     else

@@ -28,6 +28,7 @@ public:
     KWZoneHandlerContainer* handler;
     const Crossing<float>* firstZone = nullptr; // index of the first column; null for 0
     CBitmap* strip = nullptr;                   // outside, left cap, inside, right cap
+    int firstFrame = 0;                         // where those four begin: a set for each hue
     CColor cellColor;
     CColor zoneColor;
     int headerHeight = 48; // the bar's height at most; a higher view shows grey cells below it
