@@ -57,10 +57,10 @@ void drawSwing(Paint& paint, int frame)
 void drawModSelect(Paint& paint, int frame)
 {
     well(paint, 0, 0, 31, 89);
-    for (int row = 1; row < 8; ++row)
-        if (row != frame && row != frame + 1)
-            paint.rect(3, 85 - row * 10, 25, 1, mix(kWell, kHairline, 0.7));
-    paint.rounded(1, 74 - frame * 10, 29, 12, 2, kModulation);
+    // Tinted and not filled: the values on all rows are printed in one colour.
+    const double top = 74 - frame * 10;
+    paint.rounded(1, top, 29, 12, 2, mix(kWell, kModulation, 0.38));
+    paint.rounded(1, top, 4, 12, 2, kModulation);
 }
 
 void drawBars(Paint& paint, int frame)
