@@ -207,7 +207,8 @@ TEST_F(Displays, TheTextIsBuiltFromFormatPrefixAndUnit)
     EXPECT_EQ(shown->valueText(), "time   0.5 s");
     shown->valueToString = percent;
     shown->prefix = "Level  ";
-    EXPECT_EQ(shown->valueText(), "Level  50 %");
+    shown->unit = " full";
+    EXPECT_EQ(shown->valueText(), "Level  50 % full");
     shown->valueToString = nullptr;
     shown->intValue = true;
     shown->prefix.clear();
