@@ -18,6 +18,8 @@ constexpr char kExamples[] = R"(Examples:
       more swing and another step length (tags as --list prints them)
   ormund-render --midi-in keys.mid --png keys.png
       plays a MIDI file into the plug-in
+  ormund-render --describe bass.kwe
+      prints what a preset holds
 )";
 
 // "TAG=VALUE" with a tag of 0 to 585 and a value of 0 to 1.
@@ -76,6 +78,10 @@ std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions
     app.add_option("--plugin", options.plugin, "Play this module, not the installed one")
         ->type_name("FILE");
     app.add_flag("--list", options.list, "Print all parameters and end");
+    auto* describe =
+        app.add_option("--describe", options.describe, "Print what a kwe, kws or kwm holds")
+            ->type_name("FILE");
+    app.add_flag("--json", options.json, "Print it as JSON")->needs(describe);
 
     const auto refuse = [](const std::string& why) {
         std::fprintf(stderr, "ormund-render: %s\n", why.c_str());
@@ -95,7 +101,7 @@ std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions
                 "--set takes TAG=VALUE, a tag of 0 to 585 and a value of 0 to 1, not " + text);
         options.settings.push_back(setting);
     }
-    if (!options.list && !options.rendersAnything())
+    if (!options.list && options.describe.empty() && !options.rendersAnything())
         return refuse("nothing to write: give --wav, --midi, --png or --save (--help tells more)");
     return {};
 }

@@ -28,6 +28,8 @@ struct RenderOptions {
     std::string save; // kwe or kws
 
     bool list = false;
+    std::string describe; // kwe, kws or kwm
+    bool json = false;
     bool rendersAnything() const
     {
         return !(wav.empty() && midi.empty() && png.empty() && save.empty());

@@ -35,17 +35,6 @@ std::string ownModule(const RenderOptions& options)
                                        : (folder / "../lib/vst/ormund-vst2.so").string();
 }
 
-std::string readFile(const std::string& path, std::vector<uint8_t>& bytes)
-{
-    errno = 0;
-    std::error_code isFolder;
-    std::ifstream file(path, std::ios::binary);
-    if (!file || fs::is_directory(path, isFolder))
-        return "cannot read " + path + ": " + std::strerror(errno ? errno : EISDIR);
-    bytes.assign(std::istreambuf_iterator<char>(file), {});
-    return {};
-}
-
 // Loads or saves through the plug-in itself and gives its own words when it refuses.
 std::string throughDoor(
     ScriptedHost& host, VstIntPtr code, const std::string& path, const char* verb)
@@ -254,6 +243,17 @@ MidiFile midiOf(const Rendering& rendering)
     }
     file.endTick = file.tickOf(rendering.allBeats);
     return file;
+}
+
+std::string readFile(const std::string& path, std::vector<uint8_t>& bytes)
+{
+    errno = 0;
+    std::error_code isFolder;
+    std::ifstream file(path, std::ios::binary);
+    if (!file || fs::is_directory(path, isFolder))
+        return "cannot read " + path + ": " + std::strerror(errno ? errno : EISDIR);
+    bytes.assign(std::istreambuf_iterator<char>(file), {});
+    return {};
 }
 
 std::string writeFile(const std::string& path, const std::vector<uint8_t>& bytes)

@@ -35,5 +35,6 @@ std::string render(const RenderOptions& options, Rendering& result);
 
 MidiFile midiOf(const Rendering& rendering);
 
-// Writes a whole file. Empty, or what went wrong.
+// Whole files. Empty, or what went wrong.
+std::string readFile(const std::string& path, std::vector<uint8_t>& bytes);
 std::string writeFile(const std::string& path, const std::vector<uint8_t>& bytes);

@@ -1,4 +1,5 @@
 // ormund-render: the plug-in without a host, from the command line.
+#include "apps/ormund-render/Description.h"
 #include "apps/ormund-render/ParameterList.h"
 #include "apps/ormund-render/PianoRoll.h"
 #include "apps/ormund-render/Rendering.h"
@@ -33,7 +34,8 @@ int main(int count, char** arguments)
             printParameterList();
             return 0;
         }
-        const std::string problem = run(options);
+        const std::string problem =
+            options.describe.empty() ? run(options) : describeFile(options.describe, options.json);
         if (problem.empty())
             return 0;
         std::fprintf(stderr, "ormund-render: %s\n", problem.c_str());

@@ -194,6 +194,33 @@ TEST_F(Renderer, SavesWhatItPlaysAndPlaysWhatItSaved)
     EXPECT_EQ(bytesOf(again), bytesOf(preset));
 }
 
+TEST_F(Renderer, DescribesAPresetAndWhereADamagedOneBreaks)
+{
+    const std::string preset = home.file("song.kwe");
+    ASSERT_EQ(run("--bars 0.25 --set 1=0.09 --save " + preset).code, 0);
+    const Outcome text = run("--describe " + preset);
+    EXPECT_EQ(text.code, 0);
+    EXPECT_THAT(text.text, HasSubstr("name=Scale"));
+    EXPECT_THAT(text.text, HasSubstr("Phrygian"));
+    const Outcome json = run("--describe " + preset + " --json");
+    EXPECT_EQ(json.code, 0);
+    EXPECT_THAT(json.text, StartsWith("{"));
+    EXPECT_THAT(json.text, HasSubstr("\"what\": \"pitch\""));
+
+    const auto whole = bytesOf(preset);
+    for (const size_t words : {0u, 3u, 8u, 9u, 40u, 1000u}) {
+        const std::string cut = home.file("cut.kwe");
+        std::ofstream(cut, std::ios::binary)
+            .write(reinterpret_cast<const char*>(whole.data()), static_cast<long>(4 * words));
+        const Outcome broken = run("--describe " + cut);
+        EXPECT_EQ(broken.code, 1) << words;
+        EXPECT_THAT(broken.text, HasSubstr("damaged at word " + std::to_string(words)));
+    }
+    const std::string other = home.file("other.kwe");
+    std::ofstream(other) << "twenty bytes of text";
+    EXPECT_THAT(run("--describe " + other).text, HasSubstr("no file of Ormund's at word 4"));
+}
+
 TEST_F(Renderer, DrawsWhatWasPlayed)
 {
     const std::string path = home.file("a.png");
