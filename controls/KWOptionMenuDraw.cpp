@@ -33,6 +33,20 @@ void drawArrow(CDrawContext* context, const CRect& row)
     context->drawPolygon({{x, y - 3}, {x + 3, y}, {x, y + 3}}, kDrawStroked);
     context->setLineWidth(1);
 }
+// An arrow bitmap may hold two frames: the mark of a sub-menu, and of a field that drops down.
+int arrowHeight(const CBitmap& bitmap)
+{
+    return bitmap.getHeight() == 2 * bitmap.getWidth() ? bitmap.getWidth() : bitmap.getHeight();
+}
+
+void drawArrowBitmap(CDrawContext* context, CBitmap* bitmap, const CRect& place, bool dropDown)
+{
+    const int height = arrowHeight(*bitmap);
+    const int y = place.top + (place.height() - height) / 2;
+    const bool isStrip = bitmap->getHeight() >= 2 * height;
+    bitmap->drawTransparent(context, {place.left, y, place.left + bitmap->getWidth(), y + height},
+        {0, dropDown && isStrip ? height : 0});
+}
 } // namespace
 
 void KWOptionMenu::draw(CDrawContext* context)
@@ -52,9 +66,7 @@ void KWOptionMenu::draw(CDrawContext* context)
     CRect rect = size;
     rect.inset(kRestInset, 0);
     if (hasStyle(kTextAfterArrow) && arrowBitmap) {
-        const int y = size.top + (size.height() - arrowBitmap->getHeight()) / 2;
-        const CRect arrow(rect.left, y, rect.left + arrowBitmap->getWidth(), size.bottom);
-        arrowBitmap->drawTransparent(context, arrow);
+        drawArrowBitmap(context, arrowBitmap, rect, true);
         rect.left += arrowBitmap->getWidth();
     }
     rect.left += textOffset;
@@ -152,9 +164,8 @@ void KWOptionMenu::drawRow(CDrawContext* context, int index, const CRect& row)
         const int width = arrowBitmap ? arrowBitmap->getWidth() : kArrowWidth;
         text.right -= width;
         if (arrowBitmap)
-            arrowBitmap->drawTransparent(context,
-                {row.right - width, row.top + (row.height() - arrowBitmap->getHeight()) / 2,
-                    row.right, row.bottom});
+            drawArrowBitmap(
+                context, arrowBitmap, {row.right - width, row.top, row.right, row.bottom}, false);
         else
             drawArrow(context, row);
     }
