@@ -140,8 +140,10 @@ void KWOptionMenu::drawRow(CDrawContext* context, int index, const CRect& row)
     if (listBitmap)
         listBitmap->draw(context, row);
     if (lit) {
+        CRect fill = row; // inside the sheet's frame
+        fill.inset(2, 0);
         context->setFillColor(selectedBackColor);
-        context->drawRect(row, kDrawFilled);
+        context->drawRoundRect(fill, 2, kDrawFilled);
     }
     if (entry.isTitle && index > 0) {
         context->setFrameColor(separatorColor);

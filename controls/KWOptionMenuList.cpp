@@ -75,7 +75,7 @@ int KWOptionMenu::widestRow() const
     }
     int width = static_cast<int>(std::ceil(widest)) + checkColumn();
     width = std::max(width, size.width() - leftMargin - rightMargin - kTextMargin);
-    width += leftMargin + rightMargin + kTextMargin;
+    width += leftMargin + rightMargin + kTextMargin + textOffset;
     if (hasStyle(kWider))
         width += kWiderBy;
     if (branches)

@@ -359,7 +359,7 @@ TEST_F(Menu, ItFollowsItsSourceAndTheSheetIsDrawnAboveOthersAndGoesAgain)
     user.move(middleOf(*speeds, 2));
     idle();
     const CRect row = speeds->rowRect(2);
-    EXPECT_EQ(window->pixel(row.left + 1, row.top + 2), 0x9B7EDEu);
+    EXPECT_EQ(window->pixel(row.left + 5, row.top + 3), 0x9B7EDEu);
     user.key({.key = CKey::Escape});
     idle();
     EXPECT_EQ(window->pixel(23, 90), 0u);
