@@ -151,6 +151,7 @@ void drawRandomCell(Paint& paint, int frame)
 
 // Keyboard.cpp
 void drawKeyboardMode(Paint& paint, int frame);
+void drawKeyboardTwin(Paint& paint, int frame);
 void drawWhiteKey(Paint& paint, int frame);
 void drawBlackKey(Paint& paint, int frame);
 void drawKeyMark(Paint& paint, int frame);

@@ -73,6 +73,16 @@ void drawKeyboardMode(Paint& paint, int frame)
         bracket(paint, zone);
 }
 
+// Lies over the bar with the same rectangle, so it lets it show and only answers the mouse.
+void drawKeyboardTwin(Paint& paint, int frame)
+{
+    const Look look = buttonFrame(frame).look;
+    if (look == Look::Hover)
+        paint.rounded(2, 2, 79, 14, kFieldRadius, kWhite.faded(0.09));
+    else if (look == Look::Pressed)
+        paint.rounded(2, 2, 79, 14, kFieldRadius, kBlack.faded(0.25));
+}
+
 void drawWhiteKey(Paint& paint, int frame)
 {
     const Zone zone = zoneOf(frame);

@@ -60,13 +60,7 @@ void drawChoiceMark(Paint& paint, int frame)
     }
 }
 
-void drawMenuArrow(Paint& paint, int frame)
-{
-    if (frame == 0)
-        drawIcon(paint, Icon::Next, 4, 4, 7, kIcon, 1.5);
-    else
-        drawIcon(paint, Icon::DropDown, 4, 4, 7.5, kLabel);
-}
+void drawMenuArrow(Paint& paint, int) { drawIcon(paint, Icon::Next, 4, 4, 7, kIcon, 1.5); }
 
 void drawMenuRow(Paint& paint, int) { paint.rect(0, 0, paint.width(), paint.height(), kMenu); }
 

@@ -311,7 +311,7 @@ std::unique_ptr<Image> panelPicture(double scale, Page page)
     constexpr int kValues[] = {81, 64, 103, 22, 0, 127, 40, 64};
     for (int track = 0; track < 8; ++track)
         panel.print(std::to_string(kValues[track]), 46, 560.5 - 10 * track,
-            track == 2 ? kText : kBodyText, 9, Align::Right);
+            track == 2 ? kDarkInk : kBodyText, 9, Align::Right);
     return panel.take();
 }
 

@@ -57,10 +57,7 @@ void drawSwing(Paint& paint, int frame)
 void drawModSelect(Paint& paint, int frame)
 {
     well(paint, 0, 0, 31, 89);
-    // Tinted and not filled: the values on all rows are printed in one colour.
-    const double top = 74 - frame * 10;
-    paint.rounded(1, top, 29, 12, 2, mix(kWell, kModulation, 0.38));
-    paint.rounded(1, top, 4, 12, 2, kModulation);
+    paint.rounded(1, 74 - frame * 10, 29, 12, 2, kModulation);
 }
 
 void drawBars(Paint& paint, int frame)
