@@ -1,0 +1,51 @@
+#include "data/StateDescription.h"
+#include "data/ChunkFormat.h"
+#include "tests/data/SongSupport.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+using testing::HasSubstr;
+
+TEST(StateDescription, TellsEveryWordOfAFileOnce)
+{
+    const auto song = std::make_unique<DetachedSong>();
+    randomise(*song, 11);
+    for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth}) {
+        const Words words = saved(*song, kind);
+        // The ending may lie: a whole file tells by itself which it is.
+        const StateDescription told(words, "kws");
+        EXPECT_FALSE(told.isBroken());
+        size_t next = 0;
+        for (const WordNote& note : told.notes()) {
+            ASSERT_EQ(note.word, next) << note.meaning;
+            next += note.count;
+        }
+        EXPECT_EQ(next, words.size());
+        const auto json = nlohmann::json::parse(told.json());
+        EXPECT_EQ(json["kind"],
+            kind == PresetKind::Global ? "global preset (kwe)" : "synth preset (kws)");
+        EXPECT_EQ(json["parameters"].size(), kind == PresetKind::Global ? 117u : 23u);
+        EXPECT_THAT(told.text(), HasSubstr("name=Filter_Cutoff"));
+    }
+}
+
+TEST(StateDescription, TellsADamagedFileAsFarAsItReads)
+{
+    const auto song = std::make_unique<DetachedSong>();
+    randomise(*song, 12);
+    const Words good = saved(*song);
+    for (size_t count = 0; count < good.size(); count += 41) {
+        const StateDescription told({good.begin(), good.begin() + static_cast<long>(count)}, "kwe");
+        ASSERT_TRUE(told.isBroken());
+        ASSERT_LE(told.brokenWord(), count);
+        ASSERT_FALSE(nlohmann::json::parse(told.json())["broken"]["reason"].empty());
+    }
+    Words bad = good;
+    bad[10] = 0x7FFFFFFF;
+    const StateDescription told(bad, "kwe");
+    EXPECT_EQ(told.brokenWord(), 10u);
+    EXPECT_THAT(told.text(), HasSubstr("a record is longer than the file"));
+    EXPECT_THAT(told.text(), HasSubstr("tempo="));
+}
