@@ -266,7 +266,7 @@ private:
             fill(isBlackKey(pitch) ? colour(0x2A2E36) : colour(0xC9CDD3), 1);
             box(kGutter - 34, rowTop(pitch) + 0.5, 30, row - 1);
             if (pitch % 12 == 0) {
-                fill(kText, 0.75);
+                fill(kText, rowTop(pitch) - top < 20 ? 0 : 0.75); // clear of the lane's own label
                 writeRight(std::string("C").append(std::to_string(pitch / 12 - 1)), kGutter - 40,
                     rowTop(pitch) + row / 2 + 4, 12);
                 fill(kText, 0.10);
@@ -357,7 +357,8 @@ private:
         for (const PlayedNote& key : keysIn) {
             fill(kPerformance, 0.5 + 0.5 * key.velocity / 127.0);
             const double width = std::max(3.0, x(key.end) - x(key.start) - 1);
-            roundBox(x(key.start), top + 4 + (high - key.pitch) * row, width, row - 1, 2);
+            roundBox(
+                x(key.start), top + 4 + (high - key.pitch) * row, width, std::max(4.0, row - 1), 2);
         }
         top += kKeysInHeight + kGap;
     }
