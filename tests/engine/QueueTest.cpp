@@ -126,7 +126,8 @@ TEST(NoteSchedule, ASoundingNoteEndsBeforeItsSuccessorStarts)
 
 TEST(NoteSchedule, EveryStartHasOneEndWhateverIsAdded)
 {
-    std::mt19937 random(11);
+    std::mt19937 generator(11);
+    const auto random = [&] { return static_cast<unsigned>(generator()); };
     ScheduleRun run;
     run.resets = false;
     for (int step = 0; step < 20000; ++step) {
