@@ -124,7 +124,7 @@ private:
 
     void disturb()
     {
-        const unsigned dice = random() % 100;
+        const auto dice = static_cast<unsigned>(random() % 100);
         const float value = static_cast<float>(random() % 1000) / 999.0f;
         if (dice < 20)
             engine.setParameter(static_cast<int>(random() % 46), value);
