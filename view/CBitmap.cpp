@@ -60,13 +60,13 @@ CBitmap::CBitmap(int bitmapWidth, int bitmapHeight, const CColor& fill)
     images.push_back({1, surface});
 }
 
-CBitmap* CBitmap::fromPng(const void* data, size_t bytes, double pngScale)
+cairo_surface_t* CBitmap::decode(const void* data, size_t bytes)
 {
     PixelImage decoded;
     if (!decodePng({static_cast<const uint8_t*>(data), bytes}, decoded))
         return nullptr;
-    cairo_surface_t* surface =
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, decoded.width, decoded.height);
+    cairo_surface_t* surface
+        = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, decoded.width, decoded.height);
     cairo_surface_flush(surface);
     unsigned char* target = cairo_image_surface_get_data(surface);
     const int stride = cairo_image_surface_get_stride(surface);
@@ -75,6 +75,14 @@ CBitmap* CBitmap::fromPng(const void* data, size_t bytes, double pngScale)
         std::memcpy(target + static_cast<long>(y) * stride,
             &decoded.pixels[static_cast<size_t>(y) * rowPixels], rowPixels * 4);
     cairo_surface_mark_dirty(surface);
+    return surface;
+}
+
+CBitmap* CBitmap::fromPng(const void* data, size_t bytes, double pngScale)
+{
+    cairo_surface_t* surface = decode(data, bytes);
+    if (!surface)
+        return nullptr;
     CBitmap* bitmap = fromSurface(surface, pngScale);
     cairo_surface_destroy(surface);
     return bitmap;
