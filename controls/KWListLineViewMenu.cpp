@@ -14,6 +14,7 @@ constexpr double kRadius = 3;
 constexpr double kCellRadius = 2;
 constexpr int kTextSize = 11;
 constexpr int kMotion = 2;
+constexpr int kChosenAlpha = 107;
 } // namespace
 
 KWListLineViewMenu::KWListLineViewMenu(
@@ -95,11 +96,11 @@ void KWListLineViewMenu::drawCell(CDrawContext* context, int index, bool chosen)
     } else {
         CRect inner = cell;
         inner.inset(1, 1);
-        context->setFillColor(hue);
-        context->setFrameColor(under && !chosen ? hue : look::kMenuFrame);
+        context->setFillColor(hue.withAlpha(kChosenAlpha)); // the glyph stays to be seen
+        context->setFrameColor(under ? look::kText : hue);
         if (chosen)
             context->drawRoundRect(inner, kCellRadius, kDrawFilled);
-        if (under)
+        if (chosen || under)
             context->drawRoundRect(inner, kCellRadius, kDrawStroked);
     }
     if (!owner || background)
@@ -108,7 +109,7 @@ void KWListLineViewMenu::drawCell(CDrawContext* context, int index, bool chosen)
     CBitmap* const glyphs = owner->strip;
     if (choice == 0) {
         context->setFont(font, kTextSize);
-        context->setFontColor(chosen ? look::kInk : look::kText);
+        context->setFontColor(look::kText);
         context->drawString(zeroText, cell, false, kCenterText);
     } else if (glyphs) {
         const int height = owner->getHeight();
