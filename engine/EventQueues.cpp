@@ -115,9 +115,9 @@ bool OutgoingList::append(int status, int data1, int data2)
         return false;
     VstMidiEvent& event = events[slot(eventCount++)];
     event.deltaFrames = eventDelta;
-    event.midiData[0] = static_cast<char>(status);
-    event.midiData[1] = static_cast<char>(data1 & 0x7f);
-    event.midiData[2] = static_cast<char>(data2 & 0x7f);
+    event.midiData[0] = static_cast<uint8_t>(status);
+    event.midiData[1] = static_cast<uint8_t>(data1 & 0x7f);
+    event.midiData[2] = static_cast<uint8_t>(data2 & 0x7f);
     return true;
 }
 

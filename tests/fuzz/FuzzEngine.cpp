@@ -65,7 +65,7 @@ void send(KWUniClient& engine, Bytes& bytes)
     event.byteSize = sizeof event;
     event.deltaFrames = bytes.take<int16_t>();
     for (int i = 0; i < 3; ++i)
-        event.midiData[i] = static_cast<char>(bytes.next());
+        event.midiData[i] = bytes.next();
     VstEvents list{};
     list.numEvents = 1;
     list.events[0] = reinterpret_cast<VstEvent*>(&event);
