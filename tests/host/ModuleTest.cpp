@@ -24,6 +24,7 @@ const std::string kModule = ORMUND_BIN_DIR "/ormund-vst2.so";
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
+constexpr VstInt32 kDoor = fourCharacters('K', 'W', 'O', 'R');
 constexpr int kRootKey = 0;
 constexpr int kScale = 1;
 constexpr int kPlayButton = 9;
@@ -380,6 +381,51 @@ TEST_F(Module, TheChunkOfOneInstanceMakesAnotherPlayTheSame)
     void* again = nullptr;
     ASSERT_EQ(other.dispatch(effGetChunk, 0, 0, &again), bytes);
     EXPECT_EQ(std::memcmp(again, copy.data(), copy.size()), 0);
+}
+
+TEST_F(Module, ProgramsAreThePresetsOfTheCurrentFolder)
+{
+    const std::string folder = home.file("Kelda Works/Ormund/Global Presets/User/");
+    std::string first = folder + "First.kwe";
+    std::string second = folder + "Second.kwe";
+    set(kRootKey, 0.1f);
+    ASSERT_EQ(host.dispatch(effVendorSpecific, kDoor, 3, first.data()), 1);
+    set(kRootKey, 0.9f);
+    ASSERT_EQ(host.dispatch(effVendorSpecific, kDoor, 3, second.data()), 1);
+
+    ScriptedHost other;
+    start(other, {});
+    ASSERT_EQ(other.dispatch(effVendorSpecific, kDoor, 1, first.data()), 1);
+    EXPECT_EQ(other.dispatch(effGetProgram), 0);
+    EXPECT_EQ(other.text(effGetProgramName), "First");
+    EXPECT_EQ(other.text(effGetProgramNameIndexed, 1), "Second");
+    for (const int outside : {2, 127, 128, -1})
+        EXPECT_EQ(other.text(effGetProgramNameIndexed, outside), "") << outside;
+
+    for (const int program : {1, 128, -1}) // the last two exist nowhere
+        other.dispatch(effSetProgram, 0, program);
+    EXPECT_EQ(other.dispatch(effGetProgram), 1);
+    EXPECT_EQ(other.text(effGetProgramName), "Second");
+    EXPECT_EQ(other.effect()->getParameter(other.effect(), kRootKey), 0.9f);
+}
+
+TEST_F(Module, TheDoorSwitchesOfflineRenderingAndKeepsMessages)
+{
+    ASSERT_EQ(host.dispatch(effVendorSpecific, kDoor, 11, nullptr, 1), 1);
+    host.processLevel = kVstProcessLevelOffline;
+    host.start();
+    host.run(44100);
+    EXPECT_FALSE(noteOns(host.events).empty());
+    host.dispatch(effVendorSpecific, kDoor, 11, nullptr, 0);
+
+    std::string nowhere = home.file("no/such/folder/a.kwe");
+    EXPECT_EQ(host.dispatch(effVendorSpecific, kDoor, 3, nowhere.data()), 0);
+    char message[8192] = {};
+    EXPECT_GT(host.dispatch(effVendorSpecific, kDoor, 8, message), 0);
+    EXPECT_THAT(message, testing::HasSubstr("a.kwe"));
+    EXPECT_EQ(host.dispatch(effVendorSpecific, kDoor, 8, message), 0);
+    EXPECT_EQ(host.dispatch(effVendorSpecific, kDoor + 1, 3, nowhere.data()), 0);
+    EXPECT_EQ(host.dispatch(effVendorSpecific, kDoor, 99, nowhere.data()), 0);
 }
 
 } // namespace
