@@ -1,6 +1,5 @@
 #include "data/Parameters.h"
 
-#include "data/ChoiceArrows.h"
 #include "data/EditButtons.h"
 #include "data/ParameterTable.h"
 
@@ -63,7 +62,7 @@ bool isAction(int tag)
     case Tag::RandomPreset:
         return true;
     default:
-        return editButton(tag) || choiceArrow(tag);
+        return editButton(tag) != nullptr;
     }
 }
 

@@ -73,7 +73,7 @@ constexpr ControlRow menu(int tag, Place place, int bitmap, MenuItems items, flo
 }
 
 constexpr ControlRow steps(ControlClass kind, int tag, Place place, int bitmap, int running,
-    int frames, int group, int flags, ChoiceGrid grid)
+    int frames, int group, int flags, int choices)
 {
     ControlRow row;
     row.tag = tag;
@@ -86,30 +86,29 @@ constexpr ControlRow steps(ControlClass kind, int tag, Place place, int bitmap, 
     row.group = int8_t(group);
     row.binding = Binding::Steps;
     row.flags = uint16_t(flags);
-    row.grid = grid;
+    row.choiceBitmap = int16_t(choices);
     return row;
 }
 
 constexpr ControlRow table(
     int tag, Place place, int bitmap, int frames, int group = 0, int flags = 0)
 {
-    return steps(ControlClass::Table, tag, place, bitmap, 0, frames, group, flags, {});
+    return steps(ControlClass::Table, tag, place, bitmap, 0, frames, group, flags, 0);
 }
 
 constexpr ControlRow switches(int tag, Place place, int bitmap, int running)
 {
-    return steps(ControlClass::SwitchLine, tag, place, bitmap, running, 1, kAlways, 0, {});
+    return steps(ControlClass::SwitchLine, tag, place, bitmap, running, 1, kAlways, 0, 0);
 }
 
-constexpr ControlRow list(
-    int tag, Place place, int bitmap, int running, int frames, ChoiceGrid grid)
+constexpr ControlRow list(int tag, Place place, int bitmap, int running, int frames, int choices)
 {
-    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, kAlways, 0, grid);
+    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, kAlways, 0, choices);
 }
 
 constexpr ControlRow zone(int tag, Place place, int columns, int group = 0)
 {
-    return steps(ControlClass::Zone, tag, place, 1105, 0, columns, group, 0, {});
+    return steps(ControlClass::Zone, tag, place, 1105, 0, columns, group, 0, 0);
 }
 
 constexpr ControlRow marker(int tag, Place place, int group = 0)
@@ -223,22 +222,22 @@ constexpr ControlRow kOpening[] = {
 constexpr FamilyRow kModTrackFamily[] = {
     // clang-format off
     // first second step          place                   bitmap
-    { {  38,  39,  1 }, toggle( 38, { 135, 489, 150, 504 }, 1031, kModTracks) },
-    { {  82, 104, 22 }, push(   82, { 104, 513, 113, 523 }, 1021, kModTracks) },
-    { {  83, 105, 22 }, push(   83, { 122, 513, 131, 523 }, 1022, kModTracks) },
-    { {  84, 106, 22 }, push(   84, { 113, 504, 122, 514 }, 1023, kModTracks) },
-    { {  85, 107, 22 }, push(   85, { 113, 522, 122, 532 }, 1024, kModTracks) },
-    { {  86, 108, 22 }, push(   86, {  57, 506,  80, 529 }, 1013, kModTracks) },
-    { {  87, 109, 22 }, push(   87, {  81, 506, 104, 529 }, 1014, kModTracks) },
-    { {  88, 118, 22 }, push(   88, { 763, 487, 782, 506 }, 1016, kModTracks) },
-    { {  89, 110, 22 }, table(  89, { 172, 499, 748, 564 }, 1064, 66, kModTracks) },
-    { {  98, 120, 22 }, push(   98, { 763, 507, 782, 526 }, 1017, kModTracks) },
-    { {  99, 121, 22 }, push(   99, { 763, 527, 782, 546 }, 1018, kModTracks) },
+    { {  38,  39,  1 }, toggle( 38, { 135, 489, 150, 504 }, 1031, kTrackPages) },
+    { {  82, 104, 22 }, push(   82, { 104, 513, 113, 523 }, 1021, kTrackPages) },
+    { {  83, 105, 22 }, push(   83, { 122, 513, 131, 523 }, 1022, kTrackPages) },
+    { {  84, 106, 22 }, push(   84, { 113, 504, 122, 514 }, 1023, kTrackPages) },
+    { {  85, 107, 22 }, push(   85, { 113, 522, 122, 532 }, 1024, kTrackPages) },
+    { {  86, 108, 22 }, push(   86, {  57, 506,  80, 529 }, 1013, kTrackPages) },
+    { {  87, 109, 22 }, push(   87, {  81, 506, 104, 529 }, 1014, kTrackPages) },
+    { {  88, 118, 22 }, push(   88, { 763, 487, 782, 506 }, 1016, kTrackPages) },
+    { {  89, 110, 22 }, table(  89, { 172, 499, 748, 564 }, 1064, 66, kTrackPages) },
+    { {  98, 120, 22 }, push(   98, { 763, 507, 782, 526 }, 1017, kTrackPages) },
+    { {  99, 121, 22 }, push(   99, { 763, 527, 782, 546 }, 1018, kTrackPages) },
     { { 102, 124, 22 }, plain(Display, 102, {  20, 552,  51, 569 }, 1062, kAlways, Binding::Value,
                             Nothing, kNoMouse | kTransparent) },
-    { { 262, 267,  5 }, menu(  262, { 132, 506, 155, 529 }, 1015, MenuItems::PlaybackModes, 0.16666667f, kModLoops) },
-    { { 264, 269,  5 }, zone(  264, { 172, 489, 748, 498 }, 32, kModLoops) },
-    { { 302, 303,  1 }, toggle(302, { 135, 562, 150, 577 }, 1032, kModTracks) },
+    { { 262, 267,  5 }, menu(  262, { 132, 506, 155, 529 }, 1015, MenuItems::Pictures, 0.16666667f, kTrackLoops) },
+    { { 264, 269,  5 }, zone(  264, { 172, 489, 748, 498 }, 32, kTrackLoops) },
+    { { 302, 303,  1 }, toggle(302, { 135, 562, 150, 577 }, 1032, kTrackPages) },
 
     // first second step    words                                      whose
     { {  90, 111, 22 }, hint( 90, 0, "Mod track %d Copy"),             {  86, 108, 22 } },
@@ -262,9 +261,9 @@ constexpr FamilyRow kModTrackFamily[] = {
 
 constexpr FamilyRow kTargetFamily[] = {
     // clang-format off
-    { {  48,  49,  1 }, menu(   48, {  68, 538, 140, 553 }, 1115, MenuItems::Targets, 0.007702308f, kModTracks) },
-    { {  56,  58,  2 }, push(   56, {  57, 540,  68, 551 }, 1025, kModTracks) },
-    { {  57,  59,  2 }, push(   57, { 140, 540, 151, 551 }, 1026, kModTracks) },
+    { {  48,  49,  1 }, menu(   48, {  68, 538, 140, 553 }, 1115, MenuItems::Targets, 0.007702308f, kTrackPages) },
+    { {  56,  58,  2 }, push(   56, {  57, 540,  68, 551 }, 1025, kTrackPages) },
+    { {  57,  59,  2 }, push(   57, { 140, 540, 151, 551 }, 1026, kTrackPages) },
     { {  72,  73,  1 }, hint(   72, 0, "select modulation target cc"), {  48,  49,  1 } },
     // clang-format on
 };
@@ -276,7 +275,7 @@ constexpr ControlRow kPanel[] = {
     // clang-format off
     // tag        place                    bitmap height frames page         looks
     knob(    0, {  26,  65,  45, 140 }, 1063, 75,  49, kAlways,       kRoundFrame),
-    menu(    1, {  68, 100, 144, 112 }, 1116, MenuItems::Scales, 0.029421765f),
+    menu(    1, {  68, 100, 144, 112 }, 1116, MenuItems::Choices, 0.029421765f),
     knob(    2, { 901, 118, 945, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame),
     knob(    3, { 901, 148, 945, 169 }, 1119, 21,  25, kSettingsPage, kRoundFrame),
     knob(    4, { 844, 327, 945, 348 }, 1091, 21,  79, kSettingsPage, kHorizontal),
@@ -328,42 +327,42 @@ constexpr ControlRow kPanel[] = {
     hint(  327, 319, "play button"),
     hint(  328, 325, "trigger mode"),
     value( 329,   4, "swing amount  ", Percent),
-    menu(  330, { 855, 286, 934, 301 }, 1114, MenuItems::Speeds, 0.10001f, kSettingsPage),
+    menu(  330, { 855, 286, 934, 301 }, 1114, MenuItems::Choices, 0.10001f, kSettingsPage),
     hint(  331, 330, "sequencer speed / resolution of one step"),
     push(  332, { 844, 288, 855, 299 }, 1025, kSettingsPage),
     push(  333, { 934, 288, 945, 299 }, 1026, kSettingsPage),
     hint(  334,  15, "manual Step action"),
     //      tag   place                     strip running frames  choice grid
-    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, { 1087, 8, 3 }),
+    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, 1087),
     hint(  338, 337, "pitch bend sequencer"),
-    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, { 1088, 14, 6 }),
+    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, 1088),
     hint(  340,  16, "mute action"),
-    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, { 1086, 4, 1 }),
+    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, 1086),
     hint(  342, 339, "chord sequencer"),
     hint(  343, 341, "octave sequencer"),
     menu(  344, kMenuOnly, 0, MenuItems::TwoPages, 0.5f, kNoGroup),
-    list(  346, { 824, 681, 969, 692 }, 1080, 1081, 15, { 1092, 5, 3 }),
+    list(  346, { 824, 681, 969, 692 }, 1080, 1081, 15, 1092),
     zone(  347, { 823, 650, 967, 659 }, 8),
     hint(  348, 347, "playback loop"),
-    list(  349, { 824, 665, 969, 676 }, 1082, 1083, 15, { 1092, 5, 3 }),
+    list(  349, { 824, 665, 969, 676 }, 1082, 1083, 15, 1092),
     hint(  351, 349, "pattern sequencer"),
     hint(  352, 346, "number of repeats"),
-    menu(  353, { 854, 633, 933, 648 }, 1114, MenuItems::SongSpeeds, 0.16666667f),
+    menu(  353, { 852, 633, 934, 648 }, 1114, MenuItems::Choices, 0.16666667f),
     hint(  354, 353, "pattern sequencer playback speed"),
     push(  355, { 841, 635, 852, 646 }, 1025),
     push(  356, { 934, 635, 945, 646 }, 1026),
-    toggle(357, { 825, 633, 840, 648 }, 1031),
+    toggle(357, { 825, 633, 840, 648 }, 1001),
     plain(MouseArea, 358, { 459, 589, 752, 626 }, 0, kAlways, Binding::None, LockArea),
     plain(Display, 359, { 459, 589, 752, 626 }, 1084, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
     hint(  360, 358, "click to lock, click to unlock"),
     hint(  361, 357, "pattern sequencer on/off switch"),
-    menu(  363, { 132,  64, 155,  87 }, 1015, MenuItems::PlaybackModes, 0.16666667f),
+    menu(  363, { 132,  64, 155,  87 }, 1015, MenuItems::Pictures, 0.16666667f),
     hint(  364, 363, "sequencer playback mode"),
     zone(  365, { 172,  50, 748,  59 }, 32),
     hint(  366, 365, "playback loop"),
     toggle(367, { 307, 597, 381, 618 }, 1039),
     hint(  368, 367, "Global/Individual Loopbar", 369),
-    toggle(369, { 385, 600, 400, 615 }, 1031),
+    toggle(369, { 385, 600, 400, 615 }, 1001),
     mute(  371),
     mute(  372),
     menu(  373, kMenuOnly, 0, MenuItems::Drivers, 1.0f, kNoGroup, Nothing),
@@ -420,7 +419,7 @@ constexpr ControlRow kPanel[] = {
     table( 428, { 172, 346, 748, 366 }, 1059, 41),
     table( 430, { 172, 169, 748, 234 }, 1056, 66),
     table( 431, { 172, 280, 748, 345 }, 1057, 66),
-    value( 432,   6, "Gate Time  ", Integer),
+    value( 432,   6, "Gate Time  ", Hundredths),
     hint(  433, 418, "velocity track copy"),
     hint(  434, 419, "velocity track paste"),
     hint(  435, 415, "velocity shift forward"),
@@ -447,11 +446,11 @@ constexpr ControlRow kPanel[] = {
     push(  456, { 763, 307, 782, 326 }, 1018),
     hint(  457, 455, "random"),
     hint(  458, 456, "mutate"),
-    value( 459,  36, "", Integer, "    gate time multiply", kOwnerMapped),
+    value( 459,  36, "", GateMultiple, "    gate time multiply", kOwnerMapped),
     value( 460,   8, "Velocity Threshold  ", Percent),
     hint(  461,   7, "velocity gate action"),
-    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, { 1089, 7, 3 }),
-    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, { 1090, 7, 3 }),
+    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, 1089),
+    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, 1090),
     hint(  465, 464, "random sequencer"),
     menu(  466, { 318,  22, 502,  38 }, 1111, MenuItems::GlobalPresets, 1.0f, kAlways, GlobalPreset),
     value( 467,  17, "Synth Level  ", Percent),
@@ -478,20 +477,20 @@ constexpr ControlRow kPanel[] = {
     hint(  490, 486, "trigger source"),
     hint(  491, 487, "midi input octave shift"),
     mute(  492),
-    menu(  493, { 855, 226, 934, 241 }, 1114, MenuItems::KeySync, 0.16666667f, kSettingsPage),
+    menu(  493, { 855, 226, 934, 241 }, 1114, MenuItems::Choices, 0.16666667f, kSettingsPage),
     hint(  494, 493, "Midi Input Keysync"),
     push(  495, { 844, 228, 855, 239 }, 1025, kSettingsPage),
     push(  496, { 934, 228, 945, 239 }, 1026, kSettingsPage),
     mute(  497),
-    menu(  499, { 132, 180, 155, 203 }, 1015, MenuItems::PlaybackModes, 0.16666667f, kSeparateLoops),
+    menu(  499, { 132, 180, 155, 203 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
     hint(  500, 499, "sequencer playback mode"),
     zone(  501, { 172, 159, 748, 168 }, 32, kSeparateLoops),
     hint(  502, 501, "playback loop"),
-    menu(  504, { 132, 283, 155, 306 }, 1015, MenuItems::PlaybackModes, 0.16666667f, kSeparateLoops),
+    menu(  504, { 132, 283, 155, 306 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
     hint(  505, 504, "sequencer playback mode"),
     zone(  506, { 172, 269, 748, 278 }, 32, kSeparateLoops),
     hint(  507, 506, "playback loop"),
-    menu(  509, {  87, 414, 110, 437 }, 1015, MenuItems::PlaybackModes, 0.16666667f, kSeparateLoops),
+    menu(  509, {  87, 414, 110, 437 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
     hint(  510, 509, "sequencer playback mode"),
     zone(  511, { 172, 379, 748, 388 }, 32, kSeparateLoops),
     hint(  512, 511, "playback loop"),
@@ -559,7 +558,7 @@ constexpr ControlRow kPanel[] = {
     toggle(578, {  55, 628, 753, 646 }, 1045),
     knob(  581, {  14, 333,  45, 346 }, 1112, 13,  14, kAlways,       kRoundFrame),
     hint(  582, kMidiDragTag, "drag midi file from here"),
-    value( 583, 581, "", Integer, "    bars midi file length", kOwnerMapped),
+    value( 583, 581, "", Count, "    bars midi file length", kOwnerMapped),
     hint(  584, 585, "change keyboard mode here", 578),
     toggle(585, {  55, 628, 753, 646 }, 1046),
     plain(DragSource, kMidiDragTag, { 14, 305, 45, 331 }, 1050, kAlways, Binding::None, DragMidi),
@@ -571,6 +570,7 @@ constexpr ControlRow kPanel[] = {
 
 constexpr ControlRow kExtra[] = {
     // clang-format off
+    plain(Image, kSettingsBackTag, { 789, 49, 995, 370 }, 1117, kSettingsPage, Binding::None, Nothing, kNoMouse),
     push(kUndoTag, { 752, 22, 768, 38 }, 0, kAlways, Undo),
     push(kRedoTag, { 769, 22, 785, 38 }, 0, kAlways, Redo),
     // clang-format on
@@ -583,7 +583,7 @@ constexpr ControlRow member(const FamilyRow& family, int track)
     ControlRow row = family.row;
     row.tag = family.tags.of(track);
     row.track = int8_t(track);
-    if (row.group >= kModTracks)
+    if (row.group >= kTrackPages)
         row.group = int8_t(row.group + track - 1);
     if (row.kind == ControlClass::Hint)
         row.owner = family.owner.of(track);
@@ -611,13 +611,13 @@ constexpr std::array<ControlRow, kControls> buildCatalogue()
     size_t count = 0;
     for (const ControlRow& row : kOpening)
         all[count++] = row;
-    for (int track = 1; track <= kModTracksCount; ++track)
+    for (int track = 1; track <= kModTracks; ++track)
         for (const FamilyRow& family : kModTrackFamily)
             all[count++] = member(family, track);
-    for (int track = 1; track <= kModTracksCount; ++track) {
+    for (int track = 1; track <= kModTracks; ++track) {
         for (const FamilyRow& family : kTargetFamily)
             all[count++] = member(family, track);
-        for (int group = 0; group < kTargetGroups; ++group)
+        for (int group = 0; group < kControllerMenus; ++group)
             all[count++] = targetSubMenu(track, group);
     }
     for (const ControlRow& row : kPanel)
@@ -652,7 +652,7 @@ constexpr long distinctTags()
 
 static_assert(kCatalogue.back().tag == kLearnStepsTag + 1);
 static_assert(distinctTags() == 569);
-static_assert(countOf(isOwnTag) == kModTracksCount * kTargetGroups + 2);
+static_assert(countOf(isOwnTag) == kModTracks * kControllerMenus + 2);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Knob; }) == 33);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Table; }) == 14);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Zone; }) == 13);

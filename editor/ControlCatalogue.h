@@ -1,8 +1,12 @@
 #pragma once
 
-#include <array>
+#include "data/ControllerNames.h"
+#include "data/Tags.h"
+
 #include <cstdint>
 #include <span>
+#include <string>
+#include <vector>
 
 // The whole face of the instrument as one table, a row per control, in the order of building: what
 // comes later lies above and gets the mouse first. Building, value dispatch, hints, learning and
@@ -60,18 +64,15 @@ enum class Action : uint8_t {
     Redo,
 };
 
-enum class HintFormat : uint8_t { None, Percent, Pan, Integer };
+enum class HintFormat : uint8_t { None, Percent, Pan, Integer, Hundredths, Count, GateMultiple };
 
 enum class MenuItems : uint8_t {
     None,
     Learn,
     LearnTitled,
     LearnSteps,
-    Scales,
-    PlaybackModes,
-    Speeds,
-    SongSpeeds,
-    KeySync,
+    Choices,  // those of its parameter
+    Pictures, // the same, shown as pictures at rest
     TrackPages,
     TwoPages,
     Drivers,
@@ -88,12 +89,6 @@ struct Place {
     constexpr bool empty() const { return right <= left || bottom <= top; }
 };
 
-// The sheet from which a list line's cell is chosen. Cell 0 is value 1 where `none` has no cell.
-struct ChoiceGrid {
-    int16_t bitmap = 0;
-    int8_t columns = 0, rows = 0;
-};
-
 constexpr int kNoGroup = -1;
 
 // The live pages: bit n of the page gate shows the controls of group n.
@@ -104,8 +99,8 @@ enum Group : int8_t {
     kSeparateLoops = 5,
     kKeyMode0 = 10,
     kKeyMode1 = 11,
-    kModTracks = 20, // 20 to 27
-    kModLoops = 28,  // 28 to 35
+    kTrackPages = 20, // 20 to 27
+    kTrackLoops = 28, // 28 to 35
 };
 
 enum ControlFlags : uint16_t {
@@ -136,7 +131,7 @@ struct ControlRow {
     float scale = 1.0f;
     uint16_t flags = 0;
     MenuItems items = MenuItems::None;
-    ChoiceGrid grid;
+    int16_t choiceBitmap = 0; // list lines: the sheet from which a cell is chosen
     // Hints: whose, what they say ("%d" is the mod track), and how they show a value.
     int owner = -1;
     int secondOwner = -1;
@@ -147,33 +142,24 @@ struct ControlRow {
 
 constexpr int kPanelWidth = 1001;
 constexpr int kPanelHeight = 695;
-constexpr int kModTracksCount = 8;
-constexpr int kTargetGroups = 13;
-constexpr int kParameterTags = 586; // a tag from here on names no parameter
 
 constexpr int kRightClickTag = 1000000;
 constexpr int kMidiDragTag = 1000002;
 constexpr int kAboutTag = 179873360;
 // Ours alone; they stand above every tag that files or hosts know.
 constexpr int kLearnStepsTag = 2000000; // 2: learn popups of the grids and of the lines
+constexpr int kSettingsBackTag = 2000009;
 constexpr int kUndoTag = 2000010;
 constexpr int kRedoTag = 2000011;
 constexpr int kTargetSubMenuTag = 2001000; // + 100 * track + group, 104 of them
 
 // All controls of the panel, in building order.
 std::span<const ControlRow> controlCatalogue();
-// Undo and redo, which stand beside the instrument's own controls.
+// What stands beside the instrument's own controls: the ground of the settings page, which lies
+// below them all, undo and redo.
 std::span<const ControlRow> extraControls();
 // The row of a tag; null for none. Sub-menus have tags of their own.
 const ControlRow* findControl(int tag);
 
-// Which positions of the controller list a target sub-menu (0 to 12) holds.
-constexpr int targetGroupFirst(int group) { return group == 0 ? 0 : group * 10 + 1; }
-constexpr int targetGroupEnd(int group)
-{
-    return group == kTargetGroups - 1 ? 130 : group * 10 + 11;
-}
-
-std::span<const char* const> menuTexts(MenuItems items); // fixed texts of a menu; empty for none
-extern const std::array<const char*, 130> kControllerNames;
-extern const std::array<const char*, kTargetGroups> kTargetGroupTitles;
+// The fixed texts of a menu, in the order of its values; empty for none.
+std::vector<std::string> menuTexts(const ControlRow& row);

@@ -1,3 +1,5 @@
 #include "host/vst2/EditorFactory.h"
 
-AEffEditor* makeEditor(KWUniClient& /*client*/) { return nullptr; }
+#include "editor/KWUniClientEditor.h"
+
+AEffEditor* makeEditor(KWUniClient& client) { return new KWUniClientEditor(client); }

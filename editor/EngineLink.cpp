@@ -1,0 +1,126 @@
+#include "editor/EngineLink.h"
+
+#include "engine/KWUniClient.h"
+#include "platform/KeyValueStore.h"
+#include "platform/KWFileio.h"
+#include "platform/UserPlaces.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr const char* kScaleKey = "panel scale"; // percent
+
+const ParameterValue* valueOf(const KWUniClient& engine, int tag)
+{
+    const ParameterEntry* entry = parameterEntry(tag);
+    return entry && entry->hasValue() ? &engine.parameters.value(tag) : nullptr;
+}
+
+} // namespace
+
+const Crossing<float>* EngineLink::raw(int tag) const
+{
+    const ParameterValue* value = valueOf(engine, tag);
+    return value ? &value->raw : nullptr;
+}
+
+const Crossing<float>* EngineLink::mapped(int tag) const
+{
+    const ParameterValue* value = valueOf(engine, tag);
+    return value ? &value->mapped : nullptr;
+}
+
+float EngineLink::defaultRaw(int tag) const
+{
+    const ParameterEntry* entry = parameterEntry(tag);
+    return entry ? entry->defaultRaw : 0.0f;
+}
+
+KWTable* EngineLink::table(int tag) const { return engine.tracks.tableAt(tag); }
+KWBtnLine* EngineLink::switchLine(int tag) const { return engine.tracks.btnLineAt(tag); }
+KWListLine* EngineLink::listLine(int tag) const { return engine.tracks.listLineAt(tag); }
+KWZoneHandlerContainer* EngineLink::zone(int tag) const { return engine.tracks.zonesAt(tag); }
+KWKeyState* EngineLink::keyState() const { return &engine.keyState; }
+
+void EngineLink::setParameter(int tag, float value) { engine.setParameter(tag, value); }
+
+void EngineLink::setParameterAutomated(int tag, float value)
+{
+    engine.setParameterAutomated(tag, value);
+}
+
+void EngineLink::beginEdit(int tag)
+{
+    if (tag < kHostParameters)
+        engine.beginEdit(tag);
+}
+
+void EngineLink::endEdit(int tag)
+{
+    if (tag < kHostParameters)
+        engine.endEdit(tag);
+}
+
+void EngineLink::copyLockArea(const KWMouseArea::State& state)
+{
+    engine.setLockButton(state.leftButton > 0.0f);
+}
+
+void EngineLink::setLearnTarget(int tag, int step) { engine.midiMap.setLearnTarget(tag, step); }
+void EngineLink::clearMapping(int tag) { engine.midiMap.removeParameter(tag); }
+void EngineLink::clearMapping(int tag, int step) { engine.midiMap.removeAssignment(tag, step); }
+
+void EngineLink::addAssignment(int controller, int tag, int step)
+{
+    engine.midiMap.addAssignment(controller, tag, step);
+}
+
+int EngineLink::learnTag() const { return engine.midiMap.learnTag(); }
+
+double EngineLink::storedPanelScale() const
+{
+    int32_t percent = 100;
+    KeyValueStore(UserPlaces::find().store).readInt(kScaleKey, percent);
+    return percent / 100.0;
+}
+
+void EngineLink::storePanelScale(double scale)
+{
+    KeyValueStore(UserPlaces::find().store).writeInt(kScaleKey, int32_t(std::lround(scale * 100)));
+}
+
+std::string EngineLink::manualPath() const { return UserPlaces::find().installed + "Manual.htm"; }
+
+// The folder that holds the kind's "Factory" and "User".
+std::string EngineLink::presetFolder(PresetKind kind) const
+{
+    return KWFileio::folderOf(engine.settings.presetPath(kind));
+}
+
+std::string EngineLink::presetSaveFolder(PresetKind kind) const
+{
+    return engine.settings.presetSavePath(kind);
+}
+
+std::string EngineLink::presetName(PresetKind kind) const { return engine.presets.name(kind); }
+
+void EngineLink::loadPreset(PresetKind kind, const std::string& path)
+{
+    engine.loadPreset(kind, path);
+}
+
+void EngineLink::savePreset(PresetKind kind, const std::string& path)
+{
+    engine.savePreset(kind, path);
+}
+
+std::string EngineLink::mapFolder() const { return engine.settings.mapFolder(); }
+
+void EngineLink::loadMap(const std::string& path) { engine.presets.loadMap(path); }
+void EngineLink::saveMap(const std::string& path) { engine.presets.saveMap(path); }
+
+void EngineLink::setSetting(int tag, bool on)
+{
+    engine.setSetting(parameterEntry(tag)->settingIndex(), on, true);
+}

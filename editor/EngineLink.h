@@ -1,0 +1,61 @@
+#pragma once
+
+#include "base/Crossing.h"
+#include "controls/KWMouseArea.h"
+#include "data/Presets.h"
+
+#include <string>
+#include <vector>
+
+class KWBtnLine;
+class KWKeyState;
+class KWListLine;
+class KWTable;
+class KWUniClient;
+class KWZoneHandlerContainer;
+
+// What the controls of a tag read and write in the engine. Everything that it gives stays where it
+// is for the engine's life; null for a tag that has no such thing. Screen thread.
+class EngineLink {
+public:
+    explicit EngineLink(KWUniClient& ownEngine) : engine(ownEngine) { }
+
+    const Crossing<float>* raw(int tag) const;    // 0 to 1
+    const Crossing<float>* mapped(int tag) const; // the engine's value
+    float defaultRaw(int tag) const;
+
+    KWTable* table(int tag) const;
+    KWBtnLine* switchLine(int tag) const;
+    KWListLine* listLine(int tag) const;
+    KWZoneHandlerContainer* zone(int tag) const;
+    KWKeyState* keyState() const;
+
+    void setParameter(int tag, float value);
+    void setParameterAutomated(int tag, float value); // tells the host too
+    void beginEdit(int tag);                          // tags below 46 alone
+    void endEdit(int tag);
+    void setSetting(int tag, bool on); // 378 or 379; kept in the key store
+    void copyLockArea(const KWMouseArea::State& state);
+
+    void setLearnTarget(int tag, int step);
+    void clearMapping(int tag); // all its steps
+    void clearMapping(int tag, int step);
+    void addAssignment(int controller, int tag, int step);
+    int learnTag() const; // -1: nothing waits
+
+    double storedPanelScale() const; // 1, 1.5 or 2, as chosen last; 1 at first
+    void storePanelScale(double scale);
+
+    std::string presetFolder(PresetKind kind) const;
+    std::string presetSaveFolder(PresetKind kind) const;
+    std::string presetName(PresetKind kind) const;
+    void loadPreset(PresetKind kind, const std::string& path);
+    void savePreset(PresetKind kind, const std::string& path);
+    std::string mapFolder() const;
+    void loadMap(const std::string& path);
+    void saveMap(const std::string& path);
+    std::string manualPath() const;
+
+private:
+    KWUniClient& engine;
+};

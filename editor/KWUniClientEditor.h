@@ -1,0 +1,131 @@
+#pragma once
+
+#include "base/LastSeen.h"
+#include "editor/ControlFactory.h"
+#include "editor/EditorActions.h"
+#include "editor/EditRecorder.h"
+#include "editor/EngineLink.h"
+#include "editor/KWEditorBase.h"
+#include "editor/PageGates.h"
+#include "editor/ScreenState.h"
+#include "editor/ValueDispatch.h"
+#include "platform/KWFileChooser.h"
+#include "view/CControlListener.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class BitmapTable;
+class CFontDesc;
+class KWControl;
+class KWDisplay;
+class KWOptionMenu;
+class KWUniClient;
+class MessageBox;
+class UndoButton;
+
+// The plug-in's window. It holds no musical state: the controls read the engine through pointers
+// and this class writes it through setParameter. The engine never calls it; it looks at the engine
+// once an idle. Screen thread alone.
+class KWUniClientEditor : public KWEditorBase, public CControlListener, private EditorActions {
+public:
+    explicit KWUniClientEditor(KWUniClient& engine);
+    ~KWUniClientEditor() override;
+
+    bool open(void* parent) override;
+    // As open, in a window that is given: memory, for tests and pictures.
+    bool openIn(std::unique_ptr<FrameWindow> window);
+    void close() override;
+    void idle() override;
+    bool onKeyDown(VstKeyCode& key) override;
+    bool onKeyUp(VstKeyCode& key) override;
+
+    void valueChanged(CControl* control) override;
+    void controlBeginEdit(CControl* control) override;
+    void controlEndEdit(CControl* control) override;
+
+    bool frameKeyDown(const CKeyEvent& event) override;
+
+    const KWSystemInfo* getTimingContext() const override;
+    KWUniClient& getEngine() const { return engine; }
+    // The control of a tag while the window is open; null for none.
+    KWControl* getControl(int tag) const;
+    const PageGates& getPages() const { return pages; }
+
+private:
+    struct FollowingMenu {
+        KWOptionMenu* menu;
+        const Crossing<float>* source;
+        int shown;
+    };
+
+    // Where a step view looks for the step to mark as running.
+    struct RunningCell {
+        Crossing<float>* cell;
+        ScreenLane lane;
+    };
+
+    // KWUniClientEditorBuild.cpp
+    bool openFrame(void* parent, std::unique_ptr<FrameWindow> window);
+    void buildControls();
+    void bindRunningSteps();
+    void bindHints();
+    void bindPopups();
+    void bindDragPad(KWControl& control);
+    void pushPages();
+
+    // KWUniClientEditorIdle.cpp: what is looked at once an idle
+    void refresh();
+    void refreshLanes();
+    void refreshPages();
+    void refreshMenus();
+    void refreshHead();
+    void refreshMessages();
+    void showLane(ScreenLane lane, float step);
+
+    // KWUniClientEditorActions.cpp
+    void showAbout() override;
+    void askForMapToLoad() override;
+    void askForMapToSave() override;
+    void askForPresetToLoad(PresetKind kind) override;
+    void askForPresetToSave(PresetKind kind) override;
+    void loadPresetOfMenu(KWOptionMenu& menu, PresetKind kind) override;
+    void undo() override;
+    void redo() override;
+    void redrawFrame() override;
+    void togglePlay();
+    void stepScale(int steps);
+    void chooseScale(double wanted);
+    void ask(const KWFileChooser::Request& request, KWFileChooser::Answer answer);
+    void loadPreset(PresetKind kind, const std::string& path);
+    int midiBars() const;
+    std::string midiFileName() const;
+    void dragMidiFile();
+    void askForMidiFile();
+
+    KWUniClient& engine;
+    EngineLink link;
+    ValueDispatch dispatch;
+    EditRecorder recorder;
+    KWFileChooser chooser;
+    PageGates pages;
+    ScreenState screen;
+
+    // From open to close.
+    std::unique_ptr<BitmapTable> bitmaps;
+    std::unique_ptr<ControlFactory> factory;
+    std::map<int, KWControl*> controls; // by tag; the frame owns them
+    std::vector<FollowingMenu> menus;
+    std::vector<RunningCell> runningCells;
+    MessageBox* messageBox = nullptr;
+    UndoButton* undoButton = nullptr;
+    UndoButton* redoButton = nullptr;
+    bool isOpenNow = false;
+    bool pagesShown = false; // since the opening
+    bool keysTaken = false;  // a key goes to the panel rather than to the host
+    std::string headText;
+    unsigned shownMessage = 0;
+};

@@ -1,0 +1,124 @@
+// Opening: the frame, all controls of the catalogue, and what belongs to them.
+
+#include "editor/KWUniClientEditor.h"
+
+#include "controls/KWFrame.h"
+#include "controls/KWOptionMenu.h"
+#include "controls/Look.h"
+#include "editor/BitmapTable.h"
+#include "editor/MessageBox.h"
+#include "editor/MidiDragPad.h"
+#include "editor/UndoButton.h"
+#include "engine/KWUniClient.h"
+#include "platform/Messages.h"
+#include "view/CBitmap.h"
+
+bool KWUniClientEditor::openFrame(void* parent, std::unique_ptr<FrameWindow> window)
+{
+    if (isOpenNow)
+        return true;
+    bitmaps = std::make_unique<BitmapTable>();
+    AEffGUIEditor::open(parent);
+    isOpenNow = true;
+    makeFrame(parent, std::move(window));
+    frame->setBackground(getBitmap(BitmapTable::kFirst));
+    factory = std::make_unique<ControlFactory>(*frame, *this, link, screen, pages.gate());
+    addMessageViewer();
+    buildControls();
+    pushPages();
+    refresh();
+    return true;
+}
+
+void KWUniClientEditor::buildControls()
+{
+    const auto add = [this](const ControlRow& row) {
+        KWControl* control = factory->make(row);
+        if (!control)
+            return;
+        controls.emplace(row.tag, control);
+        frame->addView(control);
+        if (row.kind == ControlClass::Menu && row.binding == Binding::Mapped)
+            if (const Crossing<float>* source = link.mapped(row.tag);
+                source && !(row.flags & kPopupOnly))
+                menus.push_back({static_cast<KWOptionMenu*>(control), source, -1});
+    };
+    for (const ControlRow& row : extraControls())
+        if (row.kind == ControlClass::Image)
+            add(row);
+    for (const ControlRow& row : controlCatalogue())
+        add(row);
+    for (const ControlRow& row : extraControls())
+        if (row.kind != ControlClass::Image)
+            add(row);
+    bindRunningSteps();
+    bindHints();
+    bindPopups();
+    bindDragPad(*getControl(kMidiDragTag));
+    undoButton = static_cast<UndoButton*>(getControl(kUndoTag));
+    redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
+    messageBox = new MessageBox(frame, "Ormund");
+    frame->addView(messageBox);
+}
+
+void KWUniClientEditor::bindRunningSteps()
+{
+    for (const ControlRow& row : controlCatalogue()) {
+        if (KWTableXY* table = engine.tracks.tableAt(row.tag))
+            runningCells.push_back({&table->runningPosition, laneOf(row)});
+        else if (StepLine* line = engine.tracks.lineAt(row.tag))
+            runningCells.push_back({&line->runningStep, laneOf(row)});
+    }
+}
+
+void KWUniClientEditor::bindHints()
+{
+    for (const ControlRow& row : controlCatalogue()) {
+        if (row.kind != ControlClass::Hint)
+            continue;
+        for (const int owner : {row.owner, row.secondOwner})
+            if (KWControl* control = getControl(owner))
+                control->addHoverView(getControl(row.tag));
+    }
+}
+
+// A right click learns on every control that has a parameter; on the step views it also knows the
+// step under the mouse.
+void KWUniClientEditor::bindPopups()
+{
+    for (const ControlRow& row : controlCatalogue()) {
+        KWControl* control = getControl(row.tag);
+        if (!control || row.tag >= kTagCount)
+            continue;
+        switch (row.kind) {
+        case ControlClass::Table:
+            control->setPopupControl(getControl(kLearnStepsTag));
+            break;
+        case ControlClass::SwitchLine:
+        case ControlClass::ListLine:
+            control->setPopupControl(getControl(kLearnStepsTag + 1));
+            break;
+        case ControlClass::Knob:
+        case ControlClass::Button:
+        case ControlClass::Menu:
+            control->setPopupControl(getControl(kRightClickTag));
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void KWUniClientEditor::bindDragPad(KWControl& control)
+{
+    auto& pad = static_cast<MidiDragPad&>(control);
+    pad.beginDrag = [this] { dragMidiFile(); };
+    pad.clicked = [this] { askForMidiFile(); };
+}
+
+// So that pages and engine start in step.
+void KWUniClientEditor::pushPages()
+{
+    for (const int tag : {46, 344, 367, 518, 578})
+        link.setParameter(tag, engine.parameters.raw(tag));
+}

@@ -1,0 +1,131 @@
+// What the editor looks at once an idle: the engine's running values, the pages, the names.
+
+#include "editor/KWUniClientEditor.h"
+
+#include "controls/KWDisplay.h"
+#include "controls/KWFrame.h"
+#include "controls/KWOptionMenu.h"
+#include "controls/Look.h"
+#include "editor/MessageBox.h"
+#include "editor/UndoButton.h"
+#include "engine/KWUniClient.h"
+#include "platform/Messages.h"
+
+#include <cmath>
+
+namespace {
+constexpr int kStepWidth = 18;
+}
+
+void KWUniClientEditor::refresh()
+{
+    engine.runDeferred();
+    refreshLanes();
+    refreshPages();
+    refreshMenus();
+    refreshHead();
+    refreshMessages();
+    chooser.poll();
+}
+
+void KWUniClientEditor::showLane(ScreenLane lane, float step)
+{
+    const bool runs = engine.screen.playing > 0.0f && step >= 0.0f;
+    for (const RunningCell& running : runningCells)
+        if (running.lane == lane)
+            *running.cell = runs ? std::floor(step) : -1.0f;
+    screen.markerX[size_t(lane)] = runs ? std::floor(step) * kStepWidth : ScreenState::kNowhere;
+}
+
+void KWUniClientEditor::refreshLanes()
+{
+    const ScreenValues& values = engine.screen;
+    const bool separate = pages.shown().separateLoops;
+    const float main = values.mainStep;
+    showLane(ScreenLane::Pitch, main);
+    showLane(ScreenLane::Velocity, separate ? values.velocityStep.load() : main);
+    showLane(ScreenLane::Gate, separate ? values.gateStep.load() : main);
+    showLane(ScreenLane::Performance, separate ? values.performanceStep.load() : main);
+    for (int track = 0; track < kModTracks; ++track) {
+        showLane(ScreenLane(int(ScreenLane::Mod1) + track), values.modStep[size_t(track)]);
+        screen.controllerValue[size_t(track)] = values.modValue[size_t(track)] * 127.0f;
+    }
+    showLane(ScreenLane::Song, values.songStep);
+    screen.pattern = values.pattern;
+    screen.lockState = values.patternLocked;
+    screen.lockedPattern =
+        std::floor(std::min(engine.parameters.raw(Tag::LockArea), 1.0f) * 15.99f);
+}
+
+void KWUniClientEditor::refreshPages()
+{
+    const Parameters& values = engine.parameters;
+    PageGates::Pages wanted;
+    wanted.synth = values.index(Tag::Page) != 0;
+    wanted.separateLoops = values.index(Tag::LoopbarMode) != 0;
+    wanted.modTrack = values.index(Tag::ModTrackPage) % kModTracks;
+    wanted.keyMode = values.index(Tag::KeyboardMode) != 0 ? 1 : 0;
+    if (!pages.show(wanted) && pagesShown)
+        return;
+    pagesShown = true;
+    for (int track = 0; track < kModTracks; ++track)
+        if (KWControl* value = getControl(track == 0 ? 102 : 124 + 22 * (track - 1)))
+            value->textColor = track == wanted.modTrack ? look::kInk : look::kTextDim;
+    frame->invalidAll();
+}
+
+void KWUniClientEditor::refreshMenus()
+{
+    for (FollowingMenu& following : menus) {
+        const int item = int(*following.source);
+        if (item == following.shown)
+            continue;
+        following.shown = item;
+        following.menu->setLeaf(item);
+        following.menu->setDirty(true);
+    }
+    ScreenValues& values = engine.screen;
+    if (values.presetListRebuild.isRaised()) {
+        values.presetListRebuild.lower();
+        for (const int tag : {466, 515})
+            factory->fillPresetMenu(
+                static_cast<KWOptionMenu&>(*getControl(tag)), findControl(tag)->items);
+        values.presetNamesChanged.raise();
+    }
+    if (values.presetNamesChanged.isRaised()) {
+        values.presetNamesChanged.lower();
+        for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth}) {
+            auto* menu =
+                static_cast<KWOptionMenu*>(getControl(kind == PresetKind::Global ? 466 : 515));
+            menu->selectedText = link.presetName(kind);
+            menu->invalid();
+        }
+    }
+}
+
+// The line above the maker's name tells what the learning waits for.
+void KWUniClientEditor::refreshHead()
+{
+    const int tag = link.learnTag();
+    const std::string wanted = tag < 0 ? "" : "move a controller to learn it";
+    if (wanted != headText) {
+        headText = wanted;
+        auto* line = static_cast<KWDisplay*>(getControl(380));
+        line->title = headText;
+        line->invalid();
+    }
+    undoButton->setUsable(recorder.canUndo());
+    redoButton->setUsable(recorder.canRedo());
+}
+
+void KWUniClientEditor::refreshMessages()
+{
+    if (!hasMessage())
+        return;
+    if (messageNumber() != shownMessage) {
+        shownMessage = messageNumber();
+        messageBox->show(currentMessage());
+    } else if (!messageBox->isOpen) {
+        forgetMessage();
+    }
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "controls/KWOptionMenu.h"
+
+// The popup of the step views: two titles that tell the track and the step under the mouse, then
+// "midi Learn" and "clear".
+class LearnMenu : public KWOptionMenu {
+public:
+    static constexpr int kTitles = 2;
+
+    using KWOptionMenu::KWOptionMenu;
+
+    void beginModal(int mode, const CPoint* where, long forTag) override;
+};

@@ -1,0 +1,117 @@
+#include "controls/KWFrame.h"
+#include "controls/KWOptionMenu.h"
+#include "controls/Look.h"
+#include "editor/BitmapTable.h"
+#include "editor/ControlFactory.h"
+#include "editor/EngineLink.h"
+#include "editor/LearnMenu.h"
+#include "editor/ModeMenu.h"
+
+namespace {
+
+constexpr uint32_t kListStyle =
+    KWOptionMenu::kShowCurrent | KWOptionMenu::kAlignLeft | KWOptionMenu::kCheckCurrent;
+// Headers "Save Preset" and "Load Preset", then the folders; at rest the preset's name.
+constexpr uint32_t kPresetStyle = KWOptionMenu::kPresetMode | KWOptionMenu::kNestedFolders
+    | KWOptionMenu::kStepFiles | KWOptionMenu::kHeaderSave | KWOptionMenu::kHeaderLoad
+    | KWOptionMenu::kHeaderPresets | KWOptionMenu::kSortFiles | KWOptionMenu::kAlignLeft
+    | KWOptionMenu::kCheckCurrent;
+
+CColor hueOfMenu(const ControlRow& row)
+{
+    if (row.track > 0)
+        return look::kModulation;
+    switch (row.tag) {
+    case 1:
+    case 363:
+        return look::kPitch;
+    case 499:
+        return look::kVelocity;
+    case 504:
+        return look::kGate;
+    case 330:
+    case 353:
+    case 466:
+    case 493:
+    case 515:
+        return look::kNeutral;
+    default:
+        return look::kPerformance;
+    }
+}
+
+bool isPreset(const ControlRow& row)
+{
+    return row.items == MenuItems::GlobalPresets || row.items == MenuItems::SynthPresets;
+}
+
+} // namespace
+
+void ControlFactory::dress(KWOptionMenu& menu) const
+{
+    menu.fontSize = 16;
+    menu.listBackColor = look::kMenu;
+    menu.listTextColor = look::kText;
+    menu.selectedTextColor = look::kInk;
+    menu.separatorColor = look::kHairline;
+    menu.frameColor = look::kMenuFrame;
+    menu.textColor = look::kText;
+    menu.arrowBitmap = BitmapTable::get(1094);
+    menu.checkBitmap = BitmapTable::get(1096);
+}
+
+KWControl* ControlFactory::makeMenu(const ControlRow& row)
+{
+    if (row.items == MenuItems::TargetGroup)
+        return nullptr; // made with the menu that it belongs to
+    const CRect place{row.place.left, row.place.top, row.place.right, row.place.bottom};
+    const char* extension = row.items == MenuItems::SynthPresets ? "kws" : "kwe";
+    KWOptionMenu* menu = nullptr;
+    if (row.items == MenuItems::LearnSteps)
+        menu = new LearnMenu(place, &listener, row.tag, &frame, extension, 0);
+    else if (row.items == MenuItems::Pictures)
+        menu =
+            new ModeMenu(place, &listener, row.tag, &frame, extension, KWOptionMenu::kCheckCurrent);
+    else
+        menu = new KWOptionMenu(place, &listener, row.tag, &frame, extension,
+            isPreset(row)                ? kPresetStyle
+                : row.flags & kPopupOnly ? 0u
+                                         : kListStyle);
+    dress(*menu);
+    menu->selectedBackColor = hueOfMenu(row);
+    menu->textOffset = 4;
+    if (CBitmap* field = row.bitmap ? BitmapTable::get(row.bitmap) : nullptr)
+        menu->setBackground(field);
+    if (isPreset(row)) {
+        menu->maxWidth = 320;
+        fillPresetMenu(*menu, row.items);
+    } else if (row.items == MenuItems::Targets) {
+        for (int group = 0; group < kControllerMenus; ++group) {
+            auto sub = std::make_unique<KWOptionMenu>(CRect{}, nullptr,
+                kTargetSubMenuTag + 100 * row.track + group, &frame, "",
+                KWOptionMenu::kCheckCurrent);
+            dress(*sub);
+            sub->selectedBackColor = menu->selectedBackColor;
+            const ControllerMenu& range = kControllerMenuTable[size_t(group)];
+            for (int i = range.first; i <= range.last; ++i)
+                sub->addEntry(std::string(controllerName(i)).c_str());
+            menu->addSubMenu(std::move(sub), std::string(range.title).c_str());
+        }
+    } else {
+        if (row.items == MenuItems::LearnSteps) {
+            for (int title = 0; title < LearnMenu::kTitles; ++title)
+                menu->addEntry("", -1, true);
+        }
+        for (const std::string& text : menuTexts(row))
+            menu->addEntry(text.c_str());
+    }
+    return menu;
+}
+
+void ControlFactory::fillPresetMenu(KWOptionMenu& menu, MenuItems kind)
+{
+    const PresetKind preset =
+        kind == MenuItems::SynthPresets ? PresetKind::Synth : PresetKind::Global;
+    menu.scanFolder(engine.presetFolder(preset).c_str(), presetKindRow(preset).extension);
+    menu.selectedText = engine.presetName(preset);
+}

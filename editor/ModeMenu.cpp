@@ -1,0 +1,13 @@
+#include "editor/ModeMenu.h"
+
+#include "view/CBitmap.h"
+
+#include <algorithm>
+
+void ModeMenu::draw(CDrawContext* context)
+{
+    CBitmap* pictures = getBackground();
+    if (isLive() && pictures)
+        pictures->drawTransparent(context, size, {0, std::max(currentEntry, 0) * size.height()});
+    setDirty(false);
+}

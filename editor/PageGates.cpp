@@ -1,0 +1,21 @@
+#include "editor/PageGates.h"
+
+#include "editor/ControlCatalogue.h"
+
+bool PageGates::show(const Pages& wanted)
+{
+    const bool changed = !(wanted == pages) || !bits.test(kAlways);
+    pages = wanted;
+    bits.set(kAlways, true);
+    bits.set(kSynthPage, pages.synth);
+    bits.set(kSettingsPage, !pages.synth);
+    bits.set(kSeparateLoops, pages.separateLoops);
+    bits.set(kKeyMode0, pages.keyMode == 0);
+    bits.set(kKeyMode1, pages.keyMode != 0);
+    for (int track = 0; track < kModTracks; ++track) {
+        const bool chosen = track == pages.modTrack;
+        bits.set(kTrackPages + track, chosen);
+        bits.set(kTrackLoops + track, chosen && pages.separateLoops);
+    }
+    return changed;
+}

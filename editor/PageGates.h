@@ -1,0 +1,27 @@
+#pragma once
+
+#include "controls/KWBitSet128.h"
+
+// Which pages of the panel are live. The editor looks at the engine's page values once an idle and
+// says here what it found; the controls look at the gate. Screen thread.
+class PageGates {
+public:
+    struct Pages {
+        bool synth = false;         // else the settings
+        bool separateLoops = false; // each lane has its own loop, else all follow the pitch
+        int modTrack = 0;           // 0 to 7
+        int keyMode = 0;            // 0 or 1
+        friend bool operator==(const Pages&, const Pages&) = default;
+    };
+
+    PageGates() { show(Pages{}); }
+
+    // True when something flipped.
+    bool show(const Pages& wanted);
+    const Pages& shown() const { return pages; }
+    const KWBitSet128& gate() const { return bits; }
+
+private:
+    Pages pages;
+    KWBitSet128 bits;
+};

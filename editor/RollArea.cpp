@@ -1,0 +1,10 @@
+#include "editor/RollArea.h"
+
+#include "view/CBitmap.h"
+
+void RollArea::draw(CDrawContext* context)
+{
+    if (isLive() && strip)
+        strip->drawTransparent(context, size, {0, isTracking() ? size.height() : 0});
+    setDirty(false);
+}

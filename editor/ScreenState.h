@@ -1,0 +1,35 @@
+#pragma once
+
+#include "base/Crossing.h"
+
+#include <array>
+
+// The lanes that have a position of their own, in the order of the screen.
+enum class ScreenLane : int {
+    Pitch,
+    Velocity,
+    Gate,
+    Performance,
+    Mod1,
+    Mod8 = Mod1 + 7,
+    Song,
+    Count
+};
+struct ControlRow;
+// Which lane a step view, a loop or a marker belongs to.
+ScreenLane laneOf(const ControlRow& row);
+
+constexpr int kLanes = int(ScreenLane::Count);
+
+// What the editor works out from the running engine once an idle, for the controls to watch. They
+// compare and mark themselves dirty; nothing here is pushed. Screen thread.
+struct ScreenState {
+    static constexpr float kNowhere = -10000.0f;
+
+    std::array<Crossing<float>, kLanes> markerX;    // pixels from the bar's left end, or kNowhere
+    std::array<Crossing<float>, 8> controllerValue; // 0 to 127
+    Crossing<float> pattern = 0.0f;
+    Crossing<float> lockedPattern = 0.0f;
+    Crossing<float> lockState = 0.0f;
+    Crossing<float> keyboardBase = 24.0f;
+};

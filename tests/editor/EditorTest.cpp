@@ -1,0 +1,247 @@
+#include "tests/editor/EditorRig.h"
+
+#include "controls/KWDisplay.h"
+#include "controls/KWOptionMenu.h"
+#include "editor/AboutBox.h"
+#include "editor/BitmapTable.h"
+#include "platform/Messages.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+KWDisplay& hintOf(EditorRig& rig, int tag)
+{
+    return static_cast<KWDisplay&>(*rig.editor.getControl(tag));
+}
+
+} // namespace
+
+TEST(Editor, BuildsEveryControlAndFreesAllAtTheEnd)
+{
+    EXPECT_EQ(BitmapTable::get(1000), nullptr);
+    {
+        EditorRig rig;
+        EXPECT_EQ(BitmapTable::references(), 1);
+        EXPECT_NE(BitmapTable::get(1124), nullptr);
+        EXPECT_EQ(BitmapTable::get(999), nullptr);
+        EXPECT_EQ(BitmapTable::get(1125), nullptr);
+        for (const ControlRow& row : controlCatalogue())
+            if (row.items != MenuItems::TargetGroup) {
+                EXPECT_TRUE(rig.editor.getControl(row.tag)) << row.tag;
+            }
+
+        EditorRig second;
+        EXPECT_EQ(BitmapTable::references(), 2);
+        second.editor.close();
+        EXPECT_EQ(BitmapTable::references(), 1);
+        EXPECT_TRUE(rig.editor.isOpen());
+    }
+    EXPECT_EQ(BitmapTable::references(), 0);
+    EXPECT_EQ(BitmapTable::get(1000), nullptr);
+}
+
+TEST(Editor, OpensAndClosesAgainAndAgain)
+{
+    EditorRig rig;
+    for (int i = 0; i < 50; ++i) {
+        rig.editor.close();
+        EXPECT_FALSE(rig.editor.isOpen());
+        EXPECT_EQ(rig.editor.getFrame(), nullptr);
+        rig.editor.close(); // once is enough, twice does no harm
+        rig.editor.idle();
+        EXPECT_TRUE(
+            rig.editor.openIn(std::make_unique<OffscreenWindow>(kPanelWidth, kPanelHeight)));
+        rig.editor.idle();
+    }
+    KWFrame* frame = rig.editor.getFrame();
+    EXPECT_TRUE(rig.editor.openIn(nullptr)); // already open: nothing happens
+    EXPECT_EQ(rig.editor.getFrame(), frame);
+}
+
+TEST(Editor, TellsItsSizeBeforeItIsOpen)
+{
+    KWUniClient engine(nullptr);
+    KWUniClientEditor editor(engine);
+    ERect* rect = nullptr;
+    ASSERT_TRUE(editor.getRect(&rect));
+    EXPECT_EQ(rect->right - rect->left, kPanelWidth);
+    EXPECT_EQ(rect->bottom - rect->top, kPanelHeight);
+}
+
+TEST(Editor, TwoWindowsShowTheirOwnEngines)
+{
+    EditorRig one, two;
+    const ControlRow& level = *findControl(Tag::MasterGateTime);
+    one.user->drag(
+        EditorRig::middle(level), {EditorRig::middle(level).x, EditorRig::middle(level).y - 30});
+    two.idle();
+    EXPECT_NE(one.engine.parameters.raw(level.tag), two.engine.parameters.raw(level.tag));
+    EXPECT_FLOAT_EQ(static_cast<CControl*>(one.editor.getControl(level.tag))->getValue(),
+        one.engine.parameters.raw(level.tag));
+}
+
+TEST(Editor, APageThatTheEngineFlipsShowsAtTheNextIdle)
+{
+    EditorRig rig;
+    rig.engine.setParameter(Tag::Page, 0.0f);
+    rig.idle(1);
+    rig.engine.setParameter(Tag::Page, 1.0f);
+    EXPECT_FALSE(rig.editor.getPages().shown().synth);
+    rig.idle(1);
+    EXPECT_TRUE(rig.editor.getPages().shown().synth);
+    EXPECT_TRUE(rig.editor.getControl(17)->isLive());
+    EXPECT_FALSE(rig.editor.getControl(4)->isLive());
+
+    rig.engine.setParameter(Tag::ModSelect, 4.5f / 8.0f);
+    rig.idle(1);
+    EXPECT_EQ(rig.editor.getPages().shown().modTrack, 4);
+    EXPECT_TRUE(rig.editor.getControl(176)->isLive());
+    EXPECT_FALSE(rig.editor.getControl(89)->isLive());
+}
+
+TEST(Editor, AHintShowsItsWordsAndTheValueThatMoves)
+{
+    EditorRig rig;
+    const ControlRow& cutoff = *findControl(25);
+    rig.show(cutoff);
+    KWDisplay& hint = hintOf(rig, 468);
+    EXPECT_FALSE(hint.isLive());
+    rig.user->move(EditorRig::middle(cutoff));
+    rig.idle(6);
+    EXPECT_TRUE(hint.isLive());
+    rig.engine.setParameter(25, 0.38f);
+    rig.idle();
+    EXPECT_EQ(hint.valueText(), "Filter Cutoff  38 %");
+    rig.user->move({600, 10});
+    rig.idle(10);
+    EXPECT_FALSE(hint.isLive());
+}
+
+TEST(Editor, HintsWriteWhatAPlayerReads)
+{
+    EditorRig rig;
+    const struct {
+        int hint, tag;
+        float raw;
+        const char* text;
+    } cases[] = {
+        {323, Tag::LooperSteps, 1.0f, "looper  8  Steps"},
+        {459, Tag::GateTimeMultiply, 0.0f, "0.125    gate time multiply"},
+        {459, Tag::GateTimeMultiply, 1.0f, "8    gate time multiply"},
+        {470, Tag::SynthPan, 0.5f, "Synth Pan  centre"},
+        {470, Tag::SynthPan, 0.0f, "Synth Pan  100 left"},
+        {482, Tag::DelayLeft, 1.0f, "Delay Left  16   /16 notes"},
+        {553, Tag::MidiOutTranspose, 0.0f, "midi output transpose  -12 semitones"},
+        {583, Tag::FileBars, 0.0f, "1    bars midi file length"},
+        {583, Tag::FileBars, 1.0f, "14    bars midi file length"},
+    };
+    for (const auto& hint : cases) {
+        rig.engine.setParameter(hint.tag, hint.raw);
+        hintOf(rig, hint.hint).setVisible(true);
+        rig.idle();
+        EXPECT_EQ(hintOf(rig, hint.hint).valueText(), hint.text);
+    }
+}
+
+TEST(Editor, TheMenusFollowTheEngine)
+{
+    EditorRig rig;
+    rig.engine.setParameter(Tag::Scale, 0.029421765f * 14);
+    rig.engine.setParameter(Tag::ModTarget, 0.007702308f * 74);
+    rig.idle();
+    EXPECT_EQ(static_cast<KWOptionMenu*>(rig.editor.getControl(Tag::Scale))->currentEntry, 14);
+    EXPECT_EQ(static_cast<KWOptionMenu*>(rig.editor.getControl(Tag::ModTarget))->getLeaf(), 74);
+}
+
+TEST(Editor, ARightClickLearnsTheControlAndTheStepUnderTheMouse)
+{
+    EditorRig rig;
+    const auto choose = [&](int menuTag, int item) {
+        auto& menu = static_cast<KWOptionMenu&>(*rig.editor.getControl(menuTag));
+        ASSERT_TRUE(menu.isOpen());
+        rig.click({menu.rowRect(item).left + 10, menu.rowRect(item).top + 8});
+        EXPECT_FALSE(menu.isOpen());
+    };
+    rig.click(EditorRig::middle(*findControl(Tag::LooperSteps)), kRButton);
+    choose(kRightClickTag, 0);
+    EXPECT_EQ(rig.engine.midiMap.learnTag(), Tag::LooperSteps);
+
+    rig.engine.midiMap.addAssignment(7, Tag::LooperSteps, 0);
+    rig.click(EditorRig::middle(*findControl(Tag::LooperSteps)), kRButton);
+    choose(kRightClickTag, 1);
+    EXPECT_FALSE(rig.engine.midiMap.isAssigned(Tag::LooperSteps));
+
+    rig.engine.midiMap.addAssignment(7, 430, 5);
+    rig.click({172 + 5 * 18 + 9, 200}, kRButton);
+    choose(kLearnStepsTag, 2);
+    EXPECT_EQ(rig.engine.midiMap.learnTag(), 430);
+    EXPECT_EQ(rig.engine.midiMap.learnStep(), 5);
+    EXPECT_FALSE(rig.engine.midiMap.isAssigned(430, 5));
+}
+
+TEST(Editor, TheAboutBoxClosesAtAnyClick)
+{
+    EditorRig rig;
+    auto& about = static_cast<AboutBox&>(*rig.editor.getControl(kAboutTag));
+    rig.click(EditorRig::middle(*findControl(547)));
+    EXPECT_TRUE(about.isOpen);
+    rig.click(EditorRig::middle(*findControl(547))); // the box has the mouse alone
+    EXPECT_FALSE(about.isOpen);
+    rig.click(EditorRig::middle(*findControl(565)));
+    EXPECT_TRUE(about.isOpen);
+    rig.click({about.getViewSize().right - 16, about.getViewSize().top + 16});
+    EXPECT_FALSE(about.isOpen);
+    rig.click(EditorRig::middle(*findControl(565)));
+    EXPECT_TRUE(about.isOpen);
+    rig.click({about.getViewSize().left + 60, about.getViewSize().top + 90});
+    EXPECT_FALSE(about.isOpen);
+}
+
+TEST(Editor, AMessageIsShownUntilItIsConfirmed)
+{
+    EditorRig rig;
+    showMessage("The file %s could not be found!", "somewhere.kwe");
+    rig.idle();
+    EXPECT_TRUE(rig.editor.getFrame()->modalControl);
+    rig.user->key({.character = 0, .key = CKey::Return, .modifiers = 0});
+    rig.idle(3);
+    EXPECT_FALSE(rig.editor.getFrame()->modalControl);
+    EXPECT_FALSE(hasMessage());
+}
+
+TEST(Editor, PatternsAreLockedByAClick)
+{
+    EditorRig rig;
+    const Place area = findControl(358)->place;
+    rig.click({area.left + 9 * area.width() / 16 + 6, area.top + 10});
+    EXPECT_EQ(int(rig.engine.parameters.raw(Tag::LockArea) * 15.99f), 9);
+}
+
+TEST(Editor, TheSpaceBarPlaysAndStops)
+{
+    EditorRig rig;
+    const CKeyEvent space{.character = U' ', .key = CKey::Space, .modifiers = 0};
+    const int first = rig.engine.parameters.index(Tag::Play);
+    EXPECT_TRUE(rig.user->key(space));
+    EXPECT_EQ(rig.engine.parameters.index(Tag::Play), 1 - first);
+    EXPECT_TRUE(rig.user->key(space));
+    EXPECT_EQ(rig.engine.parameters.index(Tag::Play), first);
+}
+
+TEST(Editor, TheWindowGrowsWithTheChosenScale)
+{
+    EditorRig rig;
+    EXPECT_TRUE(rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl}));
+    EXPECT_EQ(rig.editor.getScale(), 1.5);
+    rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl});
+    rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl});
+    EXPECT_EQ(rig.editor.getScale(), 2);
+    EXPECT_EQ(rig.window->getWidth(), 2 * kPanelWidth);
+    ERect* rect = nullptr;
+    rig.editor.getRect(&rect);
+    EXPECT_EQ(rect->right, 2 * kPanelWidth);
+    rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
+    rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
+    EXPECT_EQ(rig.editor.getScale(), 1);
+}
