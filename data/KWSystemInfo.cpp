@@ -35,10 +35,14 @@ bool KWSystemInfo::setSampleRate(float hertz)
     return true;
 }
 
+float KWSystemInfo::samplesPerBeatAt(double beatsPerMinute) const
+{
+    return static_cast<float>(static_cast<double>(sampleRate) / (beatsPerMinute / 60.0));
+}
+
 void KWSystemInfo::deriveTempo()
 {
-    const double perBeat = static_cast<double>(sampleRate) / (tempo / 60.0);
-    samplesPerBeat = static_cast<float>(perBeat);
+    samplesPerBeat = samplesPerBeatAt(tempo);
     ticksPerBeat = samplesPerBeat / controlPeriod;
 }
 

@@ -35,6 +35,9 @@ public:
     // Hz, 11050 to 196000 exclusive of neither; any other value changes nothing and gives false.
     bool setSampleRate(float hertz);
 
+    // What a tempo would make of a beat at the present rate.
+    float samplesPerBeatAt(double beatsPerMinute) const;
+
     // Hz of a MIDI pitch from -36 to 127.99; between two notes linear in hertz. Clamped to the
     // table.
     float frequencyOf(float pitch) const;

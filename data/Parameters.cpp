@@ -1,5 +1,6 @@
 #include "data/Parameters.h"
 
+#include "data/ChoiceArrows.h"
 #include "data/EditButtons.h"
 #include "data/ParameterTable.h"
 
@@ -62,7 +63,7 @@ bool isAction(int tag)
     case Tag::RandomPreset:
         return true;
     default:
-        return editButton(tag) != nullptr;
+        return editButton(tag) || choiceArrow(tag);
     }
 }
 

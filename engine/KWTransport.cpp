@@ -55,7 +55,11 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
     }
 
     if (frames > 0) {
-        const double nominal = (frames / static_cast<double>(info.samplesPerBeat)) / frames;
+        // A tempo that is new with this block is stored at its first tick, but the position must move
+        // with it from the first sample, or the block's size would decide where the steps fall.
+        const bool isStored = tempo == info.tempo;
+        const float perBeat = isStored ? info.samplesPerBeat.load() : info.samplesPerBeatAt(tempo);
+        const double nominal = (frames / static_cast<double>(perBeat)) / frames;
         const double projected = frames * nominal + position;
         positionIncrement =
             justPastCycleEnd ? nominal : (projected - info.songPositionPrecise) / frames;

@@ -54,21 +54,12 @@ KWUniClient::KWUniClient(audioMasterCallback master)
 
 KWUniClient::~KWUniClient() = default;
 
-KWUniClient::LoadScope::LoadScope(KWUniClient& client, bool fromAudio) : engine(client)
-{
-    engine.loadBypass.raise();
-    if (!fromAudio)
-        engine.waitForBlock();
-}
-
 void KWUniClient::waitForBlock() const
 {
     // A host that loads from inside its own block would wait for itself.
     for (int i = 0; inBlock.isRaised() && !isAudioThread() && i < kMostWaits; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
-
-KWUniClient::LoadScope::~LoadScope() { engine.loadBypass.lower(); }
 
 void KWUniClient::suspend()
 {

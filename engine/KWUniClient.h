@@ -83,9 +83,6 @@ public:
     void queueEvents(const VstEvents* events);
 
     // --- for the editor and the loaders --------------------------------------------------------
-    // Stops the audio thread's work for as long as it lives; the block function is silent.
-    class LoadScope;
-
     // What depends on the sample rate is derived anew from the stored values.
     void reapplyParameters();
     // All stages that must start afresh after a load watch this.
@@ -189,16 +186,4 @@ private:
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};
     float** blockOutputs = nullptr;
-};
-
-class KWUniClient::LoadScope {
-public:
-    // `fromAudio`: the loader is the audio thread itself, which need not wait for its own block.
-    explicit LoadScope(KWUniClient& client, bool fromAudio = false);
-    ~LoadScope();
-    LoadScope(const LoadScope&) = delete;
-    LoadScope& operator=(const LoadScope&) = delete;
-
-private:
-    KWUniClient& engine;
 };

@@ -2,12 +2,12 @@
 
 #include "engine/KWUniClient.h"
 
+#include "data/ChoiceArrows.h"
 #include "data/ChoiceLists.h"
 #include "data/EditButtons.h"
 #include "data/Tags.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace {
@@ -20,43 +20,6 @@ int familyIndex(int tag, int first, int stride)
     return offset >= 0 && offset < kModTracks * stride && offset % stride == 0 ? offset / stride
                                                                                : -1;
 }
-
-// The arrows beside a list: each moves it by one entry, on release.
-struct ChoiceArrow {
-    int tag;
-    int target;
-    int direction;
-};
-constexpr ChoiceArrow kChoiceArrows[] = {
-    {Tag::ScaleDown, Tag::Scale, -1},
-    {Tag::ScaleUp, Tag::Scale, 1},
-    {Tag::StepSpeedDown, Tag::StepSpeed, -1},
-    {Tag::StepSpeedUp, Tag::StepSpeed, 1},
-    {Tag::SongSpeedDown, Tag::SongSpeed, -1},
-    {Tag::SongSpeedUp, Tag::SongSpeed, 1},
-    {Tag::KeySyncDown, Tag::KeySync, -1},
-    {Tag::KeySyncUp, Tag::KeySync, 1},
-};
-
-const ChoiceArrow* choiceArrow(int tag)
-{
-    static constexpr auto kTargetArrows = [] {
-        std::array<ChoiceArrow, 2 * kModTracks> arrows{};
-        for (int i = 0; i < 2 * kModTracks; ++i)
-            arrows[static_cast<size_t>(i)] = {
-                Tag::ModTargetArrows + i, Tag::ModTarget + i / 2, i % 2 == 0 ? -1 : 1};
-        return arrows;
-    }();
-    if (tag >= Tag::ModTargetArrows && tag < Tag::ModTargetArrows + 2 * kModTracks)
-        return &kTargetArrows[static_cast<size_t>(tag - Tag::ModTargetArrows)];
-    for (const ChoiceArrow& arrow : kChoiceArrows)
-        if (arrow.tag == tag)
-            return &arrow;
-    return nullptr;
-}
-
-// Setting such a tag does something once; a stored value of it is never applied again.
-bool firesAction(int tag) { return isAction(tag) || choiceArrow(tag); }
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
 } // namespace
@@ -341,13 +304,13 @@ bool KWUniClient::reactFamilies(int tag, const Parameters::Stored& stored)
 void KWUniClient::applyDefaults()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !firesAction(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag))
             setParameter(entry.tag, entry.defaultRaw);
 }
 
 void KWUniClient::reapplyParameters()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !firesAction(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag))
             setParameter(entry.tag, parameters.raw(entry.tag));
 }

@@ -47,7 +47,7 @@ TEST(Block, SameMidiForEveryBlockSize)
     const std::string expected = traceInBlocksOf(512, 64);
     EXPECT_GT(expected.size(), 2000u);
     for (const int block : {1, 7, 32, 100, 333, 1024, 4096})
-        EXPECT_EQ(traceInBlocksOf(block, 64), expected) << "blocks of " << block;
+        EXPECT_TRUE(traceInBlocksOf(block, 64) == expected) << "blocks of " << block;
 }
 
 TEST(Block, OfflineLevelLeavesTheBuffersAlone)
@@ -95,7 +95,7 @@ TEST(Block, AudioIsTheSameForEveryBlockSize)
     };
     const std::vector<float> expected = render(512);
     for (const int block : {1, 33, 700})
-        EXPECT_EQ(render(block), expected) << "blocks of " << block;
+        EXPECT_TRUE(render(block) == expected) << "blocks of " << block;
 }
 
 TEST(Block, AnEventWaitsForTheTickAtOrAfterItsFrame)
@@ -179,7 +179,7 @@ TEST(Block, NoTransportRecordHoldsStill)
     Player player;
     player.writePlainNotes();
     player.start();
-    player.playBeats(1);
+    player.playBeats(1.1);
     player.forget();
     player.sendsRecord = false;
     player.playBeats(2);

@@ -313,7 +313,7 @@ TEST(Keys, StepModeMovesOneStepAKey)
     std::vector<int> pitches;
     for (const MidiOut& on : player.noteOns())
         pitches.push_back(on.data1 - 48);
-    EXPECT_EQ(pitches.size(), 4u);
+    EXPECT_EQ(pitches.size(), 3u); // the first key restarts the count
     EXPECT_TRUE(std::is_sorted(pitches.begin(), pitches.end()));
 }
 
@@ -374,6 +374,7 @@ TEST(Keys, AnyOrderOfKeysComesToRest)
             if (random() % 4 == 0)
                 player.play(100);
         }
+        player.play(100);
         player.send(0xB0, 123, 0);
         player.play(320);
         player.forget();

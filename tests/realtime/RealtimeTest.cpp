@@ -103,12 +103,14 @@ public:
             const int count = 1 + static_cast<int>(random() % 700);
             disturb();
             engine.processReplacing(nullptr, outputs, count);
+            audibleBlocks += left[0] * left[0] > 1e-10f;
             beats += count * time.tempo / (60.0 * 48000);
             time.ppqPos = beats;
             frames -= count;
         }
     }
     int midi = 0;
+    int audibleBlocks = 0;
 
 private:
     static VstIntPtr host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
@@ -138,6 +140,12 @@ private:
             time.flags ^= kVstTransportPlaying;
         else if (dice < 60)
             sendMidi();
+        if (dice < 24) { // whatever it was: notes and sound go on
+            engine.setParameter(Tag::SynthOn, 1);
+            engine.setParameter(Tag::TriggerMode, 1);
+            engine.setParameter(Tag::SynthLevel, 0.8f);
+            engine.setParameter(Tag::Mute, 0);
+        }
         time.flags |= dice % 7 ? kVstTransportPlaying : 0;
     }
 
@@ -175,7 +183,8 @@ TEST(Realtime, TenMinutesNeverAllocateOrLock)
     performance.play(48000LL * 600);
     EXPECT_EQ(allocations, 0);
     EXPECT_EQ(locks, 0);
-    EXPECT_GT(performance.midi, 1000);
+    EXPECT_GT(performance.midi, 10000);
+    EXPECT_GT(performance.audibleBlocks, 10000);
 }
 
 TEST(Realtime, TheWatchSeesAnAllocation)

@@ -47,6 +47,8 @@ Player::Player(const Setup& setup)
     client->resume();
     if (setup.empty) {
         client->tracks.clearAll();
+        client->patternStore.fillWithDefaults();
+        client->patternStore.replay(*client);
         client->setParameter(Tag::SynthOn, 0.0f);
     }
 }
