@@ -16,7 +16,7 @@ LoadResult readChunkFile(const std::string& path, KWChunk& chunk, LoadResult ifN
     if (chunk.version > kProgramVersion)
         return ifNewer;
     const long long bytes = 4LL * chunk.totalWords;
-    if (chunk.totalWords < kHeaderWords || bytes > KWFileio::size(path))
+    if (chunk.totalWords < kHeaderWords || bytes > kMostFileBytes || bytes > KWFileio::size(path))
         return LoadResult::NoFormat;
     std::vector<uint32_t> words(static_cast<size_t>(chunk.totalWords));
     if (!KWFileio::read(path, words.data(), words.size() * sizeof(uint32_t)))

@@ -84,6 +84,7 @@ constexpr int32_t kZonesRevision = 1;
 constexpr int32_t kZoneHandlerMagic = 0x0007F29C;
 
 // What a file may ask for; more counts as damage.
+constexpr long long kMostFileBytes = 64LL << 20; // a real one has about 50,000
 constexpr int kMaxFileRows = 64;
 constexpr int kMaxFileSteps = 1024;
 constexpr int kMaxFileHandlers = 63;

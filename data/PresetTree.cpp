@@ -93,12 +93,20 @@ int PresetTree::folderNamed(const std::string& name) const
 
 bool PresetTree::find(const std::string& path, int& folder, int& index) const
 {
+    const std::string inFolder = KWFileio::folderOf(path);
+    const std::string folderWord = inFolder.substr(inFolder.rfind('/') + 1);
+    const std::string name = KWFileio::nameOf(path);
+    bool found = false;
     for (int f = 0; f < folderCount(); ++f)
-        for (int i = 0; i < fileCount(f); ++i)
-            if (fileAt(f, i)->path == path) {
-                folder = f;
-                index = i;
+        for (int i = 0; i < fileCount(f); ++i) {
+            const bool same = fileAt(f, i)->path == path;
+            if (!same && (found || folderName(f) != folderWord || fileAt(f, i)->name != name))
+                continue;
+            folder = f;
+            index = i;
+            if (same)
                 return true;
-            }
-    return false;
+            found = true;
+        }
+    return found;
 }

@@ -22,7 +22,8 @@ public:
     const std::string& folderName(int folder) const;       // empty outside
     const std::string& folderPath(int folder) const;       // empty outside
     int folderNamed(const std::string& name) const;        // -1 for none
-    // The place of a file; false, and nothing changed, when it is not in the tree.
+    // The place of a file, or of the first one with its name in a folder of the same name, when it
+    // was reached by another way; false, and nothing changed, when it is not in the tree.
     bool find(const std::string& path, int& folder, int& index) const;
 
     // Files of one folder, as the tree would list them.

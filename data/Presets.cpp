@@ -98,8 +98,17 @@ void Presets::becomeCurrent(PresetKind kind, const std::string& path)
     takeMidiProgram();
     paths[at(kind)] = path;
     position.names[at(kind)] = plainName(KWFileio::nameOf(path));
+    // A file that the tree does not have leaves the place as it is.
     if (kind == PresetKind::Global)
         trees[at(kind)].find(path, position.folder, position.program);
+}
+
+void Presets::chooseFolder(PresetKind kind, const std::string& folder)
+{
+    if (folder.empty() || folder == kNoChoice)
+        return;
+    settings.setPresetPath(kind, folder);
+    scan();
 }
 
 LoadResult Presets::save(PresetKind kind, std::string path)

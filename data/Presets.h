@@ -18,6 +18,8 @@ public:
     // Loads "default.kwe" of the global presets if there is one, and scans the folders.
     void startUp();
     void scan();
+    // The folder in which a kind is browsed from now on.
+    void chooseFolder(PresetKind kind, const std::string& folder);
     const PresetTree& tree(PresetKind kind) const { return trees[static_cast<size_t>(kind)]; }
 
     // --- files ---

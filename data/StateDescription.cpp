@@ -16,7 +16,6 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-constexpr long long kMostBytes = 64LL << 20;
 constexpr char kWordsEnd[] = "the words end here";
 constexpr char kNoFile[] = "the magic number is another";
 
@@ -482,7 +481,7 @@ std::string StateDescription::text() const
 bool readWords(const std::string& path, std::vector<uint32_t>& words, std::string& problem)
 {
     const long long bytes = KWFileio::size(path);
-    if (bytes < 0 || bytes > kMostBytes) {
+    if (bytes < 0 || bytes > kMostFileBytes) {
         problem = path + (bytes < 0 ? " cannot be read" : " is too large");
         return false;
     }

@@ -255,6 +255,35 @@ TEST_F(PresetFiles, AMidiProgramIsTakenInTheTickAndTheSettingStopsIt)
     EXPECT_LE(different, 8u);
 }
 
+TEST_F(PresetFiles, ProgramsAreTakenWhileFoldersAreScannedAndStatesSaved)
+{
+    presetTree();
+    Player player({.block = 64, .empty = false});
+    KWUniClient& engine = player.engine();
+    learn(engine, Tag::FilterCutoff, 0);
+    std::atomic<bool> done{false};
+    std::thread screen([&] {
+        for (int i = 0; i < 20; ++i) {
+            engine.presets.scan();
+            EXPECT_GT(chunkOf(engine).size(), 40000u);
+            engine.midiMap.addAssignment(i, Tag::SynthPan, 0);
+            engine.runDeferred();
+        }
+        done = true;
+    });
+    player.start();
+    for (int i = 0; !done || i < 100; ++i) {
+        player.send(0xC0, i % 3, 0);
+        player.send(0xB0, i % 20, i % 128, 32);
+        player.play(64);
+    }
+    screen.join();
+    EXPECT_THAT(engine.presets.name(PresetKind::Global), testing::AnyOf("0", "1"));
+    player.stop();
+    player.play(44100 * 4);
+    EXPECT_EQ(player.soundingNotes(), 0);
+}
+
 TEST_F(PresetFiles, AControllerThatStepsPresetsWaitsForTheScreensThread)
 {
     presetTree();
