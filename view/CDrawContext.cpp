@@ -1,9 +1,11 @@
 #include "view/CDrawContext.h"
 
+#include "view/TextMask.h"
 #include "view/Typeface.h"
 
 #include <cairo.h>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 CDrawContext::CDrawContext(cairo_surface_t* image, double imageScale)
@@ -51,28 +53,29 @@ void CDrawContext::paintPath(CDrawStyle style)
 
 void CDrawContext::lineTo(const CPoint& point)
 {
-    // Straight lines end at the outer edges of their last pixels, others at the middles.
-    const bool isFlat = point.y == pen.y;
-    const bool isUpright = point.x == pen.x;
-    double x0 = pen.x + 0.5;
-    double y0 = pen.y + 0.5;
-    double x1 = point.x + 0.5;
-    double y1 = point.y + 0.5;
-    if (isFlat) {
-        x0 = std::min(pen.x, point.x);
-        x1 = std::max(pen.x, point.x) + 1;
-    } else if (isUpright) {
-        y0 = std::min(pen.y, point.y);
-        y1 = std::max(pen.y, point.y) + 1;
-    }
+    const CPoint from = pen;
+    pen = point;
+    // Straight lines end at the outer edges of their last pixels and are plain rectangles; others
+    // end at the middles, round.
+    const bool isFlat = point.y == from.y;
+    const bool isUpright = point.x == from.x;
     cairo_new_path(context);
-    cairo_move_to(context, x0, y0);
-    cairo_line_to(context, x1, y1);
-    if (!isFlat && !isUpright)
-        cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+    if ((isFlat || isUpright) && lineStyle == kLineSolid) {
+        const double across = (1 - lineWidth) / 2;
+        const double left = std::min(from.x, point.x) + (isFlat ? 0 : across);
+        const double top = std::min(from.y, point.y) + (isFlat ? across : 0);
+        const double width = isFlat ? std::abs(point.x - from.x) + 1 : lineWidth;
+        const double height = isFlat ? lineWidth : std::abs(point.y - from.y) + 1;
+        setColor(frameColor);
+        cairo_rectangle(context, left, top, width, height);
+        cairo_fill(context);
+        return;
+    }
+    cairo_move_to(context, from.x + 0.5, from.y + 0.5);
+    cairo_line_to(context, point.x + 0.5, point.y + 0.5);
+    cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
     strokePath();
     cairo_set_line_cap(context, CAIRO_LINE_CAP_BUTT);
-    pen = point;
 }
 
 void CDrawContext::drawRect(const CRect& rect, CDrawStyle style)
@@ -188,10 +191,28 @@ void CDrawContext::drawString(
 
 void CDrawContext::drawStringAt(std::string_view text, double x, double baseline)
 {
-    cairo_new_path(context);
-    Typeface::forStyle(fontStyle).addPath(context, text, fontSize, x, baseline, tracking);
+    cairo_matrix_t matrix;
+    cairo_get_matrix(context, &matrix);
     setColor(fontColor);
-    cairo_fill(context);
+    const bool isUpright =
+        matrix.xy == 0 && matrix.yx == 0 && matrix.xx == scale && matrix.yy == scale;
+    if (!isUpright) {
+        cairo_new_path(context);
+        Typeface::forStyle(fontStyle).addPath(context, text, fontSize, x, baseline, tracking);
+        cairo_fill(context);
+        return;
+    }
+    cairo_user_to_device(context, &x, &baseline);
+    const double quarters = std::round(x * 4);
+    const double whole = std::floor(quarters / 4);
+    const TextMask& mask = textMask(
+        text, {fontStyle, fontSize, tracking, scale, static_cast<int>(quarters - whole * 4)});
+    if (!mask.surface)
+        return;
+    cairo_save(context);
+    cairo_identity_matrix(context);
+    cairo_mask_surface(context, mask.surface, whole + mask.left, std::round(baseline) + mask.top);
+    cairo_restore(context);
 }
 
 void CDrawContext::setClipRect(const CRect& rect)
