@@ -259,21 +259,16 @@ void KWControl::startHideTimer()
     hoverShowTimer = kStopped;
 }
 
-// Along the right and the bottom edge, one-pixel stamps that fade outward.
+// Along the right and the bottom edge, one-pixel columns and rows that fade outward.
 void KWControl::drawShadow(CDrawContext* context, const CRect& rect) const
 {
-    if (!frame)
-        return;
-    CBitmap* stamp = frame->getShadowBitmap();
     int alpha = shadowAlpha;
     for (int ring = 0; ring < shadowSize && alpha > 0; ++ring, alpha += shadowAlphaStep) {
-        const auto shade = static_cast<uint8_t>(std::min(alpha, 255));
         const int right = rect.right + ring;
         const int bottom = rect.bottom + ring;
-        for (int y = rect.top + shadowSize; y < bottom; ++y)
-            stamp->drawAlphaBlend(context, {right, y, right + 1, y + 1}, {}, shade);
-        for (int x = rect.left + shadowSize; x <= right; ++x)
-            stamp->drawAlphaBlend(context, {x, bottom, x + 1, bottom + 1}, {}, shade);
+        context->setFillColor(kBlackCColor.withAlpha(std::min(alpha, 255)));
+        context->drawRect({right, rect.top + shadowSize, right + 1, bottom}, kDrawFilled);
+        context->drawRect({rect.left + shadowSize, bottom, right + 1, bottom + 1}, kDrawFilled);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "controls/KWFrame.h"
 
 #include "controls/KWControl.h"
-#include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 
 #include <algorithm>
@@ -32,8 +31,6 @@ KWFrame::~KWFrame()
         modalControl->endModal(0);
     // The views go first: each takes itself out of what still points at it here.
     removeAll(true);
-    if (shadowBitmap)
-        shadowBitmap->forget();
 }
 
 bool KWFrame::addView(CView* view)
@@ -202,13 +199,6 @@ void KWFrame::invalidFocusRing()
         return;
     CRect ring = focused->focusRect();
     invalidRect(ring.inset(-4, -4));
-}
-
-CBitmap* KWFrame::getShadowBitmap()
-{
-    if (!shadowBitmap)
-        shadowBitmap = new CBitmap(1, 1, kBlackCColor);
-    return shadowBitmap;
 }
 
 void KWFrame::controlGone(const KWControl* control)

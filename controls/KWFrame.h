@@ -7,7 +7,6 @@
 #include <memory>
 #include <vector>
 
-class CBitmap;
 class CFontDesc;
 class KWControl;
 
@@ -37,15 +36,12 @@ public:
     bool onKeyDown(const CKeyEvent& event) override;
     void setFocusView(CView* view) override;
 
-    // The 1 x 1 black stamp that drop shadows are made of.
-    CBitmap* getShadowBitmap();
     void showFocusRing(bool nowShown);
     // Called by a control that goes.
     void controlGone(const KWControl* control);
 
     KWControl* modalControl = nullptr;
     void* owner = nullptr;
-    CBitmap* shadowBitmap = nullptr;
     void* client = nullptr;
     CFontDesc* font = nullptr;
     int fontSize = 10;

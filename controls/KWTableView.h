@@ -100,6 +100,7 @@ private:
     void drawNoteLines(CDrawContext* context);
     void drawColours(CDrawContext* context);
     void drawBackdrop(CDrawContext* context);
+    void drawColumns(CDrawContext* context, const KWTable& shownTable, float perPixel);
     void drawOverlay(CDrawContext* context);
     void drawBars(CDrawContext* context);
     void drawCurve(CDrawContext* context);

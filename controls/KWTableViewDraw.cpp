@@ -169,21 +169,25 @@ void KWTableView::drawBackdrop(CDrawContext* context)
         horizontal(pixelOfValue(levelOf(table->defaultValue())));
 }
 
+// One point per pixel column, as a single path: hundreds of strokes would cost a hundred times more.
+void KWTableView::drawColumns(CDrawContext* context, const KWTable& shownTable, float perPixel)
+{
+    std::vector<CDrawPoint> points;
+    points.reserve(static_cast<size_t>(std::max(gridRect.width(), 0)));
+    for (int x = gridRect.left; x < gridRect.right; ++x) {
+        const float step = static_cast<float>(x - gridRect.left) * perPixel;
+        points.push_back({x + 0.5, pixelOfValue(shownTable.getNormalized(step)) + 0.5});
+    }
+    context->drawPolygon(points, kDrawStroked);
+}
+
 void KWTableView::drawOverlay(CDrawContext* context)
 {
     if (!overlayTable || overlayTable->size() == 0)
         return;
     context->setFrameColor(colorGrid);
-    const float perPixel =
-        static_cast<float>(overlayTable->size()) / static_cast<float>(std::max(getWidth(), 1));
-    for (int x = gridRect.left; x < gridRect.right; ++x) {
-        const float step = static_cast<float>(x - gridRect.left) * perPixel;
-        const CPoint point(x, pixelOfValue(overlayTable->getNormalized(step)));
-        if (x == gridRect.left)
-            context->moveTo(point);
-        else
-            context->lineTo(point);
-    }
+    drawColumns(context, *overlayTable,
+        static_cast<float>(overlayTable->size()) / static_cast<float>(std::max(getWidth(), 1)));
 }
 
 void KWTableView::drawBars(CDrawContext* context)
@@ -225,20 +229,16 @@ void KWTableView::drawBars(CDrawContext* context)
 
 void KWTableView::drawCurve(CDrawContext* context)
 {
-    context->setFrameColor(colorLine);
-    CPoint pen;
-    for (int x = gridRect.left; x < gridRect.right; ++x) {
-        const CPoint point(x, pixelOfValue(table->getNormalized(screenToStep(x))));
-        if (x > gridRect.left) {
-            context->moveTo(pen);
-            context->lineTo(point);
+    if (has(kTableDropLines)) {
+        context->setFillColor(colorLine);
+        for (int x = gridRect.left; x < gridRect.right; ++x) {
+            const int top = pixelOfValue(table->getNormalized(screenToStep(x)));
+            context->drawRect({x, top, x + 1, gridRect.bottom}, kDrawFilled);
         }
-        if (has(kTableDropLines)) {
-            context->moveTo(point);
-            context->lineTo({x, gridRect.bottom - 1});
-        }
-        pen = point;
     }
+    context->setFrameColor(colorLine);
+    const float shownSteps = std::max((1.0f - zoomX) * static_cast<float>(stepCount()), 0.0f);
+    drawColumns(context, *table, shownSteps / static_cast<float>(std::max(gridRect.width(), 1)));
 }
 
 // The shortest beat whose lines stand far enough apart.
