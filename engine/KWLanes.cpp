@@ -16,11 +16,17 @@ void Lane::readLoop(int row)
     const auto last = static_cast<unsigned>(std::clamp<int>(loop.end(row), 0, kSteps - 1));
     start = first;
     length = last >= first ? last + 1 - first : 1;
+    loopRead = true;
 }
 
 int Lane::position(float masterStep, PlaybackMode mode)
 {
-    const unsigned p = static_cast<unsigned>(masterStep) % length;
+    const auto count = static_cast<unsigned>(masterStep);
+    const bool countMoved = countSeen.changed(count);
+    if (!modeSeen.changed(mode) && !countMoved && !loopRead)
+        return place;
+    loopRead = false;
+    const unsigned p = count % length;
     if (step.changed(p))
         drawn = random.nextMagnitude();
     unsigned walked = p;
@@ -43,7 +49,8 @@ int Lane::position(float masterStep, PlaybackMode mode)
         walked = p * 4;
         break;
     }
-    return static_cast<int>(walked % length + start);
+    place = static_cast<int>(walked % length + start);
+    return place;
 }
 
 KWLanes::KWLanes(const Tracks& tracks)

@@ -25,6 +25,12 @@ private:
     const KWZoneHandlerContainer& loop;
     ParkMiller random;
     LastSeen<unsigned> step{~0u};
+    // The place is kept until the count, the mode or the loop moves: twelve lanes, two divisions
+    // each.
+    LastSeen<unsigned> countSeen{~0u};
+    LastSeen<PlaybackMode> modeSeen;
+    bool loopRead = false;
+    int place = 0;
     float drawn = 0; // 0 to 1
     unsigned start = 0;
     unsigned length = 32;

@@ -50,6 +50,39 @@ TEST(Block, SameMidiForEveryBlockSize)
         EXPECT_TRUE(traceInBlocksOf(block, 64) == expected) << "blocks of " << block;
 }
 
+TEST(Block, ASongOfAllPatternsIsTheSameForEveryBlockSize)
+{
+    const auto song = [](int block) {
+        Player player({.tempo = 131, .block = block, .empty = false});
+        KWUniClient& engine = player.engine();
+        Tracks& tracks = engine.tracks;
+        tracks.sequenceLoop.setZone(0, {0, 7});
+        for (int i = 0; i < 8; ++i)
+            tracks.patternRepeats.setStep(i, static_cast<float>(i % 3));
+        engine.setParameter(Tag::SongSpeed, 2.5f / 6.0f); // four steps
+        engine.setParameter(Tag::SongOn, 1);
+        player.start();
+        for (int half = 0; half < 2; ++half) {
+            for (int i = 0; i < 8; ++i)
+                tracks.patternNumbers.setStep(i, static_cast<float>(half * 8 + i));
+            player.playBeats(17);
+            engine.setParameter(Tag::LockArea, 0.3f);
+            engine.setLockButton(true);
+            player.play(320);
+            engine.setLockButton(false);
+            player.playBeats(3);
+            engine.setLockButton(true);
+            player.play(320);
+            engine.setLockButton(false);
+        }
+        return player.trace();
+    };
+    const std::string expected = song(512);
+    EXPECT_GT(expected.size(), 4000u);
+    for (const int block : {1, 2, 31, 32, 33, 100, 1024, 4096})
+        EXPECT_TRUE(song(block) == expected) << "blocks of " << block;
+}
+
 TEST(Block, OfflineLevelLeavesTheBuffersAlone)
 {
     Player player({.empty = false});
