@@ -45,20 +45,19 @@ struct SawRun {
         const VecF denominator = (z + (z * z - z) * 0.225f) * period + 0.00000011920929f;
         const VecF out = (integrator - inversePeriod) - numerator / denominator;
         integrator = out * 0.995f;
-        phase = phase + phaseStep;
-        phase = phase - keepWhere(phase >= kPi, VecF{} + kPi);
+        phase = wrapped(phase + phaseStep, kPi);
         return out;
     }
 };
 
 struct PulseRun {
-    VecF increment, widthEdge, widthStep, phase, width, previous;
+    VecF increment, inverseIncrement, widthStep, fall, width, previous;
 
     PulseRun(const KWPulseOsc::State& s, int g)
         : increment(load(s.increment, g))
-        , widthEdge(load(s.widthEdge, g))
+        , inverseIncrement(load(s.inverseIncrement, g))
         , widthStep(load(s.widthStep, g))
-        , phase(load(s.phase, g))
+        , fall(load(s.fall, g))
         , width(load(s.width, g))
         , previous(load(s.previous, g))
     {
@@ -66,28 +65,26 @@ struct PulseRun {
 
     void save(KWPulseOsc::State& s, int g, VecI active) const
     {
-        store(s.phase, g, active ? phase : load(s.phase, g));
+        store(s.fall, g, active ? fall : load(s.fall, g));
         store(s.width, g, active ? width : load(s.width, g));
         store(s.previous, g, active ? previous : load(s.previous, g));
     }
 
     VecF next()
     {
-        phase = phase + increment;
-        // The phase never reaches -1: exactly 1 stays, as wrapping it down and up again would.
-        phase = phase - keepWhere(phase > 1.0f, VecF{} + 2.0f);
+        fall = fall - increment;
+        fall = fall + keepWhere(fall < -1.0f, VecF{} + 2.0f);
         width = width + widthStep;
-        VecF d = phase - width;
-        VecF out = width + ((d <= 0.0f) ? VecF{} - 1.0f : VecF{} + 1.0f);
+        VecF before = fall + width; // the way to the second edge, below 0 behind it
+        VecF out = width - withSignOf(before, VecF{} + 1.0f);
 
-        const VecF toEdge = 1.0f - absolute(phase);
-        const VecF main = toEdge / increment - 1.0f;
-        out = out + negateWhere(phase > 0.0f, keepWhere(toEdge < increment, main * main));
+        const VecF main = smaller((1.0f - absolute(fall)) / increment - 1.0f, VecF{});
+        out = out + flippedLike(fall, main * main);
 
-        d = d + keepWhere(d < -1.0f, VecF{} + 2.0f);
-        const VecI after = d > 0.0f;
-        const VecF edge = (after ? d / increment : d * widthEdge) - 1.0f;
-        out = out + negateWhere(after, keepWhere(absolute(d) < increment, edge * edge));
+        before = before - keepWhere(before > 1.0f, VecF{} + 2.0f);
+        const VecF apart = absolute(before);
+        const VecF edge = whereNegative(before, apart / increment, apart * inverseIncrement) - 1.0f;
+        out = out + flippedLike(before, keepWhere(apart < increment, edge * edge));
 
         const VecF scaled = out * 1.2062726f;
         const VecF smooth = scaled - previous * 0.171f;
@@ -148,32 +145,45 @@ struct FilterRun {
 
 typedef float VoiceOut[kMaxRun][kVoices];
 
-// One register of voices, the whole run.
-template <bool kOscillators>
-void runGroup(VoiceBank& bank, const VoiceMix& mix, int g, VoiceOut& out, int samples)
+// A sample of every voice of a register, for each sample of a run.
+typedef VecF Signal[kMaxRun];
+
+void runSaws(VoiceBank& bank, float weight, int g, Signal& out, int samples)
 {
     SawRun saw1(bank.saw1.state, g), saw2(bank.saw2.state, g);
+    for (int i = 0; i < samples; ++i)
+        out[i] = weight * (saw1.next() + saw2.next());
+    const VecI active = load(bank.sounding, g);
+    saw1.save(bank.saw1.state, g, active);
+    saw2.save(bank.saw2.state, g, active);
+}
+
+template <bool kOscillators>
+void runPF(VoiceBank& bank, const VoiceMix& mix, int g, Signal& tone, VoiceOut& out, int samples)
+{
     PulseRun pulse1(bank.pulse1.state, g), pulse2(bank.pulse2.state, g);
     FilterRun filter(bank.filter, g);
     const VecI active = load(bank.sounding, g);
     const VecF step = load(bank.amplitudeStep, g);
     VecF amplitude = load(bank.amplitude, g);
-    const float pulseWeight = mix.pulseWeight, sawWeight = mix.sawWeight, gain = mix.gain;
-    for (int i = 0; i < samples; ++i) {
+    const float pulseWeight = mix.pulseWeight, gain = mix.gain;
+    const auto nextIn = [&](int i) -> VecF {
         amplitude = amplitude + step;
-        VecF in = {};
-        if (kOscillators) {
-            const VecF tone = pulseWeight * (pulse1.next() + pulse2.next())
-                + sawWeight * (saw1.next() + saw2.next());
-            in = amplitude * keepWhere(active, tone);
-        }
-        *reinterpret_cast<VecF*>(&out[i][g]) = filter.next(in, gain);
+        if (!kOscillators)
+            return VecF{};
+        const VecF t = pulseWeight * (pulse1.next() + pulse2.next()) + tone[i];
+        return amplitude * keepWhere(active, t);
+    };
+    VecF in = nextIn(0);
+    for (int i = 0; i < samples - 1; ++i) {
+        const VecF now = in;
+        in = nextIn(i + 1);
+        *reinterpret_cast<VecF*>(&out[i][g]) = filter.next(now, gain);
     }
+    *reinterpret_cast<VecF*>(&out[samples - 1][g]) = filter.next(in, gain);
     store(bank.amplitude, g, amplitude);
     filter.save(bank.filter.state, g);
     if (kOscillators) {
-        saw1.save(bank.saw1.state, g, active);
-        saw2.save(bank.saw2.state, g, active);
         pulse1.save(bank.pulse1.state, g, active);
         pulse2.save(bank.pulse2.state, g, active);
     }
@@ -182,24 +192,28 @@ void runGroup(VoiceBank& bank, const VoiceMix& mix, int g, VoiceOut& out, int sa
 void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, int samples)
 {
     alignas(32) VoiceOut out;
+    Signal tone;
     for (int g = 0; g < kVoices; g += kWidth) {
-        if (bank.anySounding)
-            runGroup<true>(bank, mix, g, out, samples);
-        else
-            runGroup<false>(bank, mix, g, out, samples);
+        if (bank.anySounding) {
+            runSaws(bank, mix.sawWeight, g, tone, samples);
+            runPF<true>(bank, mix, g, tone, out, samples);
+        } else {
+            runPF<false>(bank, mix, g, tone, out, samples);
+        }
     }
-    for (int i = 0; i < samples; ++i) {
-        float sum = out[i][0];
-        for (int voice = 1; voice < kVoices; ++voice)
-            sum += out[i][voice];
+    // Whole registers of samples; what lies beyond the run is computed and left.
+    float sides[2][kMaxRun];
+    for (int i = 0; i < samples; i += kWidth) {
         // Beyond 4 the clip would turn over. A sum that is no number becomes silence.
-        sum = sum < 4.0f ? sum : 4.0f;
-        sum = sum > -4.0f ? sum : -4.0f;
-        const float magnitude = sum < 0 ? -sum : sum;
-        const float clipped = (1.0f - magnitude * 0.25f) * sum;
-        left[i] = mix.leftGain * clipped;
-        right[i] = mix.rightGain * clipped;
+        VecF sum = sumOfVoices(&out[i]);
+        sum = smaller(sum, VecF{} + 4.0f);
+        sum = larger(sum, VecF{} - 4.0f);
+        const VecF clipped = (1.0f - absolute(sum) * 0.25f) * sum;
+        storeUnaligned(&sides[0][i], mix.leftGain * clipped);
+        storeUnaligned(&sides[1][i], mix.rightGain * clipped);
     }
+    __builtin_memcpy(left, sides[0], static_cast<size_t>(samples) * sizeof(float));
+    __builtin_memcpy(right, sides[1], static_cast<size_t>(samples) * sizeof(float));
 }
 
 void runDelay(const DelayRun& run)

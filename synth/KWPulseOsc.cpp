@@ -21,10 +21,10 @@ void KWPulseOsc::setFrequency(int voice, float hertz, float inverseSampleRate)
     // Above the sample rate itself (the top notes at the lowest rates) the phase would run away.
     const float increment = std::min(hertz * inverseSampleRate * 2.0f, 2.0f);
     state.increment[voice] = increment;
-    state.widthEdge[voice] = -1.0f / increment;
+    state.inverseIncrement[voice] = 1.0f / increment;
 }
 
-void KWPulseOsc::restart(int voice) { state.phase[voice] = 0; }
+void KWPulseOsc::restart(int voice) { state.fall[voice] = 0; }
 
 void KWPulseOsc::moveWidth(int voice, float target)
 {

@@ -3,7 +3,7 @@
 
 #include "synth/Lanes.h"
 
-// Audio thread only. The sample loops advance `phase`, `width` and `previous`.
+// Audio thread only. The sample loops advance `fall`, `width` and `previous`.
 class KWPulseOsc {
 public:
     KWPulseOsc();
@@ -16,9 +16,9 @@ public:
 
     struct State {
         Lanes increment; // two units are a period
-        Lanes widthEdge; // -1 / increment
+        Lanes inverseIncrement;
         Lanes widthStep; // a sample
-        Lanes phase;     // above -1, up to 1
+        Lanes fall;      // the phase, running down from 1 to -1: signs tell the sides of an edge
         Lanes width;     // 2 * width - 1
         Lanes previous;  // the last sample before the smoothing filter
     };
