@@ -216,29 +216,41 @@ void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, 
     __builtin_memcpy(right, sides[1], static_cast<size_t>(samples) * sizeof(float));
 }
 
-void runDelay(const DelayRun& run)
+// A constant count lets the compiler drop all loop overhead for the usual whole run.
+inline void runDelayLine(const DelayRun& run, const int samples)
 {
+    const float* __restrict const read = run.read;
+    float* __restrict const write = run.write;
+    float* __restrict const signal = run.signal;
+    const double* __restrict const wet = run.wet;
+    const double weight = run.weight;
+    const float feedback = run.feedback;
     // What is read lies before all that is written, so all of it can be read first.
     float taps[kMaxRun + 1];
     taps[0] = *run.lastTap;
-    const int samples = run.samples;
     for (int i = 0; i < samples; ++i) {
-        const double here = static_cast<double>(run.read[i]);
-        const double rise = static_cast<double>(run.read[i + 1] - run.read[i]);
-        taps[i + 1] = static_cast<float>(here + rise * run.weight);
+        const double rise = static_cast<double>(read[i + 1] - read[i]);
+        taps[i + 1] = static_cast<float>(static_cast<double>(read[i]) + rise * weight);
     }
     for (int i = 0; i < samples; ++i) {
-        float x = taps[i] * run.feedback + run.signal[i];
+        float x = taps[i] * feedback + signal[i];
         x = x < 8.0f ? x : 8.0f;
         x = x > -8.0f ? x : -8.0f;
-        const float magnitude = x < 0 ? -x : x;
-        run.write[i] = (1.0f - magnitude * 0.25f) * x + kDenormalBias;
+        write[i] = (1.0f - __builtin_fabsf(x) * 0.25f) * x + kDenormalBias;
     }
     for (int i = 0; i < samples; ++i) {
-        const double dry = static_cast<double>(run.signal[i]) * (1.0 - run.wet[i]);
-        run.signal[i] = static_cast<float>(dry + static_cast<double>(taps[i + 1]) * run.wet[i]);
+        const double dry = static_cast<double>(signal[i]) * (1.0 - wet[i]);
+        signal[i] = static_cast<float>(dry + static_cast<double>(taps[i + 1]) * wet[i]);
     }
     *run.lastTap = taps[samples];
+}
+
+void runDelay(const DelayRun& run)
+{
+    if (run.samples == kMaxRun)
+        runDelayLine(run, kMaxRun);
+    else
+        runDelayLine(run, run.samples);
 }
 
 } // namespace

@@ -148,7 +148,7 @@ void KWDelay16::processChannel(Channel& channel, float* signal, const double* we
         signal += run;
         wet += run;
         samples -= run;
-        write = (write + run) % length;
+        write = write + run < length ? write + run : write + run - length;
     }
 }
 

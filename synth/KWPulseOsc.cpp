@@ -20,6 +20,8 @@ void KWPulseOsc::setFrequency(int voice, float hertz, float inverseSampleRate)
 {
     // Above the sample rate itself (the top notes at the lowest rates) the phase would run away.
     const float increment = std::min(hertz * inverseSampleRate * 2.0f, 2.0f);
+    if (increment == state.increment[voice])
+        return;
     state.increment[voice] = increment;
     state.inverseIncrement[voice] = 1.0f / increment;
 }

@@ -183,8 +183,15 @@ void KWSynth::tuneVoices(float pitchOffset)
     const float detune = settings.detune;
     for (int voice = 0; voice < kVoices; ++voice) {
         const float pitch = std::clamp(slots.notes()[voice] + pitchOffset, 0.0f, 127.0f);
-        frequency1[voice] = info.frequencyOf(pitch);
-        frequency2[voice] = info.frequencyOf(pitch + detune);
+        const float detuned = pitch + detune;
+        if (pitch != pitch1[voice]) {
+            pitch1[voice] = pitch;
+            frequency1[voice] = info.frequencyOf(pitch);
+        }
+        if (detuned != pitch2[voice]) {
+            pitch2[voice] = detuned;
+            frequency2[voice] = info.frequencyOf(detuned);
+        }
     }
 }
 

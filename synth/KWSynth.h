@@ -90,8 +90,10 @@ private:
     VoiceBank bank;
     Envelope filterEnvelope{Envelope::Shape::Unit};
     Envelope amplitudeEnvelope{Envelope::Shape::Level};
-    Lanes frequency1; // Hz
-    Lanes frequency2; // Hz, detuned
+    Lanes pitch1 = filled(-1.0f); // whose frequencies these are
+    Lanes pitch2 = filled(-1.0f); // detuned
+    Lanes frequency1;             // Hz
+    Lanes frequency2;             // Hz
     float radiansPerHertz = 0;
     float inverseSampleRate = 0;
     KWDelay16 tempoDelay;

@@ -15,5 +15,11 @@ struct alignas(32) LaneArray {
 };
 
 using Lanes = LaneArray<float>;
+
+inline Lanes filled(float value)
+{
+    return {{value, value, value, value, value, value, value, value}};
+}
+
 // All bits of a lane set or none.
 using LaneMask = LaneArray<int32_t>;

@@ -45,10 +45,17 @@ void VoiceFilter::deriveCoefficients(float radiansPerHertz, float damping)
 
 void VoiceFilter::heal()
 {
+    const auto sumOf = [this](int voice) {
+        return state.s1[voice] + state.s2[voice] + state.s3[voice] + state.feedback[voice]
+            + state.band[voice] + state.low[voice];
+    };
+    float total = 0;
+    for (int voice = 0; voice < kVoices; ++voice)
+        total += sumOf(voice);
+    if (std::isfinite(total))
+        return;
     for (int voice = 0; voice < kVoices; ++voice) {
-        const float sum = state.s1[voice] + state.s2[voice] + state.s3[voice]
-            + state.feedback[voice] + state.band[voice] + state.low[voice];
-        if (std::isfinite(sum))
+        if (std::isfinite(sumOf(voice)))
             continue;
         for (Lanes* part : {&state.s1, &state.s2, &state.s3, &state.feedback, &state.band,
                  &state.low, &state.previousLow})
