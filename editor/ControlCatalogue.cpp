@@ -347,7 +347,7 @@ constexpr ControlRow kPanel[] = {
     list(  349, { 824, 665, 969, 676 }, 1082, 1083, 15, 1092),
     hint(  351, 349, "pattern sequencer"),
     hint(  352, 346, "number of repeats"),
-    menu(  353, { 852, 633, 934, 648 }, 1114, MenuItems::Choices, 0.16666667f),
+    menu(  353, { 855, 633, 934, 648 }, 1114, MenuItems::Choices, 0.16666667f),
     hint(  354, 353, "pattern sequencer playback speed"),
     push(  355, { 841, 635, 852, 646 }, 1025),
     push(  356, { 934, 635, 945, 646 }, 1026),
