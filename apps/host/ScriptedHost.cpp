@@ -20,7 +20,8 @@ constexpr int kStaysLoaded = 0;
 constexpr char kHostVendor[] = "Kelda Works";
 constexpr char kHostProduct[] = "Scripted Host";
 constexpr int kMostFaults = 20;
-constexpr float kGuard = 12345.0f; // behind every output buffer
+constexpr size_t kPointer = sizeof(void*); // a place in a list of events
+constexpr float kGuard = 12345.0f;         // behind every output buffer
 
 } // namespace
 
@@ -188,13 +189,13 @@ void ScriptedHost::deliverEvents()
         return;
     std::stable_sort(pending.begin(), pending.end(),
         [](const auto& a, const auto& b) { return a.deltaFrames < b.deltaFrames; });
-    pendingList.assign(sizeof(VstEvents) + pending.size() * sizeof(VstEvent*), 0);
+    pendingList.assign(sizeof(VstEvents) + pending.size() * kPointer, 0);
     auto* list = reinterpret_cast<VstEvents*>(pendingList.data());
     list->numEvents = static_cast<VstInt32>(pending.size());
     unsigned char* places = pendingList.data() + offsetof(VstEvents, events);
     for (size_t i = 0; i < pending.size(); ++i) {
         const VstMidiEvent* event = &pending[i];
-        std::memcpy(places + i * sizeof event, &event, sizeof event);
+        std::memcpy(places + i * kPointer, &event, kPointer);
     }
     dispatch(effProcessEvents, 0, 0, list);
     pending.clear();
@@ -226,7 +227,7 @@ void ScriptedHost::takeEvents(const VstEvents* list)
         reinterpret_cast<const unsigned char*>(list) + offsetof(VstEvents, events);
     for (VstInt32 i = 0; i < list->numEvents; ++i) {
         const VstMidiEvent* event = nullptr;
-        std::memcpy(&event, places + static_cast<size_t>(i) * sizeof event, sizeof event);
+        std::memcpy(&event, places + static_cast<size_t>(i) * kPointer, kPointer);
         if (!event || event->type != kVstMidiType || event->byteSize != sizeof(VstMidiEvent)) {
             fault("sent an event that is no MIDI message");
             continue;

@@ -67,6 +67,7 @@ std::vector<ControlCurve> curvesOf(const std::vector<ScriptedHost::Event>& event
         curve.points.push_back({event.beat, value});
     }
     std::vector<ControlCurve> list;
+    list.reserve(curves.size());
     for (auto& [key, curve] : curves)
         list.push_back(std::move(curve));
     return list;

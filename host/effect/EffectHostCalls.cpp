@@ -28,6 +28,7 @@ void AudioEffectX::wantEvents() { callHost(audioMasterWantMidi, 0, 1); }
 
 VstTimeInfo* AudioEffectX::getTimeInfo(VstInt32 filter)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the interface answers pointers as numbers
     return reinterpret_cast<VstTimeInfo*>(callHost(audioMasterGetTime, 0, filter));
 }
 
