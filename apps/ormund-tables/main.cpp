@@ -1,6 +1,7 @@
 // Writes the parts of the reference pages that come from the program's own tables, between the
 // marks "<!-- table: NAME -->" and "<!-- end -->". With --check it only compares.
 #include "apps/ormund-tables/FormatTables.h"
+#include "apps/ormund-tables/ReferenceTables.h"
 
 #include <cstdio>
 #include <cstring>
@@ -19,6 +20,8 @@ struct Table {
 };
 
 const Table kTables[] = {
+    {"docs/parameters.md", "parameters", [](const std::string&) { return parameterTable(); }},
+    {"docs/controls.md", "controls", [](const std::string&) { return controlTable(); }},
     {"docs/formats.md", "file keys", [](const std::string&) { return fileKeyTable(); }},
     {"docs/formats.md", "settings", [](const std::string&) { return settingTable(); }},
     {"docs/formats.md", "a kws",

@@ -1,0 +1,7 @@
+// The tables of the reference pages: every parameter, every control.
+#pragma once
+
+#include <string>
+
+std::string parameterTable();
+std::string controlTable();
