@@ -8,6 +8,7 @@
 #include "controls/Look.h"
 #include "editor/MessageBox.h"
 #include "editor/UndoButton.h"
+#include "editor/ValueRows.h"
 #include "engine/KWUniClient.h"
 #include "platform/Messages.h"
 
@@ -21,6 +22,7 @@ void KWUniClientEditor::refresh()
 {
     engine.runDeferred();
     refreshLanes();
+    fillValueRows(engine);
     refreshPages();
     refreshMenus();
     refreshHead();

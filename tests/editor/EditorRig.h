@@ -67,6 +67,8 @@ public:
             if (entry.hasValue()) {
                 cells.push_back(engine.parameters.raw(entry.tag));
             } else if (KWTableXY* table = engine.tracks.tableAt(entry.tag)) {
+                if (entry.saved == Saved::None)
+                    continue; // follows what is edited
                 for (int row = 0; row < table->rowCount(); ++row)
                     for (int step = 0; step < table->size(); ++step)
                         cells.push_back(table->getRowAtIndex(row, step));
