@@ -2,6 +2,8 @@
 #include "data/ParameterSink.h"
 
 #include <gmock/gmock.h>
+
+#include <chrono>
 #include <thread>
 #include <tuple>
 #include <vector>
@@ -105,6 +107,38 @@ TEST(MidiMap, ABusyMapDropsMessagesAndKeepsTheTarget)
     EXPECT_THAT(sink.moves, IsEmpty());
     EXPECT_EQ(map.learnTag(), 6);
     EXPECT_EQ(map.controllerValue(1), 0.0f);
+}
+
+TEST(MidiMap, AChangeWaitsForTheMessageInFlight)
+{
+    struct Slow final : ParameterSink {
+        void setParameter(int tag, float) override
+        {
+            tags.push_back(tag);
+            started = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            sawChange = sawChange || changed;
+        }
+        std::vector<int> tags;
+        Crossing<bool> started = false;
+        Crossing<bool> changed = false;
+        bool sawChange = false;
+        Crossing<int32_t> remoteStep = 0;
+    } sink;
+    MidiMap map;
+    map.addAssignment(1, 4, 0);
+    map.addAssignment(1, 6, 0);
+    std::thread other([&] {
+        while (!sink.started)
+            std::this_thread::yield();
+        map.clearMap();
+        sink.changed = true;
+    });
+    map.controllerMoved(1, 0.5f, sink, sink.remoteStep);
+    other.join();
+    EXPECT_THAT(sink.tags, ElementsAre(4, 6));
+    EXPECT_FALSE(sink.sawChange);
+    EXPECT_EQ(map.count(1), 0);
 }
 
 // For the thread sanitizer, and that no message ever meets half a list.
