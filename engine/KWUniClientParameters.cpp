@@ -188,6 +188,7 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         return true;
     case Tag::LoopbarMode:
         lanes.settings.separateLoops = index;
+        parameters.store(Tag::LoopbarModeTwin, stored.raw);
         screen.pagesChanged.raise();
         return true;
 
@@ -239,8 +240,11 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         parameters.store(Tag::ModTrackPage, static_cast<float>(index) * 0.0625f);
         screen.pagesChanged.raise();
         return true;
-    case Tag::ModTrackPage:
     case Tag::Page:
+        parameters.store(Tag::PageTwin, stored.raw);
+        screen.pagesChanged.raise();
+        return true;
+    case Tag::ModTrackPage:
         screen.pagesChanged.raise();
         return true;
 
