@@ -571,6 +571,7 @@ constexpr ControlRow kPanel[] = {
 constexpr ControlRow kExtra[] = {
     // clang-format off
     plain(Image, kSettingsBackTag, { 789, 49, 995, 370 }, 1117, kSettingsPage, Binding::None, Nothing, kNoMouse),
+    plain(Display, kTrackNumberTag, { 93, 489, 106, 504 }, 0, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
     push(kUndoTag, { 752, 22, 768, 38 }, 0, kAlways, Undo),
     push(kRedoTag, { 769, 22, 785, 38 }, 0, kAlways, Redo),
     // clang-format on

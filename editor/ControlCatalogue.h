@@ -149,6 +149,7 @@ constexpr int kAboutTag = 179873360;
 // Ours alone; they stand above every tag that files or hosts know.
 constexpr int kLearnStepsTag = 2000000; // 2: learn popups of the grids and of the lines
 constexpr int kSettingsBackTag = 2000009;
+constexpr int kTrackNumberTag = 2000008;
 constexpr int kUndoTag = 2000010;
 constexpr int kRedoTag = 2000011;
 constexpr int kTargetSubMenuTag = 2001000; // + 100 * track + group, 104 of them
@@ -156,7 +157,7 @@ constexpr int kTargetSubMenuTag = 2001000; // + 100 * track + group, 104 of them
 // All controls of the panel, in building order.
 std::span<const ControlRow> controlCatalogue();
 // What stands beside the instrument's own controls: the ground of the settings page, which lies
-// below them all, undo and redo.
+// below them all, the chosen mod track's number, undo and redo.
 std::span<const ControlRow> extraControls();
 // The row of a tag; null for none. Sub-menus have tags of their own.
 const ControlRow* findControl(int tag);

@@ -66,11 +66,37 @@ CColor hueOf(ScreenLane lane)
     }
 }
 
+// A second button of a value shows the value itself, wherever that was set.
+int shownBy(int tag)
+{
+    switch (tag) {
+    case Tag::LoopbarModeTwin:
+        return Tag::LoopbarMode;
+    case Tag::PageTwin:
+        return Tag::Page;
+    case Tag::KeyboardModeTwin:
+        return Tag::KeyboardMode;
+    default:
+        return tag;
+    }
+}
+
 CColor withAlpha(CColor color, int alpha)
 {
     color.alpha = uint8_t(alpha);
     return color;
 }
+
+// The hint line is lower than its letters are deep: what hangs out of it goes with it.
+class HintDisplay : public KWDisplay {
+public:
+    using KWDisplay::KWDisplay;
+    void invalidRect(const CRect& rect) override
+    {
+        constexpr int kDescenders = 2;
+        KWDisplay::invalidRect({rect.left, rect.top, rect.right, rect.bottom + kDescenders});
+    }
+};
 
 // Where the connecting line meets the block of each of the 25 notes, pixels from the grid's bottom.
 const std::vector<int> kNoteHeights = {
@@ -179,7 +205,7 @@ KWControl* ControlFactory::makeButton(const ControlRow& row)
     button->stateCount = row.states;
     button->setMax(float(row.states - 1));
     if (row.binding == Binding::Mapped)
-        button->valueSource = engine.mapped(row.tag);
+        button->valueSource = engine.mapped(shownBy(row.tag));
     return button;
 }
 
@@ -252,9 +278,9 @@ KWControl* ControlFactory::makeHint(const ControlRow& row)
         std::snprintf(text, sizeof text, row.text, int(row.track));
     KWDisplay* hint = nullptr;
     if (row.format == HintFormat::None) {
-        hint = new KWDisplay(rectOf(row.place), &listener, row.tag, &frame, text, false);
+        hint = new HintDisplay(rectOf(row.place), &listener, row.tag, &frame, text, false);
     } else {
-        hint = new KWDisplay(rectOf(row.place), &listener, row.tag, &frame);
+        hint = new HintDisplay(rectOf(row.place), &listener, row.tag, &frame);
         hint->prefix = text;
         hint->unit = row.suffix;
         hint->valueSource =
@@ -309,6 +335,11 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
         display->textRight = 3;
         display->fontSize = 10;
         display->textColor = look::kTextDim;
+    } else if (row.tag == kTrackNumberTag) {
+        display->showValue = false;
+        display->alignment = kLeftText;
+        display->fontSize = 9;
+        display->textColor = look::kModulation;
     } else { // the line of the head that tells what is waited for
         display->showValue = false;
         display->fontSize = 10;

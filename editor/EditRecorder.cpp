@@ -83,8 +83,9 @@ EditRecorder::EditRecorder(KWUniClient& ownEngine) : engine(ownEngine)
         if (entry.hasValue() && !isAction(entry.tag))
             addSection(Section::Parameter, entry.tag, 1, 1);
     for (const TrackRow& track : kTrackTable)
-        addSection(track.trackClass == TrackClass::TableXY ? Section::Table : Section::Line,
-            track.tag, track.rows, track.steps);
+        if (track.trackClass != TrackClass::TableXY || (track.flags & kTableEditable))
+            addSection(track.trackClass == TrackClass::TableXY ? Section::Table : Section::Line,
+                track.tag, track.rows, track.steps);
     for (const ParameterEntry& entry : allParameters())
         if (KWZoneHandlerContainer* zones = engine.tracks.zonesAt(entry.tag))
             addSection(Section::Zone, entry.tag, zones->handlers(), kZoneCells);

@@ -71,6 +71,7 @@ private:
     // KWUniClientEditorBuild.cpp
     bool openFrame(void* parent, std::unique_ptr<FrameWindow> window);
     void buildControls();
+    void raiseMarkers();
     void bindRunningSteps();
     void bindHints();
     void bindPopups();

@@ -51,6 +51,7 @@ void KWUniClientEditor::buildControls()
     for (const ControlRow& row : extraControls())
         if (row.kind != ControlClass::Image)
             add(row);
+    raiseMarkers();
     bindRunningSteps();
     bindHints();
     bindPopups();
@@ -59,6 +60,15 @@ void KWUniClientEditor::buildControls()
     redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
     messageBox = new MessageBox(frame, "Ormund");
     frame->addView(messageBox);
+}
+
+// The markers are made first but seen last: they run over the loop bars. They take no mouse.
+void KWUniClientEditor::raiseMarkers()
+{
+    for (const ControlRow& row : controlCatalogue())
+        if (row.binding == Binding::Marker)
+            if (KWControl* marker = getControl(row.tag); frame->removeView(marker, false))
+                frame->addView(marker);
 }
 
 void KWUniClientEditor::bindRunningSteps()

@@ -73,6 +73,8 @@ void KWUniClientEditor::refreshPages()
     for (int track = 0; track < kModTracks; ++track)
         if (KWControl* value = getControl(track == 0 ? 102 : 124 + 22 * (track - 1)))
             value->textColor = track == wanted.modTrack ? look::kInk : look::kTextDim;
+    auto* number = static_cast<KWDisplay*>(getControl(kTrackNumberTag));
+    number->title = std::to_string(wanted.modTrack + 1);
     frame->invalidAll();
 }
 

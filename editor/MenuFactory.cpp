@@ -83,13 +83,14 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
     if (CBitmap* field = row.bitmap ? BitmapTable::get(row.bitmap) : nullptr)
         menu->setBackground(field);
     if (isPreset(row)) {
+        menu->title = "default"; // while no preset has a name
         menu->maxWidth = 320;
         fillPresetMenu(*menu, row.items);
     } else if (row.items == MenuItems::Targets) {
         for (int group = 0; group < kControllerMenus; ++group) {
             auto sub = std::make_unique<KWOptionMenu>(CRect{}, nullptr,
                 kTargetSubMenuTag + 100 * row.track + group, &frame, "",
-                KWOptionMenu::kCheckCurrent);
+                KWOptionMenu::kCheckCurrent | KWOptionMenu::kAlignLeft);
             dress(*sub);
             sub->selectedBackColor = menu->selectedBackColor;
             const ControllerMenu& range = kControllerMenuTable[size_t(group)];

@@ -134,7 +134,7 @@ bool takeAll(Tour& tour)
     good &= tour.save("settings");
 
     tour.click(815, 67);
-    tour.moveTo(826, 220);
+    tour.moveTo(826, 215);
     good &= tour.save("synth");
 
     tour.click(100, 545);
