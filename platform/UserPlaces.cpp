@@ -14,6 +14,7 @@ namespace {
 
 constexpr char kOwnFolder[] = "Kelda Works/Ormund";
 constexpr char kStoreFile[] = "settings.db";
+constexpr int kMostLevels = 6; // from within a bundle up to the prefix
 constexpr char kShippedFolder[] = "Global Presets/Factory";
 
 std::string home()
@@ -56,7 +57,7 @@ std::string installation()
         return {};
     std::string folder = KWFileio::folderOf(realPath(module.dli_fname));
     constexpr std::array<const char*, 2> kBelow = {"share/ormund", "presets"};
-    for (int level = 0; level < 4; ++level) {
+    for (int level = 0; level < kMostLevels; ++level) {
         folder = KWFileio::folderOf(folder);
         for (const char* below : kBelow) {
             const std::string candidate = KWFileio::join(folder, below);
@@ -66,7 +67,10 @@ std::string installation()
         if (folder == "/" || folder == ".")
             break;
     }
-    return {};
+    // A module that was copied somewhere else.
+    const std::string configured = ORMUND_SHARE_DIR;
+    return KWFileio::isFolder(KWFileio::join(configured, kShippedFolder)) ? configured
+                                                                          : std::string();
 }
 
 } // namespace
