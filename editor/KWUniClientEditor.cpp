@@ -45,6 +45,7 @@ void KWUniClientEditor::close()
     runningCells.clear();
     controls.clear();
     messageBox = nullptr;
+    fileSheet = nullptr;
     undoButton = nullptr;
     redoButton = nullptr;
     freeFrame();

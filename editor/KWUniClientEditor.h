@@ -24,6 +24,7 @@ class KWControl;
 class KWDisplay;
 class KWOptionMenu;
 class KWUniClient;
+class FileSheet;
 class MessageBox;
 class UndoButton;
 
@@ -122,6 +123,7 @@ private:
     std::vector<FollowingMenu> menus;
     std::vector<RunningCell> runningCells;
     MessageBox* messageBox = nullptr;
+    FileSheet* fileSheet = nullptr;
     UndoButton* undoButton = nullptr;
     UndoButton* redoButton = nullptr;
     bool isOpenNow = false;

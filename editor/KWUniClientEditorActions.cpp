@@ -5,6 +5,7 @@
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
 #include "editor/AboutBox.h"
+#include "editor/FileSheet.h"
 #include "editor/MidiExport.h"
 #include "engine/KWUniClient.h"
 #include "platform/KWFileio.h"
@@ -67,12 +68,10 @@ void KWUniClientEditor::chooseScale(double wanted)
 
 void KWUniClientEditor::ask(const KWFileChooser::Request& request, KWFileChooser::Answer answer)
 {
-    if (chooser.isOpen())
+    if (chooser.isOpen() || fileSheet->isOpen())
         return;
-    if (!KWFileChooser::isAvailable())
-        showMessage("No file dialogue was found. Please install zenity or kdialog.");
-    else
-        chooser.open(request, std::move(answer));
+    if (!KWFileChooser::isAvailable() || !chooser.open(request, answer))
+        fileSheet->ask(request, std::move(answer));
 }
 
 void KWUniClientEditor::askForMapToLoad()

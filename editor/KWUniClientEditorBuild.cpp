@@ -6,6 +6,7 @@
 #include "controls/KWOptionMenu.h"
 #include "controls/Look.h"
 #include "editor/BitmapTable.h"
+#include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
 #include "editor/MidiDragPad.h"
 #include "editor/UndoButton.h"
@@ -27,6 +28,8 @@ bool KWUniClientEditor::openFrame(void* parent, std::unique_ptr<FrameWindow> win
     buildControls();
     pushPages();
     refresh();
+    // Seen at once, also in a host that is slow with its first idle.
+    frame->repaint();
     return true;
 }
 
@@ -59,6 +62,8 @@ void KWUniClientEditor::buildControls()
     undoButton = static_cast<UndoButton*>(getControl(kUndoTag));
     redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
     messageBox = new MessageBox(frame, "Ormund");
+    fileSheet = new FileSheet(frame);
+    frame->addView(fileSheet);
     frame->addView(messageBox);
 }
 

@@ -206,22 +206,28 @@ void CFrame::windowWheel(const CPoint& where, CMouseWheelAxis axis, float distan
 
 bool CFrame::windowKeyDown(const CKeyEvent& event)
 {
-    if (focusView) {
-        const CShared<CView> keep(focusView);
-        if (keep->onKeyDown(event))
-            return true;
-    }
     return onKeyDown(event) || (editor && editor->frameKeyDown(event));
 }
 
 bool CFrame::windowKeyUp(const CKeyEvent& event)
 {
-    if (focusView) {
-        const CShared<CView> keep(focusView);
-        if (keep->onKeyUp(event))
-            return true;
-    }
     return onKeyUp(event) || (editor && editor->frameKeyUp(event));
+}
+
+bool CFrame::onKeyDown(const CKeyEvent& event)
+{
+    if (!focusView)
+        return false;
+    const CShared<CView> keep(focusView);
+    return keep->onKeyDown(event);
+}
+
+bool CFrame::onKeyUp(const CKeyEvent& event)
+{
+    if (!focusView)
+        return false;
+    const CShared<CView> keep(focusView);
+    return keep->onKeyUp(event);
 }
 
 void CFrame::windowLostFocus() { looseFocus(); }

@@ -67,6 +67,10 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
 
+    // Keys go to the view with the focus.
+    bool onKeyDown(const CKeyEvent& event) override;
+    bool onKeyUp(const CKeyEvent& event) override;
+
     // The window lost the system's focus.
     void looseFocus() override;
     // The view that hears the keyboard; null for none.
