@@ -58,4 +58,4 @@ void BM_Construct(benchmark::State& state)
         benchmark::DoNotOptimize(std::make_unique<KWUniClient>(nullptr));
 }
 BENCHMARK(BM_Construct)->Unit(benchmark::kMicrosecond);
-}
+} // namespace

@@ -106,15 +106,22 @@ void voices(FloorState& s, float* out, int samples)
     const V c = _mm256_load_ps(s.c.lane), half = _mm256_load_ps(s.half.lane);
     const V f = _mm256_load_ps(s.f.lane), q = _mm256_load_ps(s.q.lane);
     const V amplitude = _mm256_load_ps(s.amplitude.lane);
+    const auto nextTone = [&] {
+        return amplitude
+            * (all(s.pulseWeight) * (pulse1.next() + pulse2.next())
+                + all(s.sawWeight) * (saw1.next() + saw2.next()));
+    };
+    // The oscillators run a sample ahead, so that their chain and the filter's overlap.
+    V in = nextTone();
     for (int i = 0; i < samples; ++i) {
-        const V tone = all(s.pulseWeight) * (pulse1.next() + pulse2.next())
-            + all(s.sawWeight) * (saw1.next() + saw2.next());
+        const V now = in;
+        in = nextTone();
         s1 = s1 + bias;
         s2 = s2 + bias;
         s3 = s3 + bias;
         band = band + bias;
         low = low + bias;
-        s1 = s1 + c * ((amplitude * tone - (feedback + bias)) - s1);
+        s1 = s1 + c * ((now - (feedback + bias)) - s1);
         s2 = s2 + c * (s1 - s2);
         s3 = s3 + half * (s2 - s3);
         feedback = all(2.0f) * s3 - s2;
@@ -175,7 +182,7 @@ void delay(FloorState& s, int side, float* signal, int write, int samples)
     s.tap[side] = taps[7];
 }
 
-// `samples` is a multiple of 64.
+// `samples` is a multiple of 64. A part costs one sample of the oscillators too many.
 void floorAvx2(FloorState& s, float* left, float* right, int samples)
 {
     constexpr int kPart = 64;

@@ -11,8 +11,8 @@ namespace {
 void reportFrames(benchmark::State& state, int64_t frames)
 {
     state.SetItemsProcessed(frames);
-    state.counters["frame"] = benchmark::Counter(static_cast<double>(frames),
-        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["frame"] = benchmark::Counter(
+        static_cast<double>(frames), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 // As the block function does it: a tick every 32 samples, runs cut at ticks and at block ends.
