@@ -21,6 +21,14 @@ int familyIndex(int tag, int first, int stride)
                                                                                : -1;
 }
 
+// The second control of a value. What it shows follows the first, so its own default or stored
+// value must never be set: it would move the first.
+bool isTwin(int tag)
+{
+    return tag == Tag::LoopbarModeTwin || tag == Tag::PageTwin || tag == Tag::SynthOnTwin
+        || tag == Tag::KeyboardModeTwin;
+}
+
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
 } // namespace
 
@@ -308,13 +316,13 @@ bool KWUniClient::reactFamilies(int tag, const Parameters::Stored& stored)
 void KWUniClient::applyDefaults()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !isAction(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag) && !isTwin(entry.tag))
             setParameter(entry.tag, entry.defaultRaw);
 }
 
 void KWUniClient::reapplyParameters()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !isAction(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag) && !isTwin(entry.tag))
             setParameter(entry.tag, parameters.raw(entry.tag));
 }

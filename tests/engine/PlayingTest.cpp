@@ -204,6 +204,26 @@ TEST(Patterns, AReloadComesBackOnItsPattern)
     EXPECT_EQ(engine.patternStore.currentPattern, 3);
 }
 
+TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndTwinsAgree)
+{
+    Player player({.empty = false});
+    KWUniClient& engine = player.engine();
+    for (int tag = 0; tag < kHostParameters; ++tag)
+        EXPECT_EQ(engine.getParameter(tag), parameterEntry(tag)->defaultRaw) << tag;
+    const std::pair<int, int> twins[] = {{Tag::LoopbarMode, Tag::LoopbarModeTwin},
+        {Tag::Page, Tag::PageTwin}, {Tag::SynthOn, Tag::SynthOnTwin}};
+    for (const auto& [first, second] : twins) {
+        EXPECT_EQ(engine.parameters.index(first), 1) << first;
+        EXPECT_EQ(engine.parameters.index(second), 1) << second;
+        engine.setParameter(second, 0.0f);
+        EXPECT_EQ(engine.parameters.index(first), 0) << first;
+        engine.setParameter(first, 1.0f);
+        EXPECT_EQ(engine.parameters.index(second), 1) << second;
+        engine.setSampleRate(48000);
+        EXPECT_EQ(engine.parameters.index(first), 1) << first;
+    }
+}
+
 TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
 {
     Player player;
