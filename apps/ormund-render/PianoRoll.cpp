@@ -163,7 +163,9 @@ private:
         const double spacing = gridSpacing();
         if ((x(1) - x(0)) * piece.beatsPerBar < 3)
             return;
-        for (double beat = 0; beat <= piece.allBeats + 1e-6; beat += spacing) {
+        const int lines = static_cast<int>((piece.allBeats + 1e-6) / spacing);
+        for (int line = 0; line <= lines; ++line) {
+            const double beat = line * spacing;
             const bool isBar = std::fmod(beat + 1e-6, piece.beatsPerBar) < 1e-3;
             const bool isBeat = std::fmod(beat + 1e-6, 1.0) < 1e-3;
             fill(kText, isBar ? 0.16 : isBeat ? 0.06 : 0.03);
