@@ -145,9 +145,10 @@ struct FilterRun {
 
 typedef float VoiceOut[kMaxRun][kVoices];
 
-// A sample of every voice of a register, for each sample of a run.
+// A register of voices for each sample of a run.
 typedef VecF Signal[kMaxRun];
 
+// A pass of their own for the saws leaves enough registers to the pulses and the filter.
 void runSaws(VoiceBank& bank, float weight, int g, Signal& out, int samples)
 {
     SawRun saw1(bank.saw1.state, g), saw2(bank.saw2.state, g);
@@ -158,8 +159,10 @@ void runSaws(VoiceBank& bank, float weight, int g, Signal& out, int samples)
     saw2.save(bank.saw2.state, g, active);
 }
 
+// The pulses are added to `saws`; without oscillators the filters ring out.
 template <bool kOscillators>
-void runPF(VoiceBank& bank, const VoiceMix& mix, int g, Signal& tone, VoiceOut& out, int samples)
+void runPulsesAndFilter(
+    VoiceBank& bank, const VoiceMix& mix, int g, const Signal& saws, VoiceOut& out, int samples)
 {
     PulseRun pulse1(bank.pulse1.state, g), pulse2(bank.pulse2.state, g);
     FilterRun filter(bank.filter, g);
@@ -171,9 +174,11 @@ void runPF(VoiceBank& bank, const VoiceMix& mix, int g, Signal& tone, VoiceOut& 
         amplitude = amplitude + step;
         if (!kOscillators)
             return VecF{};
-        const VecF t = pulseWeight * (pulse1.next() + pulse2.next()) + tone[i];
-        return amplitude * keepWhere(active, t);
+        const VecF tone = pulseWeight * (pulse1.next() + pulse2.next()) + saws[i];
+        return amplitude * keepWhere(active, tone);
     };
+    // The filter is one long chain of dependent operations. With the pulses a sample ahead of it,
+    // neither waits for the other.
     VecF in = nextIn(0);
     for (int i = 0; i < samples - 1; ++i) {
         const VecF now = in;
@@ -192,13 +197,13 @@ void runPF(VoiceBank& bank, const VoiceMix& mix, int g, Signal& tone, VoiceOut& 
 void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, int samples)
 {
     alignas(32) VoiceOut out;
-    Signal tone;
+    Signal saws;
     for (int g = 0; g < kVoices; g += kWidth) {
         if (bank.anySounding) {
-            runSaws(bank, mix.sawWeight, g, tone, samples);
-            runPF<true>(bank, mix, g, tone, out, samples);
+            runSaws(bank, mix.sawWeight, g, saws, samples);
+            runPulsesAndFilter<true>(bank, mix, g, saws, out, samples);
         } else {
-            runPF<false>(bank, mix, g, tone, out, samples);
+            runPulsesAndFilter<false>(bank, mix, g, saws, out, samples);
         }
     }
     // Whole registers of samples; what lies beyond the run is computed and left.
