@@ -169,7 +169,8 @@ void KWTableView::drawBackdrop(CDrawContext* context)
         horizontal(pixelOfValue(levelOf(table->defaultValue())));
 }
 
-// One point per pixel column, as a single path: hundreds of strokes would cost a hundred times more.
+// One point per pixel column, as a single path: hundreds of strokes would cost a hundred times
+// more.
 void KWTableView::drawColumns(CDrawContext* context, const KWTable& shownTable, float perPixel)
 {
     std::vector<CDrawPoint> points;

@@ -55,8 +55,9 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
     }
 
     if (frames > 0) {
-        // A tempo that is new with this block is stored at its first tick, but the position must move
-        // with it from the first sample, or the block's size would decide where the steps fall.
+        // A tempo that is new with this block is stored at its first tick, but the position must
+        // move with it from the first sample, or the block's size would decide where the steps
+        // fall.
         const bool isStored = tempo == info.tempo;
         const float perBeat = isStored ? info.samplesPerBeat.load() : info.samplesPerBeatAt(tempo);
         const double nominal = (frames / static_cast<double>(perBeat)) / frames;

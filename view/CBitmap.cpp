@@ -65,8 +65,8 @@ cairo_surface_t* CBitmap::decode(const void* data, size_t bytes)
     PixelImage decoded;
     if (!decodePng({static_cast<const uint8_t*>(data), bytes}, decoded))
         return nullptr;
-    cairo_surface_t* surface
-        = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, decoded.width, decoded.height);
+    cairo_surface_t* surface =
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, decoded.width, decoded.height);
     cairo_surface_flush(surface);
     unsigned char* target = cairo_image_surface_get_data(surface);
     const int stride = cairo_image_surface_get_stride(surface);

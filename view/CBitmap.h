@@ -34,8 +34,8 @@ public:
     CBitmap(int width, int height, const CColor& fill = kTransparentCColor);
     // From a PNG whose pixels are `pngScale` to a panel pixel; null when it cannot be decoded.
     static CBitmap* fromPng(const void* data, size_t bytes, double pngScale = 1);
-    // The picture in a PNG as a new ARGB32 image surface, which the caller owns; null when it cannot
-    // be decoded.
+    // The picture in a PNG as a new ARGB32 image surface, which the caller owns; null when it
+    // cannot be decoded.
     static cairo_surface_t* decode(const void* data, size_t bytes);
     // From an ARGB32 image surface that stands for `scale`; a reference to it is taken.
     static CBitmap* fromSurface(cairo_surface_t* image, double scale);

@@ -154,9 +154,9 @@ private:
         VstMidiEvent event{};
         event.type = kVstMidiType;
         event.byteSize = sizeof event;
-        event.midiData[0] = static_cast<char>(random() % 2 ? 0x90 : 0xB0);
-        event.midiData[1] = static_cast<char>(random() % 128);
-        event.midiData[2] = static_cast<char>(random() % 128);
+        event.midiData[0] = static_cast<uint8_t>(random() % 2 ? 0x90 : 0xB0);
+        event.midiData[1] = static_cast<uint8_t>(random() % 128);
+        event.midiData[2] = static_cast<uint8_t>(random() % 128);
         VstEvents events{};
         events.numEvents = 1;
         events.events[0] = reinterpret_cast<VstEvent*>(&event);

@@ -81,9 +81,9 @@ void Player::send(int status, int data1, int data2, int at)
     midi.type = kVstMidiType;
     midi.byteSize = sizeof midi;
     midi.deltaFrames = at;
-    midi.midiData[0] = static_cast<char>(status);
-    midi.midiData[1] = static_cast<char>(data1);
-    midi.midiData[2] = static_cast<char>(data2);
+    midi.midiData[0] = static_cast<uint8_t>(status);
+    midi.midiData[1] = static_cast<uint8_t>(data1);
+    midi.midiData[2] = static_cast<uint8_t>(data2);
     pending.push_back(midi);
 }
 
