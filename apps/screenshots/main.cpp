@@ -1,7 +1,7 @@
 // Opens the module's window as a host does, plays, turns its pages with a real mouse and writes
 // what the screen shows. Run it on a display of its own: tools/screenshots does.
 //
-//     ormund-screenshots MODULE FOLDER SCALE
+//     ormund-screenshots MODULE FOLDER SCALE PRESET
 //
 // SCALE is in percent, 100 or 200; the pictures are FOLDER/panel-NAME@1x.png or @2x.
 
@@ -44,7 +44,7 @@ public:
             XCloseDisplay(display);
     }
 
-    bool open(const std::string& module)
+    bool open(const std::string& module, std::string preset)
     {
         display = XOpenDisplay(nullptr);
         if (!display || !host.load(module, {})) {
@@ -58,6 +58,9 @@ public:
         XSync(display, False);
         host.keepOutput = false;
         host.dispatch(effEditOpen, 0, 0, reinterpret_cast<void*>(window)); // NOLINT
+        constexpr VstInt32 kScript = 0x4B574F52;
+        constexpr VstIntPtr kLoadGlobal = 1;
+        host.dispatch(effVendorSpecific, kScript, kLoadGlobal, preset.data());
         set(kTriggerMode, 1.0f);
         set(kPage, 0.0f);
         host.start();
@@ -156,8 +159,8 @@ bool takeAll(Tour& tour)
 
 int main(int argc, char** argv)
 {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: ormund-screenshots MODULE FOLDER SCALE\n");
+    if (argc != 5) {
+        std::fprintf(stderr, "usage: ormund-screenshots MODULE FOLDER SCALE PRESET\n");
         return 2;
     }
     const int percent = std::atoi(argv[3]) >= 200 ? 200 : 100;
@@ -170,5 +173,5 @@ int main(int argc, char** argv)
     KeyValueStore(UserPlaces::find().store).writeInt("panel scale", percent);
 
     Tour tour(argv[2], percent);
-    return tour.open(argv[1]) && takeAll(tour) ? 0 : 1;
+    return tour.open(argv[1], argv[4]) && takeAll(tour) ? 0 : 1;
 }

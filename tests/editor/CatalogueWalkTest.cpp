@@ -37,6 +37,9 @@ std::set<int> allowedFor(const ControlRow& row)
     case Tag::SynthOnTwin:
         tags.insert(Tag::SynthOn);
         break;
+    case Tag::LoopbarMode:
+        tags.insert(Tag::LoopbarModeTwin);
+        break;
     case Tag::LoopbarModeTwin:
     case Tag::PageTwin:
     case Tag::KeyboardModeTwin:
