@@ -90,7 +90,10 @@ void EngineLink::storePanelScale(double scale)
     KeyValueStore(UserPlaces::find().store).writeInt(kScaleKey, int32_t(std::lround(scale * 100)));
 }
 
-std::string EngineLink::manualPath() const { return UserPlaces::find().installed + "Manual.htm"; }
+std::string EngineLink::manualPath() const
+{
+    return KWFileio::join(UserPlaces::find().installed, "Manual.htm");
+}
 
 // The folder that holds the kind's "Factory" and "User".
 std::string EngineLink::presetFolder(PresetKind kind) const
