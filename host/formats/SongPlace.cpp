@@ -1,0 +1,52 @@
+#include "host/formats/SongPlace.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr double kSamePlace = 0.01; // quarter notes
+
+double quartersPerBar(BarRule rule, const BarPlace& place)
+{
+    const double meter = place.beatsPerBar * 4.0 / place.beatType;
+    switch (rule) {
+    case BarRule::WholeQuarters:
+        return std::max(std::floor(meter), 1.0);
+    case BarRule::Numerator:
+        return place.beatsPerBar;
+    case BarRule::Meter:
+        break;
+    }
+    return meter;
+}
+} // namespace
+
+SongPlace SongFollower::follow(const BarPlace& place, int frames, double rate)
+{
+    SongPlace song = last;
+    song.playing = place.playing;
+    song.valid = place.valid && place.beatsPerBar > 0 && place.beatType > 0 && place.tempo > 0;
+    if (song.valid) {
+        const double barLength = quartersPerBar(rule, place);
+        song.tempo = place.tempo;
+        song.numerator = static_cast<int>(place.beatsPerBar);
+        song.denominator = static_cast<int>(place.beatType);
+        song.barStart = (place.bar - 1) * barLength;
+        song.quarters = song.barStart + place.beat / place.beatsPerBar * barLength;
+        // Where a host tells its place only at a change, the framework counts on by itself, and
+        // turns to the next bar one block before the beats do.
+        const bool goesOn =
+            last.playing && place.playing && rule == BarRule::Meter && place.frame == nextFrame;
+        if (goesOn && std::abs(song.quarters - barLength - nextQuarters) < kSamePlace) {
+            song.barStart -= barLength;
+            song.quarters -= barLength;
+        }
+    } else {
+        song.quarters = static_cast<double>(place.frame) / rate * song.tempo / 60.0;
+        song.barStart = 0;
+    }
+    nextFrame = place.frame + frames;
+    nextQuarters = song.quarters + frames / rate * song.tempo / 60.0;
+    last = song;
+    return song;
+}
