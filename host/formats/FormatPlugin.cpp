@@ -84,7 +84,7 @@ protected:
         parameter.hints = kParameterIsAutomatable;
         parameter.ranges.min = 0.0f;
         parameter.ranges.max = 1.0f;
-        parameter.ranges.def = engine().getParameter(tag);
+        parameter.ranges.def = wrapper.parameter(tag);
         if (entry.isButton())
             parameter.hints |= kParameterIsInteger | kParameterIsBoolean;
         else
@@ -104,7 +104,7 @@ protected:
     {
         if (index == kBypass)
             return wrapper.isBypassed() ? 1.0f : 0.0f;
-        return engine().getParameter(static_cast<VstInt32>(index - kFirst));
+        return wrapper.parameter(static_cast<int>(index - kFirst));
     }
 
     void setParameterValue(uint32_t index, float value) override
@@ -142,9 +142,6 @@ protected:
     }
 
 private:
-    // The engine's questions change nothing in it, but the effect interface does not say so.
-    KWUniClient& engine() const { return wrapper.client(); }
-
     BarPlace barPlace() const
     {
         const TimePosition& now = getTimePosition();
@@ -174,6 +171,7 @@ private:
         writeMidiEvent(midi);
     }
 
+    // Asking for the state changes nothing, but the effect interface does not say so.
     mutable KWFormatWrapper wrapper;
     SongFollower follower{kBarRule};
 

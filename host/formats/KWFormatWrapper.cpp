@@ -10,6 +10,7 @@ namespace {
 constexpr char kName[] = "Ormund";
 constexpr const char* kCapabilities[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
 constexpr float kSameValue = 2e-6f; // texts of six digits
+constexpr float kOnFrom = 0.5f;
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
 
@@ -44,9 +45,19 @@ void KWFormatWrapper::setSampleRate(double hertz)
     engine->setSampleRate(static_cast<float>(hertz));
 }
 
+float KWFormatWrapper::parameter(int index) const
+{
+    const float raw = engine->getParameter(index);
+    const ParameterEntry* entry = parameterEntry(index);
+    return entry && entry->isButton() ? (raw >= kOnFrom ? 1.0f : 0.0f) : raw;
+}
+
 void KWFormatWrapper::setParameter(int index, float value)
 {
-    if (!(std::abs(engine->getParameter(index) - value) <= kSameValue))
+    const ParameterEntry* entry = parameterEntry(index);
+    if (entry && entry->isButton())
+        value = value >= kOnFrom ? 1.0f : 0.0f;
+    if (!(std::abs(parameter(index) - value) <= kSameValue))
         engine->setParameter(index, value);
 }
 

@@ -41,7 +41,9 @@ public:
     // Silent, and nothing is sent but the ends of the notes that sound; the clock runs on.
     void setBypass(bool on) { bypass = on ? 1 : 0; }
     bool isBypassed() const { return bypass != 0; }
-    // A value that the host has read as text and gives back is not taken for a new one.
+    // Index 0 to 45. A button is 0 or 1 here: formats cut its value to a whole number.
+    float parameter(int index) const;
+    // A value that the host has read, kept as text and gives back is not taken for a new one.
     void setParameter(int index, float value);
 
     // For the block to come; `size` bytes, of which more than three are ignored.

@@ -1,0 +1,20 @@
+#include "tests/formats/FormatHost.h"
+
+#include <algorithm>
+
+void FormatHost::play(int64_t frames, int block, double loopEnd)
+{
+    while (frames > 0) {
+        const int count = static_cast<int>(std::min<int64_t>(frames, block));
+        runBlock(count);
+        pending.clear();
+        left.insert(left.end(), leftBlock, leftBlock + count);
+        right.insert(right.end(), rightBlock, rightBlock + count);
+        frame += count;
+        frames -= count;
+        if (playing)
+            beat += count / kRate * tempo / 60.0;
+        if (beat > loopEnd - 1e-6)
+            beat -= loopEnd;
+    }
+}

@@ -1,0 +1,50 @@
+// A small host for one instance of a format, driven through the format's own C interface.
+#pragma once
+
+#include "tests/support/Player.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class FormatHost {
+public:
+    static constexpr double kRate = 44100;
+    static constexpr int kMostBlock = 512;
+
+    virtual ~FormatHost() = default;
+    // Parameter 0 is the bypass; 1 to 46 are the engine's.
+    virtual void setBypass(bool on) = 0;
+    virtual std::string chunkText() = 0; // empty where the format kept none
+    virtual void restoreChunk(const std::string& text) = 0;
+
+    void start(double from)
+    {
+        beat = from;
+        playing = true;
+    }
+    void send(int status, int data1, int data2, int at)
+    {
+        pending.push_back({at, status, data1, data2});
+    }
+    // Plays on; a loop jumps at a block's start.
+    void play(int64_t frames, int block = kMostBlock, double loopEnd = 1e9);
+
+    std::vector<MidiOut> events;
+    std::vector<float> left;
+    std::vector<float> right;
+
+protected:
+    virtual void runBlock(int count) = 0;
+
+    double tempo = 120;
+    double beat = 0;
+    bool playing = false;
+    int64_t frame = 0;
+    std::vector<MidiOut> pending; // frames within the block
+    float leftBlock[kMostBlock]{};
+    float rightBlock[kMostBlock]{};
+};
+
+std::unique_ptr<FormatHost> makeClapHost();
+std::unique_ptr<FormatHost> makeLv2Host();
