@@ -31,7 +31,7 @@ public:
         StepCommand command = StepCommand::None; // of this step
         std::array<float, 18> slots{};           // the last random value of each command
         float slot(StepCommand wanted) const { return slots[static_cast<size_t>(wanted)]; }
-        float mod(int track) const { return slots[static_cast<size_t>(10 + track)]; }
+        float mod(int track) const { return slots[10 + static_cast<size_t>(track)]; }
     };
 
     explicit KWPerformance(const Tracks& allTracks) : tracks(allTracks) { }

@@ -101,7 +101,7 @@ VstInt32 KWUniClient::getGetTailSize() { return static_cast<VstInt32>(info.sampl
 
 bool KWUniClient::getEffectName(char* name)
 {
-    std::strcpy(name, kName);
+    std::snprintf(name, kVstMaxEffectNameLen, "%s", kName);
     return true;
 }
 
@@ -109,7 +109,7 @@ bool KWUniClient::getProductString(char* text) { return getEffectName(text); }
 
 bool KWUniClient::getVendorString(char* text)
 {
-    std::strcpy(text, kVendor);
+    std::snprintf(text, kVstMaxVendorStrLen, "%s", kVendor);
     return true;
 }
 
