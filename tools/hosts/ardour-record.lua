@@ -72,9 +72,21 @@ end
 report(notes, "MIDI")
 report(sound, "audio")
 
--- The state travels with the session: a changed root key must be there after a load. Its index is
--- behind the bypass, which the VST 2 module leaves to the host.
-local rootKey = (os.getenv("ORMUND_FORMAT") or "LXVST") == "LXVST" and 0 or 1
+-- The state travels with the session: a changed root key must be there after a load. Where it stands
+-- among the controls differs from format to format.
+local function find_control(name)
+    local count = 0
+    local instance = insert:plugin(0)
+    for i = 0, instance:parameter_count() - 1 do
+        if instance:parameter_is_control(i) and instance:parameter_is_input(i) then
+            if instance:parameter_label(i) == name then
+                return count
+            end
+            count = count + 1
+        end
+    end
+end
+local rootKey = assert(find_control("Root_Key"), "no root key")
 ARDOUR.LuaAPI.set_processor_param(plugin, rootKey, 0.75)
 sleep(1)
 session:save_state("", false, false, false, false, false)
