@@ -166,7 +166,7 @@ void KWFrame::idle()
 bool KWFrame::onKeyDown(const CKeyEvent& event)
 {
     if (!modalControl)
-        return false;
+        return CFrame::onKeyDown(event);
     if (event.key == CKey::Escape) {
         modalControl->endModal(0);
         return true;
