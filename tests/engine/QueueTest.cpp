@@ -130,6 +130,7 @@ TEST(NoteSchedule, EveryStartHasOneEndWhateverIsAdded)
     const auto random = [&] { return static_cast<unsigned>(generator()); };
     ScheduleRun run;
     run.resets = false;
+    int fullTicks = 0;
     for (int step = 0; step < 20000; ++step) {
         for (unsigned i = random() % 5; i > 0; --i) {
             const int note = 40 + static_cast<int>(random() % 30);
@@ -138,13 +139,15 @@ TEST(NoteSchedule, EveryStartHasOneEndWhateverIsAdded)
             EXPECT_LE(run.schedule.pendingOffs(note), 2);
         }
         run.tick();
-        if (random() % 8 == 0)
-            run.outgoing.clear(); // until then the list may be full
+        fullTicks += run.outgoing.isFull();
+        if (random() % 100 == 0)
+            run.outgoing.clear(); // until then the list runs full
     }
     for (int i = 0; i < 2000; ++i) {
         run.outgoing.clear();
         run.tick();
     }
+    EXPECT_GT(fullTicks, 1000);
     EXPECT_TRUE(run.schedule.isEmpty());
     int sounding[128] = {};
     for (const ScheduleRun::Heard& heard : run.heard) {
