@@ -7,49 +7,10 @@
 
 #include <algorithm>
 
-namespace {
-constexpr int kPopupMode = 2;
-}
-
 KWBtnLineView::KWBtnLineView(
     const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
-    : KWControl(viewSize, controlListener, controlTag, ownFrame)
+    : KWLineView(viewSize, controlListener, controlTag, ownFrame)
 {
-}
-
-bool KWBtnLineView::readsMouse(const CPoint& where) const
-{
-    return isLive() && line && line->steps() > 0 && size.pointInside(where);
-}
-
-int KWBtnLineView::cellAt(int x) const
-{
-    if (!line || line->steps() <= 0)
-        return -1;
-    const int cellW = std::max(size.width() / line->steps(), 1);
-    return std::clamp((x - size.left) / cellW, 0, line->steps() - 1);
-}
-
-int KWBtnLineView::runningCell() const
-{
-    return runningStrip ? static_cast<int>(line->runningStep.load()) : -1;
-}
-
-void KWBtnLineView::draw(CDrawContext* context)
-{
-    if (!isLive() || !line || !strip)
-        return;
-    const int cellW = strip->getWidth();
-    const int running = runningCell();
-    for (int i = 0; i < line->steps(); ++i) {
-        const int picture = static_cast<int>(line->step(i)) - 1;
-        if (picture < 0)
-            continue; // the skin shows
-        const int x = size.left + i * cellW;
-        drawFrameOf(context, i == running ? runningStrip : strip,
-            {x, size.top, x + cellW, size.bottom}, picture * size.height());
-    }
-    KWControl::draw(context);
 }
 
 CMouseEventResult KWBtnLineView::onMouseDown(const CPoint& where, int buttons)
@@ -60,11 +21,7 @@ CMouseEventResult KWBtnLineView::onMouseDown(const CPoint& where, int buttons)
     const int step = cellAt(where.x);
     if (popupControl
         && ((buttons & kApple) || (buttons & (kRButton | kShift)) == (kRButton | kShift))) {
-        popupControl->setVisible(true);
-        popupControl->setMenuTag(getTag());
-        popupControl->setMenuStep(step);
-        popupControl->beginModal(kPopupMode, &where, getTag());
-        return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
+        return openPopup(where, step);
     }
     showHoverViews();
     if (exclusive == 1) {

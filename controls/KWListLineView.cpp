@@ -14,7 +14,7 @@ constexpr int kPopupMode = 2;
 
 KWListLineView::KWListLineView(
     const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
-    : KWControl(viewSize, controlListener, controlTag, ownFrame)
+    : KWLineView(viewSize, controlListener, controlTag, ownFrame)
     , menu(new KWListLineViewMenu(viewSize, this, controlTag, ownFrame))
 {
 }
@@ -26,41 +26,6 @@ KWListLineView::~KWListLineView()
 }
 
 int KWListLineView::lastChoice() const { return line ? static_cast<int>(line->maximum.load()) : 0; }
-
-bool KWListLineView::readsMouse(const CPoint& where) const
-{
-    return isLive() && line && line->steps() > 0 && size.pointInside(where);
-}
-
-int KWListLineView::cellAt(int x) const
-{
-    if (!line || line->steps() <= 0)
-        return -1;
-    const int cellW = std::max(size.width() / line->steps(), 1);
-    return std::clamp((x - size.left) / cellW, 0, line->steps() - 1);
-}
-
-int KWListLineView::runningCell() const
-{
-    return runningStrip ? static_cast<int>(line->runningStep.load()) : -1;
-}
-
-void KWListLineView::draw(CDrawContext* context)
-{
-    if (!isLive() || !line || !strip)
-        return;
-    const int cellW = strip->getWidth();
-    const int running = runningCell();
-    for (int i = 0; i < line->steps(); ++i) {
-        const int picture = static_cast<int>(line->step(i)) - 1;
-        if (picture < 0)
-            continue; // the skin shows
-        const int x = size.left + i * cellW;
-        drawFrameOf(context, i == running ? runningStrip : strip,
-            {x, size.top, x + cellW, size.bottom}, picture * size.height());
-    }
-    KWControl::draw(context);
-}
 
 CMouseEventResult KWListLineView::onMouseDown(const CPoint& where, int buttons)
 {
@@ -80,11 +45,7 @@ CMouseEventResult KWListLineView::onMouseDown(const CPoint& where, int buttons)
         setDirty(true);
         return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
     } else if (popupControl && ((right && (buttons & kShift)) || (buttons & kApple))) {
-        popupControl->setVisible(true);
-        popupControl->setMenuTag(getTag());
-        popupControl->setMenuStep(step);
-        popupControl->beginModal(kPopupMode, &where, getTag());
-        return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
+        return openPopup(where, step);
     } else if (!right) {
         if (!menuOpen || !left)
             openMenu(where, step);

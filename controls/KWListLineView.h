@@ -1,48 +1,40 @@
 // A row of picks from a small list over a KWListLine. A cell opens a grid of its choices.
 #pragma once
 
-#include "controls/KWControl.h"
+#include "controls/KWLineView.h"
+#include "data/KWListLine.h"
 
-class KWListLine;
 class KWListLineViewMenu;
 
-class KWListLineView : public KWControl, public CControlListener {
+class KWListLineView : public KWLineView {
 public:
     KWListLineView(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame);
     ~KWListLineView() override;
 
-    void draw(CDrawContext* context) override;
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
     using CView::onWheel;
     bool onWheel(const CPoint& where, float distance, int buttons) override;
     void updateControl(void* context) override;
-    void setPopupControl(KWControl* popup) override { popupControl = popup; }
-    bool stepValue(int, bool) override { return false; }
     // From the grid: stores its choice in the line.
     void valueChanged(CControl* sender) override;
 
-    int cellAt(int x) const;
     KWListLineViewMenu* getMenu() const { return menu; }
 
     KWListLine* line = nullptr;
-    CBitmap* strip = nullptr;
-    CBitmap* runningStrip = nullptr;
     int menuOffsetX = 0; // where not 0, the grid's top lies so far below the view's
     int menuY = 8;       // else so far above the pointer lies its lower edge
     bool menuOpen = false;
 
 private:
     friend class KWListLineViewMenu;
-    bool readsMouse(const CPoint& where) const;
+    const StepLine* shownLine() const override { return line; }
     int lastChoice() const;
     void editCell(int step, float choice);
     void menuClosed();
     void openMenu(const CPoint& where, int step);
-    int runningCell() const;
 
-    KWControl* popupControl = nullptr;
     KWListLineViewMenu* menu; // one reference is this view's, another the frame's while it is open
     uint32_t lastGeneration = 0;
     int lastRunningStep = -1;
