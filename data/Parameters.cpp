@@ -67,6 +67,22 @@ bool isAction(int tag)
     }
 }
 
+int firstControlOf(int tag)
+{
+    switch (tag) {
+    case Tag::LoopbarModeTwin:
+        return Tag::LoopbarMode;
+    case Tag::PageTwin:
+        return Tag::Page;
+    case Tag::SynthOnTwin:
+        return Tag::SynthOn;
+    case Tag::KeyboardModeTwin:
+        return Tag::KeyboardMode;
+    default:
+        return tag;
+    }
+}
+
 Parameters::Parameters() { reset(); }
 
 void Parameters::reset()

@@ -93,6 +93,8 @@ int patternSlot(int tag);
 // Presets, files, dialogues and edit buttons: setting them does something once, so stored values
 // of these tags are never applied again.
 bool isAction(int tag);
+// A value with two controls belongs to the first of them: that one's tag, any other tag itself.
+int firstControlOf(int tag);
 
 // --- as text ---
 // "%f %s" of the value and its unit, or the text of a choice. Returns the length; always ends with

@@ -66,21 +66,6 @@ CColor hueOf(ScreenLane lane)
     }
 }
 
-// A second button of a value shows the value itself, wherever that was set.
-int shownBy(int tag)
-{
-    switch (tag) {
-    case Tag::LoopbarModeTwin:
-        return Tag::LoopbarMode;
-    case Tag::PageTwin:
-        return Tag::Page;
-    case Tag::KeyboardModeTwin:
-        return Tag::KeyboardMode;
-    default:
-        return tag;
-    }
-}
-
 CColor withAlpha(CColor color, int alpha)
 {
     color.alpha = uint8_t(alpha);
@@ -205,7 +190,8 @@ KWControl* ControlFactory::makeButton(const ControlRow& row)
     button->stateCount = row.states;
     button->setMax(float(row.states - 1));
     if (row.binding == Binding::Mapped)
-        button->valueSource = engine.mapped(shownBy(row.tag));
+        // A second button of a value shows the value itself, wherever that was set.
+        button->valueSource = engine.mapped(firstControlOf(row.tag));
     return button;
 }
 

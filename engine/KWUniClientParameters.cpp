@@ -23,11 +23,7 @@ int familyIndex(int tag, int first, int stride)
 
 // The second control of a value. What it shows follows the first, so its own default or stored
 // value must never be set: it would move the first.
-bool isTwin(int tag)
-{
-    return tag == Tag::LoopbarModeTwin || tag == Tag::PageTwin || tag == Tag::SynthOnTwin
-        || tag == Tag::KeyboardModeTwin;
-}
+bool isTwin(int tag) { return firstControlOf(tag) != tag; }
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
 } // namespace
@@ -264,9 +260,9 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         return true;
     case Tag::LoopbarModeTwin:
     case Tag::PageTwin: {
-        const int twin = tag == Tag::PageTwin ? Tag::Page : Tag::LoopbarMode;
-        if (parameters.raw(twin) != stored.raw)
-            setParameter(twin, stored.raw);
+        const int first = firstControlOf(tag);
+        if (parameters.raw(first) != stored.raw)
+            setParameter(first, stored.raw);
         return true;
     }
 

@@ -11,21 +11,6 @@ namespace {
 
 using testing::IsSubsetOf;
 
-// The value that a second button of it turns.
-int valueOf(int tag)
-{
-    switch (tag) {
-    case Tag::LoopbarModeTwin:
-        return Tag::LoopbarMode;
-    case Tag::PageTwin:
-        return Tag::Page;
-    case Tag::KeyboardModeTwin:
-        return Tag::KeyboardMode;
-    default:
-        return tag;
-    }
-}
-
 // What one control may move besides its own tag.
 std::set<int> allowedFor(const ControlRow& row)
 {
@@ -43,7 +28,7 @@ std::set<int> allowedFor(const ControlRow& row)
     case Tag::LoopbarModeTwin:
     case Tag::PageTwin:
     case Tag::KeyboardModeTwin:
-        tags.insert(valueOf(row.tag));
+        tags.insert(firstControlOf(row.tag));
         break;
     case Tag::ModSelect:
         tags.insert(Tag::ModTrackPage);
@@ -100,7 +85,8 @@ protected:
 
     void expectMoved(const ControlRow& row, const std::set<int>& changed)
     {
-        EXPECT_TRUE(changed.contains(valueOf(row.tag))) << "tag " << row.tag << " did not move";
+        EXPECT_TRUE(changed.contains(firstControlOf(row.tag)))
+            << "tag " << row.tag << " did not move";
         EXPECT_THAT(changed, IsSubsetOf(allowedFor(row))) << "tag " << row.tag;
     }
 
@@ -133,10 +119,10 @@ TEST_F(CatalogueWalk, SwitchesStayAndComeBack)
         if (row.tag == Tag::KeyboardMode)
             continue; // lies below its twin
         rig.show(row);
-        const float first = rig.engine.parameters.mapped(valueOf(row.tag));
+        const float first = rig.engine.parameters.mapped(firstControlOf(row.tag));
         for (int press = 0; press < row.states; ++press)
             expectMoved(row, changes([&] { rig.click(EditorRig::middle(row)); }));
-        EXPECT_EQ(rig.engine.parameters.mapped(valueOf(row.tag)), first) << row.tag;
+        EXPECT_EQ(rig.engine.parameters.mapped(firstControlOf(row.tag)), first) << row.tag;
     }
 }
 
