@@ -66,6 +66,9 @@ public:
     enum ButtonTag { kNext = 10051, kPrevious = 10052, kLoad = 10053, kSave = 10054 };
     static constexpr int kMaxEntries = 1024;
     static constexpr int kMaxFiles = 128;
+    // One opening of a nested menu looks at no more than this, wherever it starts.
+    static constexpr size_t kMaxScannedNames = 200'000;
+    static constexpr int kMaxScannedFolders = 2'000;
 
     KWOptionMenu(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
         const char* fileExtension, uint32_t styleBits);
@@ -166,6 +169,10 @@ public:
 
 private:
     friend class KWMenuHelper;
+    struct ScanBudget {
+        size_t names = kMaxScannedNames;
+        int folders = kMaxScannedFolders;
+    };
     bool hasStyle(MenuStyle bit) const { return (menuStyle & bit) != 0; }
     bool isIndex(int index) const { return index >= 0 && index < getEntryCount(); }
     bool isPlain(int index) const;
@@ -206,7 +213,8 @@ private:
 
     // KWOptionMenuFolder.cpp
     void addHeaders();
-    void addFolder(const std::string& name);
+    void fillFromFolder(ScanBudget& budget);
+    void addFolder(const std::string& name, ScanBudget& budget);
     std::vector<std::string> currentChain() const;
     void restoreChain(const std::vector<std::string>& chain);
 

@@ -33,13 +33,23 @@ bool namesInOrder(const std::string& a, const std::string& b)
     return lowA != lowB ? lowA < lowB : a < b;
 }
 
-// In the file system's order. A folder that cannot be read is empty.
-FolderContent readFolder(const std::string& folder, const std::string& suffix)
+// The first `most` come in order; whoever is behind them is not shown.
+void putFirstInOrder(std::vector<std::string>& names, size_t most)
+{
+    std::partial_sort(names.begin(),
+        names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), most)), names.end(),
+        namesInOrder);
+}
+
+// In the file system's order; no more than `most` names are looked at, and taken off. A folder that
+// cannot be read is empty.
+FolderContent readFolder(const std::string& folder, const std::string& suffix, size_t& most)
 {
     FolderContent content;
     std::error_code error;
     fs::directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    for (; !error && entry != fs::directory_iterator() && most > 0; entry.increment(error)) {
+        --most;
         const std::string name = entry->path().filename().string();
         if (name.empty() || name.front() == '.')
             continue;
@@ -95,28 +105,35 @@ void KWOptionMenu::scanFolder(const char* folder, const char* fileExtension)
     if (!path.empty() && path != kNoPath && path.back() != '/')
         path += '/';
     const std::vector<std::string> chosen = currentChain();
+    ScanBudget budget;
+    fillFromFolder(budget);
+    restoreChain(chosen);
+}
+
+void KWOptionMenu::fillFromFolder(ScanBudget& budget)
+{
     removeAllEntries();
     addHeaders();
-    if (!path.empty() && path != kNoPath) {
+    if (!path.empty() && path != kNoPath && budget.folders-- > 0) {
         const std::string suffix =
             extension.empty() || extension.front() == '.' ? extension : "." + extension;
-        FolderContent content = readFolder(path, suffix);
+        FolderContent content = readFolder(path, suffix, budget.names);
         if (hasStyle(kSortFiles)) {
-            std::sort(content.folders.begin(), content.folders.end(), namesInOrder);
-            std::sort(content.files.begin(), content.files.end(), namesInOrder);
+            putFirstInOrder(content.folders, kMaxEntries);
+            putFirstInOrder(content.files, kMaxFiles);
         }
         if (hasStyle(kNestedFolders)) {
             for (const std::string& name : content.folders)
-                addFolder(name);
+                if (getEntryCount() < kMaxEntries && budget.folders > 0)
+                    addFolder(name, budget);
         }
         const size_t files = std::min(content.files.size(), static_cast<size_t>(kMaxFiles));
         for (size_t i = 0; i < files; ++i)
             addEntry(content.files[i].c_str());
     }
-    restoreChain(chosen);
 }
 
-void KWOptionMenu::addFolder(const std::string& name)
+void KWOptionMenu::addFolder(const std::string& name, ScanBudget& budget)
 {
     // A link back to an outer folder would nest for ever.
     const std::string folder = path + name;
@@ -146,7 +163,8 @@ void KWOptionMenu::addFolder(const std::string& name)
     sub->checkBitmap = checkBitmap;
     sub->topMargin = 0;
     sub->bottomMargin = 0;
-    sub->scanFolder(folder.c_str(), nullptr);
+    sub->path = folder + '/';
+    sub->fillFromFolder(budget);
     addSubMenu(std::move(sub), name.c_str());
 }
 

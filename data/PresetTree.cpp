@@ -20,43 +20,44 @@ bool hasExtension(const std::string& name, const std::string& extension)
 std::vector<PresetFile> PresetTree::filesOf(const std::string& folder, const std::string& extension)
 {
     std::vector<PresetFile> files;
-    for (const std::string& name : KWFileio::list(folder))
-        if (hasExtension(name, extension)) {
-            std::string path = KWFileio::join(folder, name);
-            if (KWFileio::size(path) >= 0)
-                files.push_back({std::move(path), KWFileio::nameOf(name)});
-        }
+    size_t most = kMostNames;
+    for (const KWFileio::Entry& entry : KWFileio::list(folder, most))
+        if (!entry.isFolder && hasExtension(entry.name, extension))
+            files.push_back({KWFileio::join(folder, entry.name), KWFileio::nameOf(entry.name)});
     return files;
 }
 
-void PresetTree::scan(const std::vector<std::string>& roots, const std::string& extension)
+void PresetTree::scan(const std::vector<std::string>& roots, const std::string& fileExtension)
 {
     folders.clear();
+    extension = fileExtension;
+    namesLeft = kMostNames;
+    foldersLeft = kMostFolders;
     for (size_t i = 0; i < roots.size(); ++i)
         if (!roots[i].empty()
             && std::find(roots.begin(), roots.begin() + static_cast<long>(i), roots[i])
                 == roots.begin() + static_cast<long>(i))
-            add(roots[i], extension, 0);
+            add(roots[i], 0);
 }
 
-void PresetTree::add(const std::string& path, const std::string& extension, int depth)
+void PresetTree::add(const std::string& path, int depth)
 {
+    if (foldersLeft-- <= 0)
+        return;
     Folder folder{path, path.substr(path.rfind('/') + 1), {}};
     std::vector<std::string> below;
-    for (const std::string& name : KWFileio::list(path)) {
-        std::string full = KWFileio::join(path, name);
-        if (hasExtension(name, extension)) {
-            if (KWFileio::size(full) >= 0)
-                folder.files.push_back({std::move(full), KWFileio::nameOf(name)});
-        } else if (name.front() != '.' && KWFileio::isFolder(full)) {
+    for (const KWFileio::Entry& entry : KWFileio::list(path, namesLeft)) {
+        std::string full = KWFileio::join(path, entry.name);
+        if (entry.isFolder && entry.name.front() != '.')
             below.push_back(std::move(full));
-        }
+        else if (!entry.isFolder && hasExtension(entry.name, extension))
+            folder.files.push_back({std::move(full), KWFileio::nameOf(entry.name)});
     }
     if (!folder.files.empty())
         folders.push_back(std::move(folder));
     if (depth < kDeepest)
         for (const std::string& inner : below)
-            add(inner, extension, depth + 1);
+            add(inner, depth + 1);
 }
 
 int PresetTree::fileCount(int folder) const

@@ -14,6 +14,9 @@ class PresetTree {
 public:
     // The roots in their order; of each first its own files, then its sub-folders, all in byte
     // order. Folders without a preset are left out. `extension` without the dot.
+    // Somebody may choose the root of a disk: a scan ends after so many names and folders.
+    static constexpr size_t kMostNames = 200'000;
+    static constexpr int kMostFolders = 2'000;
     void scan(const std::vector<std::string>& roots, const std::string& extension);
 
     int folderCount() const { return static_cast<int>(folders.size()); }
@@ -35,7 +38,10 @@ private:
         std::string name;
         std::vector<PresetFile> files;
     };
-    void add(const std::string& path, const std::string& extension, int depth);
+    void add(const std::string& path, int depth);
 
     std::vector<Folder> folders;
+    std::string extension;
+    size_t namesLeft = 0;
+    int foldersLeft = 0;
 };

@@ -22,7 +22,8 @@ constexpr int kListTop = 56;
 constexpr int kButtonWidth = 80;
 constexpr int kButtonHeight = 22;
 constexpr size_t kMaxRows = 2000;
-constexpr size_t kMaxName = 200; // bytes; file systems take 255
+constexpr size_t kMaxNames = 200'000; // looked at in one folder
+constexpr size_t kMaxName = 200;      // bytes; file systems take 255
 
 void dropLastCharacter(std::string& text)
 {
@@ -92,8 +93,9 @@ void FileSheet::enter(const std::string& newFolder)
     std::error_code error;
     std::string suffix = asked.extension;
     suffix.insert(suffix.begin(), '.');
-    for (fs::directory_iterator each(folder, error), end; !error && each != end;
-         each.increment(error)) {
+    size_t looked = 0;
+    for (fs::directory_iterator each(folder, error), end;
+         !error && each != end && looked < kMaxNames; each.increment(error), ++looked) {
         const std::string found = each->path().filename().string();
         std::error_code unreadable;
         const bool isFolder = each->is_directory(unreadable);

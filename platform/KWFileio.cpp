@@ -8,6 +8,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,6 +82,21 @@ std::string temporaryName(const std::string& target)
     return target.substr(0, name) + "." + target.substr(name, 200) + suffix;
 }
 
+// Most file systems say of a name what it is, which saves asking for each of a hundred thousand.
+bool isPlainOrFolder(const std::string& folder, const dirent& entry, bool& isFolder)
+{
+    isFolder = entry.d_type == DT_DIR;
+    if (entry.d_type == DT_REG || isFolder)
+        return true;
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return false;
+    struct stat info { };
+    if (::stat(KWFileio::join(folder, entry.d_name).c_str(), &info) != 0)
+        return false;
+    isFolder = S_ISDIR(info.st_mode);
+    return isFolder || S_ISREG(info.st_mode);
+}
+
 void flushFolder(const std::string& folder)
 {
     const Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -127,19 +143,24 @@ bool KWFileio::write(const std::string& path, const void* buffer, size_t bytes)
     return true;
 }
 
-std::vector<std::string> KWFileio::list(const std::string& folder)
+std::vector<KWFileio::Entry> KWFileio::list(const std::string& folder, size_t& most)
 {
-    std::vector<std::string> names;
+    std::vector<Entry> entries;
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
     if (!open)
-        return names;
-    while (const dirent* entry = ::readdir(open.get())) {
-        std::string name = entry->d_name;
-        if (name != "." && name != "..")
-            names.push_back(std::move(name));
+        return entries;
+    for (; most > 0; --most) {
+        const dirent* entry = ::readdir(open.get());
+        if (!entry)
+            break;
+        const std::string_view name = entry->d_name;
+        bool isFolder = false;
+        if (name != "." && name != ".." && isPlainOrFolder(folder, *entry, isFolder))
+            entries.push_back({std::string(name), isFolder});
     }
-    std::sort(names.begin(), names.end());
-    return names;
+    std::sort(entries.begin(), entries.end(),
+        [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
 }
 
 bool KWFileio::exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }

@@ -7,6 +7,11 @@
 
 class KWFileio {
 public:
+    struct Entry {
+        std::string name;
+        bool isFolder;
+        friend bool operator==(const Entry&, const Entry&) = default;
+    };
     // The first `bytes` of a file. False when it is no plain file, cannot be read or is shorter.
     static bool read(const std::string& path, void* buffer, size_t bytes);
     // Bytes of a plain file; -1 for anything else.
@@ -14,8 +19,9 @@ public:
     // All of it or nothing: written beside the target, flushed to the disk and renamed over it. On
     // failure the old file stands as it was. A link is followed.
     static bool write(const std::string& path, const void* buffer, size_t bytes);
-    // Names without "." and "..", in byte order; empty when the folder cannot be read.
-    static std::vector<std::string> list(const std::string& folder);
+    // The plain files and the folders in a folder, links followed, without "." and "..", in byte
+    // order; empty when it cannot be read. Looks at no more than `most` names and takes them off.
+    static std::vector<Entry> list(const std::string& folder, size_t& most);
     static bool exists(const std::string& path);
     static bool isFolder(const std::string& path); // links followed
     // With all folders above it. True when it is there afterwards.

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -413,6 +414,28 @@ TEST_F(PresetMenu, HeadersComeFirstThenFoldersAndFilesInOrder)
     EXPECT_EQ(saveOnly->findEntry("Save Preset"), 0);
     saveOnly->scanFolder((root / "missing").c_str(), nullptr);
     EXPECT_THAT(texts(*saveOnly), ElementsAre("Save Preset"));
+}
+
+TEST_F(PresetMenu, AForestOfLinksEndsSomewhere)
+{
+    // Each level would open eight times as many folders as the one above it.
+    for (int i = 0; i < 8; ++i) {
+        const std::string name = "Factory/" + std::to_string(i);
+        fs::create_directories(root / name);
+        for (int k = 0; k < 8; ++k)
+            fs::create_directory_symlink(
+                root / "Factory" / std::to_string(k), root / name / ("to " + std::to_string(k)));
+    }
+    int menus = 0;
+    const std::function<void(const KWOptionMenu&)> count = [&](const KWOptionMenu& menu) {
+        ++menus;
+        for (int i = 0; i < menu.getEntryCount(); ++i)
+            if (const KWOptionMenu* sub = menu.getSubMenu(i))
+                count(*sub);
+    };
+    count(*presets(kGlobal));
+    EXPECT_GT(menus, 100);
+    EXPECT_LE(menus, KWOptionMenu::kMaxScannedFolders);
 }
 
 TEST_F(PresetMenu, AtMostSoManyFilesAreTaken)

@@ -127,3 +127,16 @@ TEST_F(Home, ATreeListsFoldersInOrderAndOnlyThoseWithPresets)
     EXPECT_EQ(place, tree.folderNamed("Ape"));
     EXPECT_EQ(index, 0);
 }
+
+TEST_F(Home, ATreeOfLinksIsScannedInBoundedWork)
+{
+    // Followed four levels down, sixty links back up would be thirteen million folders.
+    touch("F/a.kwe");
+    for (int i = 0; i < 60; ++i)
+        std::filesystem::create_directory_symlink(
+            folder / "F", folder / ("F/back " + std::to_string(i)));
+    PresetTree tree;
+    tree.scan({folder / "F"}, "kwe");
+    EXPECT_GT(tree.folderCount(), 100);
+    EXPECT_LE(tree.folderCount(), PresetTree::kMostFolders);
+}

@@ -21,6 +21,15 @@ std::string contentOf(const std::string& path)
     return KWFileio::read(path, content.data(), content.size()) ? content : "?";
 }
 
+std::vector<std::string> namesIn(const std::string& folder)
+{
+    size_t most = 100;
+    std::vector<std::string> names;
+    for (const KWFileio::Entry& entry : KWFileio::list(folder, most))
+        names.push_back(entry.name);
+    return names;
+}
+
 } // namespace
 
 TEST(KWFileio, ReadsBackWhatItWroteAndNeverMore)
@@ -32,7 +41,7 @@ TEST(KWFileio, ReadsBackWhatItWroteAndNeverMore)
     EXPECT_EQ(contentOf(path), "abcd");
     char more[5];
     EXPECT_FALSE(KWFileio::read(path, more, sizeof more));
-    EXPECT_THAT(KWFileio::list(folder.path()), ElementsAre("a song \xC3\xBC.kwe"));
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("a song \xC3\xBC.kwe"));
     EXPECT_EQ(KWFileio::nameOf(path), "a song \xC3\xBC");
 }
 
@@ -48,7 +57,7 @@ TEST(KWFileio, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind)
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
     std::filesystem::create_directory(folder / "taken");
     EXPECT_FALSE(KWFileio::write(folder / "taken", "a", 1));
-    EXPECT_THAT(KWFileio::list(folder.path()), ElementsAre("link", "song", "taken"));
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("link", "song", "taken"));
 }
 
 TEST(KWFileio, AFullDiskKeepsTheOldFile)
@@ -65,7 +74,7 @@ TEST(KWFileio, AFullDiskKeepsTheOldFile)
     ::setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_FALSE(written);
     EXPECT_EQ(contentOf(path), "old");
-    EXPECT_THAT(KWFileio::list(folder.path()), ElementsAre("song"));
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("song"));
 }
 
 TEST(KWFileio, PipesAndFoldersAreNoFiles)
@@ -76,7 +85,16 @@ TEST(KWFileio, PipesAndFoldersAreNoFiles)
     EXPECT_FALSE(KWFileio::read(folder / "pipe", &byte, 1));
     EXPECT_EQ(KWFileio::size(folder / "pipe"), -1);
     EXPECT_FALSE(KWFileio::read(folder.path(), &byte, 1));
-    EXPECT_TRUE(KWFileio::list(folder / "pipe").empty());
+    EXPECT_TRUE(namesIn(folder / "pipe").empty());
+    std::filesystem::create_directory(folder / "below");
+    std::filesystem::create_directory_symlink(folder / "below", folder / "link");
+    std::filesystem::create_symlink(folder / "nowhere", folder / "dead");
+    size_t most = 100;
+    const KWFileio::Entry entries[] = {{"below", true}, {"link", true}};
+    EXPECT_THAT(KWFileio::list(folder.path(), most), testing::ElementsAreArray(entries));
+    most = 1;
+    EXPECT_LE(KWFileio::list(folder.path(), most).size(), 1u);
+    EXPECT_EQ(most, 0u);
 }
 
 TEST(KWFileio, KilledDuringASaveTheOldOrTheNewFileIsThereWhole)
