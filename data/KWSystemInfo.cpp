@@ -25,7 +25,7 @@ void KWSystemInfo::setTempo(double beatsPerMinute)
 
 bool KWSystemInfo::setSampleRate(float hertz)
 {
-    if (!(hertz >= kMinSampleRate && hertz <= kMaxSampleRate))
+    if (!isUsableRate(hertz))
         return false;
     sampleRate = hertz;
     rateRatio = hertz / 44100.0f;

@@ -34,6 +34,10 @@ public:
     void setTempo(double beatsPerMinute);
     // Hz, 11050 to 196000 exclusive of neither; any other value changes nothing and gives false.
     bool setSampleRate(float hertz);
+    static bool isUsableRate(float hertz)
+    {
+        return hertz >= kMinSampleRate && hertz <= kMaxSampleRate;
+    }
 
     // What a tempo would make of a beat at the present rate.
     float samplesPerBeatAt(double beatsPerMinute) const;

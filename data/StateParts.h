@@ -36,6 +36,18 @@ protected:
     ~LoadInterlock() = default;
 };
 
+// No block runs while it lives, whichever way its scope is left.
+class BlocksStopped {
+public:
+    BlocksStopped(LoadInterlock& used, bool wait) : interlock(used) { interlock.stopBlocks(wait); }
+    ~BlocksStopped() { interlock.resumeBlocks(); }
+    BlocksStopped(const BlocksStopped&) = delete;
+    BlocksStopped& operator=(const BlocksStopped&) = delete;
+
+private:
+    LoadInterlock& interlock;
+};
+
 struct StateParts {
     KWSystemInfo& info;
     Parameters& parameters;

@@ -17,18 +17,6 @@ Saved listOf(PresetKind kind)
     return kind == PresetKind::Global ? Saved::Preset : Saved::PresetAndSynth;
 }
 
-// No block runs while it lives, whichever way the load ends.
-class Stopped {
-public:
-    Stopped(LoadInterlock& used, bool wait) : interlock(used) { interlock.stopBlocks(wait); }
-    ~Stopped() { interlock.resumeBlocks(); }
-    Stopped(const Stopped&) = delete;
-    Stopped& operator=(const Stopped&) = delete;
-
-private:
-    LoadInterlock& interlock;
-};
-
 CcAssignment halves(int32_t tag, int32_t step)
 {
     return {static_cast<int16_t>(tag & 0xFFFF), static_cast<int16_t>(step & 0xFFFF)};
@@ -93,7 +81,7 @@ LoadResult StateReader::load(KWChunk& chunk, const Options& options)
         return found;
 
     {
-        const Stopped stopped(parts.interlock, how.wait);
+        const BlocksStopped stopped(parts.interlock, how.wait);
         apply = true;
         chunk.setCursor(0);
         readHead(chunk);

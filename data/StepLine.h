@@ -75,7 +75,10 @@ protected:
     Crossing<int32_t> sourceRow = 0; // of the last copy
 
 private:
-    static size_t cell(int r, int i) { return static_cast<size_t>(r) * kMaxSteps + static_cast<size_t>(i); }
+    static size_t cell(int r, int i)
+    {
+        return static_cast<size_t>(r) * kMaxSteps + static_cast<size_t>(i);
+    }
     void copyTo(bool global, int from, int to);
     void pasteFrom(bool global, int from, int to);
     float fit(float v) const;

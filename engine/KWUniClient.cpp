@@ -63,6 +63,15 @@ void KWUniClient::waitForBlock() const
 
 void KWUniClient::suspend()
 {
+    // The lists are the audio thread's, and some hosts suspend beside a running block.
+    eventsOutdated.raise();
+}
+
+void KWUniClient::dropOutdatedEvents()
+{
+    if (!eventsOutdated.isRaised())
+        return;
+    eventsOutdated.lower();
     // Never the schedule: what has been started must end.
     inputQueue.clear();
     outgoing.clear();
@@ -72,8 +81,11 @@ void KWUniClient::resume() { wantEvents(); }
 
 void KWUniClient::setSampleRate(float rate)
 {
-    if (!info.setSampleRate(rate))
+    if (!KWSystemInfo::isUsableRate(rate))
         return;
+    // A host ought to stop first; with one that does not, a block would read a buffer that moves.
+    const BlocksStopped stopped(stateLink, true);
+    info.setSampleRate(rate);
     KWPluginBase::setSampleRate(rate);
     clock.sampleRateChanged();
     synth.sampleRateChanged();
@@ -98,6 +110,7 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames)
         return;
     }
     blockThread = static_cast<uintptr_t>(pthread_self());
+    dropOutdatedEvents();
     if (!wrapper && rendersOffline == 0 && getCurrentProcessLevel() == kVstProcessLevelOffline)
         return;
 

@@ -122,6 +122,7 @@ private:
         KWUniClient& engine;
     };
     // engine/KWUniClient.cpp
+    void dropOutdatedEvents();
     void tick(int sample);
     void handle(const InternalEvent& event);
     void followTempo();
@@ -150,6 +151,7 @@ private:
     Crossing<float> reloadCounter = 0.0f;
     OneWayFlag loadBypass;
     OneWayFlag inBlock;
+    OneWayFlag eventsOutdated; // the host has suspended
     WrapperPort* wrapper = nullptr;
     Crossing<int32_t> synthOn = 0;
     Crossing<int32_t> ignoreProgramChange = 1;

@@ -135,6 +135,7 @@ void KWUniClient::queueEvents(const VstEvents* events)
 {
     if (!events)
         return;
+    dropOutdatedEvents();
     const int untilTick = kTickSamples - info.controlCounter;
     for (VstInt32 i = 0; i < events->numEvents; ++i) {
         const VstEvent* event = events->events[i];

@@ -1,16 +1,9 @@
 // The built module as a host meets it: loaded, asked, played and mistreated through the C
 // interface alone.
-#include "apps/host/ScriptedHost.h"
-#include "tests/support/OwnHome.h"
+#include "tests/host/ModuleRig.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <limits>
-#include <map>
 
 using testing::Each;
 using testing::ElementsAre;
@@ -19,66 +12,6 @@ using testing::SizeIs;
 using testing::StartsWith;
 
 namespace {
-
-const std::string kModule = ORMUND_BIN_DIR "/ormund-vst2.so";
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-constexpr VstInt32 kDoor = fourCharacters('K', 'W', 'O', 'R');
-constexpr int kRootKey = 0;
-constexpr int kScale = 1;
-constexpr int kPlayButton = 9;
-constexpr int kSynthSwitch = 513;
-
-class Module : public testing::Test {
-protected:
-    void SetUp() override { start(host, {}); }
-    static void start(ScriptedHost& one, const ScriptedHost::Setup& setup)
-    {
-        ASSERT_TRUE(one.load(kModule, setup)) << one.error();
-    }
-    void set(int tag, float value) { host.effect()->setParameter(host.effect(), tag, value); }
-    OwnHome home;
-    ScriptedHost host;
-};
-
-// What still sounds after all messages, by pitch.
-std::map<int, int> soundingAfter(const std::vector<ScriptedHost::Event>& events)
-{
-    std::map<int, int> open;
-    for (const auto& event : events) {
-        if ((event.bytes[0] & 0xe0) != 0x80)
-            continue;
-        const bool isOn = (event.bytes[0] & 0xf0) == 0x90 && event.bytes[2] > 0;
-        int& count = open[event.bytes[1]];
-        count = isOn ? count + 1 : 0;
-        if (count == 0)
-            open.erase(event.bytes[1]);
-    }
-    return open;
-}
-
-std::vector<ScriptedHost::Event> noteOns(const std::vector<ScriptedHost::Event>& events)
-{
-    std::vector<ScriptedHost::Event> notes;
-    std::copy_if(events.begin(), events.end(), std::back_inserter(notes),
-        [](const auto& event) { return (event.bytes[0] & 0xf0) == 0x90 && event.bytes[2] > 0; });
-    return notes;
-}
-
-float loudest(const std::vector<float>& samples)
-{
-    float peak = 0;
-    for (const float sample : samples)
-        peak = std::max(peak, std::abs(sample));
-    return peak;
-}
-
-bool allFinite(const std::vector<float>& samples)
-{
-    return std::all_of(
-        samples.begin(), samples.end(), [](float sample) { return std::isfinite(sample); });
-}
 
 TEST(ModuleFile, ExportsItsEntryPointAlone)
 {

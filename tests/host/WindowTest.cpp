@@ -81,6 +81,36 @@ TEST_F(ModuleWindow, FollowsTheEngineAndGoesWithIt)
     EXPECT_EQ(user->countWindows(), 1);
 }
 
+TEST_F(ModuleWindow, OpenedTwiceAndBesideASecondInstance)
+{
+    const int before = user->countWindows();
+    void* const place = reinterpret_cast<void*>(parent);
+    host.dispatch(effEditOpen, 0, 0, place);
+    host.dispatch(effEditOpen, 0, 0, place);
+    ScriptedHost second;
+    ASSERT_TRUE(second.load(ORMUND_BIN_DIR "/ormund-vst2.so", {}));
+    second.dispatch(effEditOpen, 0, 0, place);
+    host.start();
+    second.start();
+    for (int round = 0; round < 20; ++round) {
+        host.run(1024);
+        second.run(1024);
+        second.dispatch(effEditIdle);
+        idle(1);
+    }
+    EXPECT_TRUE(isPainted());
+    host.dispatch(effEditClose);
+    host.run(44100);
+    second.dispatch(effEditIdle);
+    host.close();
+    second.run(44100);
+    second.dispatch(effEditIdle);
+    second.dispatch(effEditClose);
+    second.dispatch(effEditClose);
+    EXPECT_EQ(user->countWindows(), before);
+    EXPECT_TRUE(second.faults.empty());
+}
+
 TEST_F(ModuleWindow, NoWindowForAParentThatIsNone)
 {
     host.dispatch(effEditOpen, 0, 0, nullptr);
