@@ -26,7 +26,7 @@ void clearOutputs(float** outputs, int frames)
 }
 } // namespace
 
-KWUniClient::KWUniClient(audioMasterCallback master)
+KWUniClient::KWUniClient(audioMasterCallback master, const AudioLoops& loops)
     : KWPluginBase(master, kPrograms, kHostParameters)
     , tracks(info)
     , transport(info)
@@ -38,7 +38,7 @@ KWUniClient::KWUniClient(audioMasterCallback master)
     , notes(tracks)
     , bend(tracks)
     , mods(tracks, *this)
-    , synth(info)
+    , synth(info, loops)
 {
     setNumInputs(kInputs);
     setNumOutputs(kOutputs);

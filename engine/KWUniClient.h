@@ -35,8 +35,9 @@ public:
     static constexpr VstInt32 kUniqueId = 0x4B574F52; // "KWOR"
     static constexpr int kPrograms = 128;
 
-    // `master` may be null: the instance then runs without a host.
-    explicit KWUniClient(audioMasterCallback master);
+    // `master` may be null: the instance then runs without a host. Other loops cost more and change
+    // no sample.
+    explicit KWUniClient(audioMasterCallback master, const AudioLoops& loops = fastestLoops());
     ~KWUniClient() override;
 
     // --- the effect interface ----------------------------------------------------------------

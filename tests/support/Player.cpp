@@ -42,7 +42,7 @@ Player::Player(const Setup& setup)
     : tempo(setup.tempo), rate(static_cast<double>(setup.rate)), block(setup.block)
 {
     current = this;
-    client = std::make_unique<KWUniClient>(host);
+    client = std::make_unique<KWUniClient>(host, *setup.loops);
     client->setSampleRate(setup.rate);
     client->resume();
     if (setup.empty) {

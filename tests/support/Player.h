@@ -24,6 +24,7 @@ public:
         float rate = 44100;
         int block = 512;
         bool empty = true; // all tracks at their defaults, every step silent until a test writes it
+        const AudioLoops* loops = &fastestLoops();
     };
     Player() : Player(Setup()) { }
     explicit Player(const Setup& setup);
