@@ -10,6 +10,7 @@
 
 namespace {
 
+constexpr size_t kMostNames = 10'000; // far more than there are
 constexpr char kSourceEnding[] = ".txt";
 
 bool buildOne(
@@ -38,9 +39,10 @@ int buildKind(
     int built = 0;
     const PresetKindRow& row = presetKindRow(kind);
     const std::string from = KWFileio::join(root, sources);
-    for (const std::string& folder : KWFileio::list(from))
-        for (const std::string& file : KWFileio::list(KWFileio::join(from, folder))) {
-            if (!file.ends_with(kSourceEnding))
+    size_t most = kMostNames;
+    for (const auto& [folder, isFolder] : KWFileio::list(from, most))
+        for (const auto& [file, below] : KWFileio::list(KWFileio::join(from, folder), most)) {
+            if (below || !file.ends_with(kSourceEnding))
                 continue;
             const std::string to = target + "/" + row.title + "/Factory/" + folder + "/"
                 + KWFileio::nameOf(file) + "." + row.extension;
