@@ -4,15 +4,16 @@
 // plug-in through it and through nothing else.
 #pragma once
 
-#include "host/effect/EffectTypes.h"
+#include "apps/host/EventList.h"
+#include "apps/host/HostedEffect.h"
+#include "apps/host/HostTransport.h"
 
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
-class ScriptedHost {
+class ScriptedHost final : public HostedEffect {
 public:
     struct Setup {
         float sampleRate = 44100.0f; // Hz
@@ -34,36 +35,25 @@ public:
     };
 
     ScriptedHost() = default;
-    ~ScriptedHost();
-    ScriptedHost(const ScriptedHost&) = delete;
-    ScriptedHost& operator=(const ScriptedHost&) = delete;
+    ~ScriptedHost() { close(); }
 
     // Loads the module, makes an instance, opens and starts it. False leaves the reason in error().
     bool load(const std::string& module, const Setup& setup);
     // The same for an instance that is made by a function of this program.
-    bool attach(AEffect* (*entry)(audioMasterCallback), const Setup& setup);
-    // Stops and closes the instance; the module goes with the host. The destructor calls it.
-    void close();
-    const std::string& error() const { return problem; }
-
-    AEffect* effect() { return instance; }
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-        void* ptr = nullptr, float opt = 0);
-    // An answer in text, such as effGetParamName; cut at 255 bytes.
-    std::string text(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0);
+    bool attach(Entry entry, const Setup& setup);
     // Stops, gives the new rate, starts again, as a host must.
     void setSampleRate(float hertz);
 
     // --- transport: taken by the next block -----------------------------------------------------
-    void start() { playing = true; }
-    void stop() { playing = false; }
-    void locate(double beat) { time.ppqPos = beat; }
-    void setTempo(double beatsPerMinute) { time.tempo = beatsPerMinute; }
-    void setCycle(double startBeat, double endBeat);
-    void clearCycle() { cycling = false; }
-    double position() const { return time.ppqPos; } // quarter notes
-    double rolled() const { return rolledBeats; }   // quarter notes of all blocks so far
-    double beatsPerFrame() const { return time.tempo / 60.0 / setup.sampleRate; }
+    void start() { transport.start(); }
+    void stop() { transport.stop(); }
+    void locate(double beat) { transport.locate(beat); }
+    void setTempo(double beatsPerMinute) { transport.setTempo(beatsPerMinute); }
+    void setCycle(double startBeat, double endBeat) { transport.setCycle(startBeat, endBeat); }
+    void clearCycle() { transport.clearCycle(); }
+    double position() const { return transport.position(); } // quarter notes
+    double rolled() const { return transport.rolled(); }     // quarter notes of all blocks so far
+    double beatsPerFrame() const { return transport.beatsPerFrame(); }
 
     // A message for the block to come, `frame` from its start.
     void send(std::array<uint8_t, 3> bytes, int frame = 0);
@@ -87,42 +77,18 @@ public:
     bool keepOutput = true;
     bool givesTime = true;
     VstInt32 processLevel = kVstProcessLevelRealtime;
-    VstTimeInfo time{}; // tests may bend it before a block
+    HostTransport transport; // tests may bend its record before a block
 
 private:
-    static VstIntPtr callback(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float);
-    VstIntPtr answer(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
-    bool begin(AEffect* (*entry)(audioMasterCallback), const Setup& wanted);
+    VstIntPtr answer(
+        VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) override;
     void takeEvents(const VstEvents* list);
-    void deliverEvents();
-    void refreshTime();
-    void rollOn(int frames);
     void fault(std::string line);
 
-    void* module = nullptr;
-    AEffect* instance = nullptr;
-    Setup setup;
-    std::string problem;
-    // Positions are counted from the last change of tempo or place, not summed block by block, so
-    // that they do not depend on the block size.
-    struct Anchor {
-        int64_t frame = 0;
-        double rolled = 0;
-        double position = 0;
-        double tempo = 0;
-        double expected = 0; // where the transport should stand now
-    };
-    Anchor anchor;
-    bool playing = false;
-    bool wasPlaying = false;
-    bool cycling = false;
     bool inBlock = false;
     int blockFrames = 0;
     int blocks = 0;
-    int64_t framesRun = 0;
-    double rolledBeats = 0;
-    std::vector<VstMidiEvent> pending;
-    std::vector<unsigned char> pendingList; // a VstEvents with room for all of them
+    EventList pending;
     std::vector<float> leftBlock;
     std::vector<float> rightBlock;
 };

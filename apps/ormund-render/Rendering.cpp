@@ -1,5 +1,6 @@
 #include "apps/ormund-render/Rendering.h"
 
+#include "apps/host/ScriptDoor.h"
 #include "apps/ormund-render/ProgressBar.h"
 #include "apps/ormund-render/SoundWriter.h"
 
@@ -18,11 +19,6 @@ constexpr double kDefaultBars = 16;
 constexpr double kDefaultTempo = 120;
 constexpr double kLowestTempo = 45; // what the plug-in keeps to
 constexpr double kHighestTempo = 499;
-constexpr int kMessageBytes = 8192;
-
-// The plug-in's own calls, reached by effVendorSpecific.
-constexpr VstInt32 kDoor = fourCharacters('K', 'W', 'O', 'R');
-enum DoorCode { kLoadGlobal = 1, kLoadSynth, kSaveGlobal, kSaveSynth, kLoadMap, kMessage = 8 };
 
 std::string ownModule(const RenderOptions& options)
 {
@@ -35,41 +31,12 @@ std::string ownModule(const RenderOptions& options)
                                        : (folder / "../lib/vst/ormund-vst2.so").string();
 }
 
-// Loads or saves through the plug-in itself and gives its own words when it refuses.
-std::string throughDoor(
-    ScriptedHost& host, VstIntPtr code, const std::string& path, const char* verb)
-{
-    std::string copy = path;
-    if (host.dispatch(effVendorSpecific, kDoor, code, copy.data()) == 1)
-        return {};
-    char message[kMessageBytes] = {};
-    host.dispatch(effVendorSpecific, kDoor, kMessage, message);
-    std::string text = message;
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    if (text.empty())
-        text = "it is damaged or no file of Ormund's";
-    return std::string("cannot ") + verb + " " + path + ": " + text;
-}
-
 std::string loadState(ScriptedHost& host, const RenderOptions& options)
 {
-    const struct {
-        const std::string& path;
-        bool isMap;
-    } files[] = {{options.preset, false}, {options.map, true}};
-    for (const auto& [path, isMap] : files) {
-        if (path.empty())
-            continue;
-        std::vector<uint8_t> bytes;
-        if (std::string problem = readFile(path, bytes); !problem.empty())
-            return problem;
-        const bool isSynth = path.ends_with(".kws");
-        if (!isMap && !isSynth && !path.ends_with(".kwe"))
-            return "cannot load " + path + ": a preset ends in .kwe or .kws";
-        const int code = isMap ? kLoadMap : isSynth ? kLoadSynth : kLoadGlobal;
-        if (std::string problem = throughDoor(host, code, path, "load"); !problem.empty())
-            return problem;
-    }
+    for (const std::string& path : {options.preset, options.map})
+        if (!path.empty())
+            if (std::string problem = loadFile(host, path); !problem.empty())
+                return problem;
     for (const auto& [tag, value] : options.settings)
         host.effect()->setParameter(host.effect(), tag, value);
     return {};
@@ -217,8 +184,7 @@ std::string render(const RenderOptions& options, Rendering& result)
     result.events = std::move(host.events);
 
     if (!options.save.empty()) {
-        const int code = options.save.ends_with(".kws") ? kSaveSynth : kSaveGlobal;
-        if (std::string problem = throughDoor(host, code, options.save, "save"); !problem.empty())
+        if (std::string problem = savePreset(host, options.save); !problem.empty())
             return problem;
     }
     if (sound.isOpen())

@@ -186,12 +186,12 @@ TEST_F(Module, BadNumbersAreHarmless)
     const double badTimes[] = {
         std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL, -1, 1e300};
     for (const double bad : badTimes) {
-        host.time.tempo = bad;
+        host.transport.time.tempo = bad;
         host.run(4096);
-        host.time.tempo = 120;
-        host.time.ppqPos = bad;
+        host.transport.time.tempo = 120;
+        host.transport.time.ppqPos = bad;
         host.run(4096);
-        host.time.ppqPos = 0;
+        host.transport.time.ppqPos = 0;
         host.setCycle(-1e9, bad);
         host.run(4096);
         host.clearCycle();

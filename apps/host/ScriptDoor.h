@@ -1,0 +1,13 @@
+// The plug-in's own calls for files, as programs use them: by effVendorSpecific, with the plug-in's
+// own words when it refuses. The thread of the user interface.
+#pragma once
+
+#include "apps/host/HostedEffect.h"
+
+#include <string>
+
+// A preset (kwe, kws) or a map of controllers (kwm), told apart by the name's ending. Empty, or
+// what is wrong, in one line.
+std::string loadFile(HostedEffect& host, const std::string& path);
+// kwe, or kws where the name ends so. Empty, or what is wrong.
+std::string savePreset(HostedEffect& host, const std::string& path);
