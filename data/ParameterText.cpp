@@ -108,6 +108,21 @@ int choiceCount(int tag)
     return tag == Tag::Scale ? kScales : static_cast<int>(choicesOf(tag).size());
 }
 
+const char* savedText(Saved saved)
+{
+    switch (saved) {
+    case Saved::Preset:
+        return "preset";
+    case Saved::PresetAndSynth:
+        return "preset, synth preset";
+    case Saved::Setting:
+        return "key store";
+    case Saved::None:
+        break;
+    }
+    return "";
+}
+
 std::string_view choiceText(int tag, int index)
 {
     if (index < 0 || index >= choiceCount(tag))

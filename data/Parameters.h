@@ -103,6 +103,8 @@ size_t parameterText(int tag, float raw, std::span<char> text);
 // The text of one choice of a list parameter, empty when it is none.
 std::string_view choiceText(int tag, int index);
 int choiceCount(int tag); // 0 for what is no list or switch
+// Where a parameter is kept, in words; empty for nowhere.
+const char* savedText(Saved saved);
 // The raw value that a user's text means: a choice's text, or a number in the parameter's unit.
 std::optional<float> parameterFromText(int tag, std::string_view text);
 

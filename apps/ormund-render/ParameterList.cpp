@@ -7,21 +7,6 @@
 
 namespace {
 
-const char* savedText(Saved saved)
-{
-    switch (saved) {
-    case Saved::None:
-        return "-";
-    case Saved::Preset:
-        return "preset";
-    case Saved::PresetAndSynth:
-        return "preset, synth";
-    case Saved::Setting:
-        return "setting";
-    }
-    return "";
-}
-
 std::string kindText(const ParameterEntry& entry)
 {
     if (entry.backing == Backing::Zones)
@@ -42,10 +27,10 @@ std::string kindText(const ParameterEntry& entry)
 void printParameterList()
 {
     std::printf(
-        "%5s %5s  %-20s %-9s %-14s %s\n", "tag", "key", "name", "default", "saved in", "values");
+        "%5s %5s  %-20s %-9s %-20s %s\n", "tag", "key", "name", "default", "saved in", "values");
     for (const ParameterEntry& entry : allParameters()) {
         const std::string key = entry.fileKey < 0 ? "-" : std::to_string(entry.fileKey);
-        std::printf("%5d %5s  %-20.*s %-9.6g %-14s %s\n", entry.tag, key.c_str(),
+        std::printf("%5d %5s  %-20.*s %-9.6g %-20s %s\n", entry.tag, key.c_str(),
             static_cast<int>(entry.name.size()), entry.name.data(),
             static_cast<double>(entry.defaultRaw), savedText(entry.saved), kindText(entry).c_str());
     }

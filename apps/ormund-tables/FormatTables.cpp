@@ -15,21 +15,6 @@ namespace {
 
 constexpr size_t kMostWordsShown = 4;
 
-const char* savedText(const ParameterEntry& entry)
-{
-    switch (entry.saved) {
-    case Saved::Preset:
-        return "kwe";
-    case Saved::PresetAndSynth:
-        return "kwe, kws";
-    case Saved::Setting:
-        return "key store";
-    case Saved::None:
-        break;
-    }
-    return "nowhere";
-}
-
 const char* blockText(const ParameterEntry& entry)
 {
     switch (entry.backing) {
@@ -141,8 +126,8 @@ std::string fileKeyTable()
         if (entry->backing != Backing::Zones)
             std::snprintf(start, sizeof start, "%.6g", static_cast<double>(entry->defaultRaw));
         text += "| " + std::to_string(key) + " | " + std::to_string(entry->tag) + " | `"
-            + std::string(entry->name) + "` | " + blockText(*entry) + " | " + savedText(*entry)
-            + " | " + start + " |\n";
+            + std::string(entry->name) + "` | " + blockText(*entry) + " | "
+            + savedText(entry->saved) + " | " + start + " |\n";
     }
     return text;
 }

@@ -10,21 +10,6 @@
 
 namespace {
 
-const char* savedText(const ParameterEntry& entry)
-{
-    switch (entry.saved) {
-    case Saved::Preset:
-        return "preset";
-    case Saved::PresetAndSynth:
-        return "preset, synth preset";
-    case Saved::Setting:
-        return "key store";
-    case Saved::None:
-        break;
-    }
-    return "";
-}
-
 std::string number(float value)
 {
     char text[32];
@@ -143,7 +128,7 @@ std::string parameterTable()
         text += "| " + std::to_string(entry.tag) + " | " + asCode(entry.name) + " | "
             + (entry.fileKey < 0 ? std::string() : std::to_string(entry.fileKey)) + " | "
             + (entry.hasValue() ? number(entry.defaultRaw) : std::string()) + " | "
-            + valuesText(entry) + " | " + savedText(entry) + " | "
+            + valuesText(entry) + " | " + savedText(entry.saved) + " | "
             + (patternSlot(entry.tag) >= 0 ? "yes" : "") + " |\n";
     }
     return text;
