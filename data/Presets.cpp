@@ -191,6 +191,28 @@ bool Presets::restoreSnapshot()
     return loaded;
 }
 
+Presets::Moment Presets::moment()
+{
+    takeMidiProgram();
+    // Not the host's chunk: a pointer into that one may still be in use.
+    KWChunk chunk;
+    writeState(chunk, parts, PresetKind::Global);
+    return {{chunk.words().begin(), chunk.words().end()}, position, paths};
+}
+
+void Presets::comeBackTo(const Moment& moment)
+{
+    KWChunk chunk;
+    chunk.assign(moment.words);
+    StateReader::Options options;
+    options.force = true; // the map too
+    if (StateReader(parts).load(chunk, options) != LoadResult::Done)
+        return;
+    takeMidiProgram();
+    position = moment.position;
+    paths = moment.paths;
+}
+
 // A state names its presets; where they lie is the matter of this user.
 void Presets::rebuildPaths()
 {

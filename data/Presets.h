@@ -7,7 +7,9 @@
 #include "data/StateReader.h"
 
 #include <array>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 // The thread of the user interface, but for midiProgram(). What goes wrong reaches showMessage
 // here, in one place; a failed load changes nothing.
@@ -33,6 +35,17 @@ public:
     // The host's form of the present state. Valid until the next call.
     const KWChunk& state();
     bool restoreSnapshot(); // false while no host has given a state
+
+    // --- taking loads back ---
+    // All that a load can replace: the state, the place in the presets, and the map.
+    struct Moment {
+        std::vector<uint32_t> words;
+        PresetPosition position;
+        std::array<std::string, kPresetKinds> paths;
+        friend bool operator==(const Moment&, const Moment&) = default;
+    };
+    Moment moment();
+    void comeBackTo(const Moment& moment);
 
     // --- moving ---
     // A number in the current folder of global presets; past its ends the neighbouring folder

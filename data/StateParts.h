@@ -20,6 +20,7 @@ struct PresetPosition {
     std::array<std::string, kPresetKinds> names; // of the current presets, without an ending
     int program = 0;                             // place in its folder
     int folder = 0;                              // place in the tree of global presets
+    friend bool operator==(const PresetPosition&, const PresetPosition&) = default;
 };
 
 // The side of the engine that a load needs. Called on the loader's thread, which is the audio

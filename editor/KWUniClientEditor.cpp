@@ -70,8 +70,12 @@ void KWUniClientEditor::idle()
 void KWUniClientEditor::valueChanged(CControl* control)
 {
     const ControlRow* row = findControl(int(control->getTag()));
+    if (row && (row->action == Action::Undo || row->action == Action::Redo)) {
+        dispatch.valueChanged(*control); // no gesture of its own: it moves among them
+        return;
+    }
     const EditGesture gesture(
-        recorder, row ? scopeOf(*row) : EditScope::None, int(control->getTag()));
+        recorder, row ? scopeOf(*row) : EditScope::None, row ? editedTag(*row) : -1);
     dispatch.valueChanged(*control);
 }
 
@@ -79,7 +83,7 @@ void KWUniClientEditor::controlBeginEdit(CControl* control)
 {
     const int tag = int(control->getTag());
     const ControlRow* row = findControl(tag);
-    recorder.begin(row ? scopeOf(*row) : EditScope::None, tag);
+    recorder.begin(row ? scopeOf(*row) : EditScope::None, row ? editedTag(*row) : -1);
     link.beginEdit(tag);
 }
 

@@ -83,8 +83,10 @@ void KWUniClientEditor::askForMapToLoad()
             .startFolder = link.mapFolder(),
             .fileName = {}},
         [this](const std::string& path) {
-            if (!path.empty())
-                link.loadMap(path);
+            if (path.empty())
+                return;
+            const EditGesture gesture(recorder, EditScope::Map);
+            link.loadMap(path);
         });
 }
 
@@ -135,7 +137,7 @@ void KWUniClientEditor::askForPresetToSave(PresetKind kind)
 void KWUniClientEditor::loadPreset(PresetKind kind, const std::string& path)
 {
     {
-        const EditGesture gesture(recorder, EditScope::Everything);
+        const EditGesture gesture(recorder, EditScope::Load);
         link.loadPreset(kind, path);
     }
     engine.updateDisplay();

@@ -21,6 +21,7 @@ constexpr int kStepWidth = 18;
 void KWUniClientEditor::refresh()
 {
     engine.runDeferred();
+    recorder.watch();
     refreshLanes();
     fillValueRows(engine);
     refreshPages();

@@ -4,7 +4,7 @@
 
 void UndoHistory::push(Level level)
 {
-    if (level.empty())
+    if (level.isEmpty())
         return;
     levels.resize(next);
     if (levels.size() == kMaxLevels)

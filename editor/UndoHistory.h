@@ -1,18 +1,28 @@
 #pragma once
 
+#include "data/MidiMap.h"
+#include "data/Presets.h"
+#include "editor/EditCells.h"
+
 #include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <vector>
 
-// What the user changed, gesture by gesture, so that each can be taken back and done again. A level
-// holds the cells that a gesture changed, with the values before and after it. Screen thread.
+// What the user changed, gesture by gesture, so that each can be taken back and done again. Screen
+// thread.
 class UndoHistory {
 public:
-    struct Change {
-        uint32_t cell;
-        float before, after;
+    // Something that a gesture replaced as a whole; null where it did not.
+    template <typename Whole>
+    struct Replaced {
+        std::shared_ptr<const Whole> before, after;
     };
-    using Level = std::vector<Change>;
+    struct Level {
+        EditCells::Changes changes;
+        Replaced<MidiMap::Lists> map;
+        Replaced<Presets::Moment> load;
+        bool isEmpty() const { return changes.empty() && !map.before && !load.before; }
+    };
 
     static constexpr size_t kMaxLevels = 500;
 
@@ -26,6 +36,8 @@ public:
     bool canUndo() const { return next > 0; }
     bool canRedo() const { return next < levels.size(); }
     size_t size() const { return levels.size(); }
+    // The last level that could be undone; null for none.
+    const Level* last() const { return next > 0 ? &levels[next - 1] : nullptr; }
 
 private:
     std::vector<Level> levels;

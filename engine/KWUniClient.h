@@ -88,6 +88,7 @@ public:
     void reapplyParameters();
     // All stages that must start afresh after a load watch this.
     void countReload() { reloadCounter = reloadCounter + 1.0f; }
+    float reloads() const { return reloadCounter; }
     LoadResult loadPreset(PresetKind kind, const std::string& path);
     LoadResult savePreset(PresetKind kind, const std::string& path);
     // The state that the host gave last; false when it gave none.

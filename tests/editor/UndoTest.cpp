@@ -1,8 +1,11 @@
 #include "tests/editor/EditorRig.h"
 
+#include "controls/KWOptionMenu.h"
 #include "editor/UndoHistory.h"
 
 #include <gmock/gmock.h>
+
+#include <random>
 
 namespace {
 
@@ -15,22 +18,41 @@ void pressRedo(EditorRig& rig)
     rig.user->key({.character = U'Z', .key = CKey::None, .modifiers = kControl | kShift});
 }
 
+// As a key or the song does it.
+void choosePattern(EditorRig& rig, int pattern)
+{
+    rig.engine.patternStore.currentPattern = pattern;
+    rig.engine.tracks.selectRow(pattern);
+    rig.engine.patternStore.replay(rig.engine);
+    rig.idle();
+}
+
+std::vector<uint32_t> chunkOf(EditorRig& rig)
+{
+    const KWChunk& chunk = rig.engine.presets.state();
+    return {chunk.words().begin(), chunk.words().end()};
+}
+
 } // namespace
 
 TEST(UndoHistory, ANewLevelEndsWhatCouldBeRedone)
 {
+    const auto level = [](uint32_t cell) { return UndoHistory::Level{{{cell, 0, 1}}, {}, {}}; };
+    const auto cellOf = [](const UndoHistory::Level* found) {
+        return found ? int(found->changes.front().cell) : -1;
+    };
     UndoHistory history;
     history.push({});
     EXPECT_FALSE(history.canUndo());
     for (uint32_t i = 0; i < 5; ++i)
-        history.push({{i, 0, 1}});
-    EXPECT_EQ(history.undo()->front().cell, 4u);
-    EXPECT_EQ(history.undo()->front().cell, 3u);
-    EXPECT_EQ(history.redo()->front().cell, 3u);
-    history.push({{9, 0, 1}});
-    EXPECT_EQ(history.redo(), nullptr);
-    EXPECT_EQ(history.undo()->front().cell, 9u);
-    EXPECT_EQ(history.undo()->front().cell, 3u);
+        history.push(level(i));
+    EXPECT_EQ(cellOf(history.undo()), 4);
+    EXPECT_EQ(cellOf(history.undo()), 3);
+    EXPECT_EQ(cellOf(history.redo()), 3);
+    history.push(level(9));
+    EXPECT_EQ(cellOf(history.redo()), -1);
+    EXPECT_EQ(cellOf(history.undo()), 9);
+    EXPECT_EQ(cellOf(history.undo()), 3);
 }
 
 TEST(Undo, EveryKindOfEditIsTakenBackAndDoneAgain)
@@ -116,4 +138,195 @@ TEST(Undo, TheButtonsDoWhatTheKeysDo)
     EXPECT_EQ(rig.engine.parameters.index(Tag::Looper), 0);
     rig.click(EditorRig::middle(*findControl(kRedoTag)));
     EXPECT_EQ(rig.engine.parameters.index(Tag::Looper), 1);
+}
+
+TEST(Undo, AValueOfAPatternComesBackInItsPattern)
+{
+    EditorRig rig;
+    const ControlRow& scale = *findControl(Tag::Scale);
+    rig.engine.setParameter(scale.tag, 3.5f / 34);
+    choosePattern(rig, 1);
+    rig.engine.setParameter(scale.tag, 7.5f / 34);
+    choosePattern(rig, 0);
+    rig.click(EditorRig::middle(*findControl(Tag::ScaleUp))); // an arrow moves its list
+    EXPECT_EQ(rig.engine.parameters.index(scale.tag), 4);
+    choosePattern(rig, 1);
+    pressUndo(rig);
+    EXPECT_EQ(rig.engine.parameters.index(scale.tag), 7);
+    choosePattern(rig, 0);
+    EXPECT_EQ(rig.engine.parameters.index(scale.tag), 3);
+    choosePattern(rig, 1);
+    pressRedo(rig);
+    EXPECT_EQ(rig.engine.parameters.index(scale.tag), 7);
+    choosePattern(rig, 0);
+    EXPECT_EQ(rig.engine.parameters.index(scale.tag), 4);
+}
+
+// The target of the first modulation track is stored with the patterns, but none of them sets it.
+TEST(Undo, AValueThatPatternsStoreWithoutReplayingComesBackAtOnce)
+{
+    EditorRig rig;
+    const auto moved = [&] { return rig.engine.parameters.index(Tag::ModTarget); };
+    const int first = moved();
+    const float storedElsewhere = rig.engine.patternStore.at(2, patternSlot(Tag::ModTarget));
+    rig.click(EditorRig::middle(*findControl(57)));
+    EXPECT_EQ(moved(), first + 1);
+    choosePattern(rig, 2);
+    pressUndo(rig);
+    EXPECT_EQ(moved(), first);
+    EXPECT_EQ(rig.engine.patternStore.at(2, patternSlot(Tag::ModTarget)), storedElsewhere);
+}
+
+TEST(Undo, TheRollAreaIsOneGesture)
+{
+    EditorRig rig;
+    const auto before = chunkOf(rig);
+    const Place& area = findControl(548)->place;
+    rig.user->drag({area.left + 8, area.bottom - 4}, {area.left + 8, area.top + 20});
+    rig.idle();
+    EXPECT_NE(chunkOf(rig), before);
+    pressUndo(rig);
+    EXPECT_EQ(chunkOf(rig), before);
+}
+
+TEST(Undo, AClearedAssignmentComesBack)
+{
+    EditorRig rig;
+    rig.engine.midiMap.addAssignment(7, Tag::LooperSteps, 0);
+    rig.click(EditorRig::middle(*findControl(Tag::LooperSteps)), kRButton);
+    const auto& menu = static_cast<KWOptionMenu&>(*rig.editor.getControl(kRightClickTag));
+    rig.click({menu.rowRect(1).left + 10, menu.rowRect(1).top + 8});
+    EXPECT_FALSE(rig.engine.midiMap.isAssigned(Tag::LooperSteps));
+    pressUndo(rig);
+    EXPECT_TRUE(rig.engine.midiMap.isAssigned(Tag::LooperSteps));
+}
+
+TEST(Undo, AStateFromTheHostEndsTheHistory)
+{
+    EditorRig rig;
+    rig.click(EditorRig::middle(*findControl(Tag::Looper)));
+    const auto words = chunkOf(rig);
+    std::vector<uint32_t> state = words;
+    rig.engine.setParameter(Tag::Looper, 0.0f);
+    ASSERT_EQ(rig.engine.setChunk(state.data(), VstInt32(state.size() * 4), false), 1);
+    rig.idle();
+    const StateImage loaded(rig.engine);
+    pressUndo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == loaded);
+}
+
+namespace {
+
+// A player who does anything that can be taken back, with a mouse.
+class RandomPlayer {
+public:
+    RandomPlayer(EditorRig& ownRig, unsigned seed) : rig(ownRig), random(seed)
+    {
+        for (const ControlRow& row : controlCatalogue())
+            if (!row.place.empty() && scopeOf(row) != EditScope::None
+                && row.kind != ControlClass::Hint && row.tag != Tag::KeyboardMode)
+                controls.push_back(&row);
+    }
+
+    void play()
+    {
+        const ControlRow& row = *controls[size_t(below(int(controls.size())))];
+        rig.show(row);
+        rig.user->wait(2000);
+        const CPoint from = somewhere(row);
+        switch (row.kind) {
+        case ControlClass::Menu:
+            rig.click(from);
+            if (row.action == Action::SetParameter && row.items != MenuItems::Targets)
+                chooseRow(static_cast<KWOptionMenu&>(*rig.editor.getControl(row.tag)));
+            else
+                rig.user->key({.character = 0, .key = CKey::Escape, .modifiers = 0});
+            break;
+        case ControlClass::ListLine:
+            rig.user->wheel(from, below(2) ? 1.0f : -1.0f);
+            break;
+        case ControlClass::Knob:
+            rig.user->drag(from, {from.x + below(60) - 30, from.y + below(60) - 30});
+            break;
+        case ControlClass::Button:
+        case ControlClass::SwitchLine:
+            rig.click(from);
+            break;
+        default: // tables, loops, the roll area
+            rig.user->drag(from, somewhere(row));
+            break;
+        }
+        rig.idle();
+    }
+
+    int below(int end) { return std::uniform_int_distribution(0, end - 1)(random); }
+
+private:
+    CPoint somewhere(const ControlRow& row)
+    {
+        return {row.place.left + 1 + below(row.place.width() - 2),
+            row.place.top + 1 + below(row.place.height() - 2)};
+    }
+
+    void chooseRow(KWOptionMenu& menu)
+    {
+        if (!menu.isOpen())
+            return;
+        const CRect line = menu.rowRect(below(menu.getEntryCount()));
+        rig.click({line.left + 10, line.top + 8});
+    }
+
+    EditorRig& rig;
+    std::mt19937 random;
+    std::vector<const ControlRow*> controls;
+};
+
+// A few presets in the user's folder, each its own song.
+void writePresets()
+{
+    KWUniClient engine(nullptr);
+    for (int i = 0; i < 4; ++i) {
+        engine.setParameter(Tag::GlobalRandom, 1.0f);
+        engine.setParameter(Tag::GlobalRandom, 0.0f);
+        engine.setParameter(Tag::FilterCutoff, 0.2f * float(i));
+        engine.midiMap.addAssignment(20 + i, Tag::FilterCutoff, 0);
+        const std::string name = "song " + std::to_string(i);
+        for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth})
+            ASSERT_EQ(engine.presets.save(kind, engine.settings.presetSavePath(kind) + "/" + name),
+                LoadResult::Done);
+    }
+}
+
+} // namespace
+
+TEST(Undo, WhateverWasPlayedComesBackByteForByte)
+{
+    writePresets();
+    for (const unsigned seed : {1u, 2u, 3u}) {
+        EditorRig rig;
+        RandomPlayer player(rig, seed);
+        // The first pattern and the first page are no edits: every state is read there.
+        const auto state = [&] {
+            choosePattern(rig, 0);
+            rig.show(*findControl(Tag::Swing));
+            return chunkOf(rig);
+        };
+        const auto first = state();
+        for (int i = 0; i < 150; ++i) {
+            if (i % 7 == 6)
+                choosePattern(rig, player.below(kPatterns));
+            player.play();
+        }
+        const auto last = state();
+        EXPECT_NE(first, last);
+        for (int i = 0; i < 200; ++i)
+            pressUndo(rig);
+        EXPECT_TRUE(state() == first) << "seed " << seed;
+        for (int i = 0; i < 200; ++i) {
+            if (i % 5 == 4)
+                choosePattern(rig, player.below(kPatterns));
+            pressRedo(rig);
+        }
+        EXPECT_TRUE(state() == last) << "seed " << seed;
+    }
 }
