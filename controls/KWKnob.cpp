@@ -1,5 +1,6 @@
 #include "controls/KWKnob.h"
 
+#include "controls/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 
@@ -70,10 +71,26 @@ void KWKnob::draw(CDrawContext* context)
                     static_cast<float>(size.height() - strip->getHeight()) * (1.0f - at)));
         drawFrameOf(context, strip, handle, 0);
     } else {
-        drawFrameOf(context, strip, size, frameAt(at) * frameHeight);
+        drawFrameOf(context, strip, size, (firstFrame + frameAt(at)) * frameHeight);
     }
+    drawHover(context);
     drawMarker(context);
     KWControl::draw(context);
+}
+
+void KWKnob::drawHover(CDrawContext* context)
+{
+    constexpr uint8_t kLighter = 20; // of 255: 8 %
+    constexpr double kFieldRadius = 2.5;
+    if ((!hovered && !mouseDown) || !strip)
+        return;
+    if (capRadius > 0) {
+        context->setFillColor(CColor(255, 255, 255, kLighter));
+        context->fillDisc({size.left + capCentre.x, size.top + capCentre.y}, capRadius);
+    } else {
+        context->setFrameColor(look::kFrameHover);
+        context->drawRoundRect(size, kFieldRadius, kDrawStroked);
+    }
 }
 
 void KWKnob::drawRect(CDrawContext* context, const CRect& updateRect)
@@ -186,11 +203,21 @@ CMouseEventResult KWKnob::onMouseUp(const CPoint&, int)
         *pressFlag = 0.0f;
     closeBracket();
     startHideTimer();
+    setDirty(true);
     return kMouseEventHandled;
+}
+
+CMouseEventResult KWKnob::onMouseEntered(const CPoint& where, int buttons)
+{
+    hovered = true;
+    setDirty(true);
+    return KWControl::onMouseEntered(where, buttons);
 }
 
 CMouseEventResult KWKnob::onMouseExited(const CPoint& where, int buttons)
 {
+    hovered = false;
+    setDirty(true);
     return mouseDown ? kMouseEventHandled : KWControl::onMouseExited(where, buttons);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/KWControl.h"
+#include "view/CDrawContext.h"
 
 class KWKnob : public KWControl {
 public:
@@ -16,6 +17,7 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
+    CMouseEventResult onMouseEntered(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseExited(const CPoint& where, int buttons) override;
     using CView::onWheel;
     bool onWheel(const CPoint& where, float distance, int buttons) override;
@@ -36,6 +38,11 @@ public:
     Crossing<float>* pressFlag = nullptr;          // 1 during a drag
     int frameHeight = 0;
     int frameCount = 0;
+    int firstFrame = 0; // of the strip: where the frames of this knob begin
+    // The cap of a round knob, from the corner of the control; it lightens under the mouse. Without
+    // one the frame of the control does.
+    CDrawPoint capCentre;
+    double capRadius = 0;
     int markerMode = kNoMarker;
     float markerValue = -1.0f;
     float sourceMax = 1.0f;
@@ -52,6 +59,7 @@ private:
     float position() const;
     float sourceAsValue() const;
     void drawMarker(CDrawContext* context);
+    void drawHover(CDrawContext* context);
     void followPoint(const CPoint& where);
     void beginDrag(const CPoint& where);
 
@@ -59,4 +67,5 @@ private:
     int lastX = 0;
     int lastY = 0;
     bool mouseDown = false;
+    bool hovered = false;
 };

@@ -164,6 +164,10 @@ public:
     int rightMargin = 0;
     int fontReduction = 4;
     int textOffset = 0;
+    int restFontSize = 0; // of the text at rest, pixels; 0: as in the list
+    int restFontStyle = kNormalFace;
+    int restRight = 0; // pixels at the right that the text leaves to the field's arrow
+    bool noWheel = false;
     int minWidth = 0; // 0: no bound
     int maxWidth = 0;
 

@@ -5,6 +5,7 @@
 #include "controls/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
+#include "view/FittedText.h"
 
 #include <algorithm>
 
@@ -70,9 +71,12 @@ void KWOptionMenu::draw(CDrawContext* context)
         rect.left += arrowBitmap->getWidth();
     }
     rect.left += textOffset;
-    context->setFont(font, textHeight());
+    rect.right -= restRight;
+    context->setFont(font, restFontSize > 0 ? restFontSize : textHeight(), restFontStyle);
     context->setFontColor(textColor);
-    context->drawString(restText(), rect, false, textAlignment());
+    context->drawString(fittedText(restText(), rect.width(),
+                            [&](std::string_view text) { return context->getStringWidth(text); }),
+        rect, false, textAlignment());
     if (!alternateText.empty()) {
         context->setFontColor(look::kTextDim);
         context->drawString(alternateText, rect, false, kRightText);

@@ -29,6 +29,8 @@ inline constexpr CColor kMenu = CColor::hex(0x262B32);
 inline constexpr CColor kMenuFrame = CColor::hex(0x454D58);
 inline constexpr CColor kOutsideDash = CColor::hex(0x333A43);
 
+inline constexpr int kValueSize = 11;      // of values and menu rows; labels have 9
+inline constexpr int kPresetNameSize = 13; // and Semi Bold
 inline constexpr int kMenuRow = 16;
 inline constexpr int kMenuShadow = 3; // pixels down, at 35 %
 inline constexpr int kMenuShadowAlpha = 89;

@@ -111,7 +111,8 @@ enum ControlFlags : uint16_t {
     kHidden = 16,      // a control that no page shows
     kPopupOnly = 32,   // a menu that opens at the pointer alone
     kSmoothBar = 64,   // steps are joined by lines
-    kOwnerMapped = 128 // a hint that shows the engine's value rather than the knob's
+    kOwnerMapped = 128, // a hint that shows the engine's value rather than the knob's
+    kFromTop = 256,     // a knob whose value goes both ways from its middle
 };
 
 struct ControlRow {

@@ -25,6 +25,7 @@
 #include "editor/ScreenState.h"
 #include "editor/UndoButton.h"
 #include "skin/ChoiceGrids.h"
+#include "skin/KnobShapes.h"
 #include "view/CBitmap.h"
 
 #include <algorithm>
@@ -169,6 +170,13 @@ KWControl* ControlFactory::makeKnob(const ControlRow& row)
     knob->setDefaultValue(engine.defaultRaw(row.tag));
     knob->roundFrame = row.flags & kRoundFrame;
     knob->horizontal = row.flags & kHorizontal;
+    if (row.flags & kFromTop)
+        knob->firstFrame = row.frames; // the strip's second half
+    for (const KnobShape& shape : kKnobShapes)
+        if (shape.bitmap == row.bitmap) {
+            knob->capCentre = {shape.x, shape.y};
+            knob->capRadius = shape.capRadius();
+        }
     if (knob->valueSource)
         knob->setValue(*knob->valueSource);
     return knob;

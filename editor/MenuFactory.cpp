@@ -49,7 +49,8 @@ bool isPreset(const ControlRow& row)
 
 void ControlFactory::dress(KWOptionMenu& menu) const
 {
-    menu.fontSize = 16;
+    menu.fontSize = look::kMenuRow;
+    menu.fontReduction = look::kMenuRow - look::kValueSize;
     menu.listBackColor = look::kMenu;
     menu.listTextColor = look::kText;
     menu.selectedTextColor = look::kInk;
@@ -68,22 +69,29 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
     const char* extension = row.items == MenuItems::SynthPresets ? "kws" : "kwe";
     KWOptionMenu* menu = nullptr;
     if (row.items == MenuItems::LearnSteps)
-        menu = new LearnMenu(place, &listener, row.tag, &frame, extension, 0);
+        menu =
+            new LearnMenu(place, &listener, row.tag, &frame, extension, KWOptionMenu::kAlignLeft);
     else if (row.items == MenuItems::Pictures)
         menu =
             new ModeMenu(place, &listener, row.tag, &frame, extension, KWOptionMenu::kCheckCurrent);
     else
         menu = new KWOptionMenu(place, &listener, row.tag, &frame, extension,
             isPreset(row)                ? kPresetStyle
-                : row.flags & kPopupOnly ? 0u
+                : row.flags & kPopupOnly ? uint32_t(KWOptionMenu::kAlignLeft)
                                          : kListStyle);
     dress(*menu);
     menu->selectedBackColor = hueOfMenu(row);
-    menu->textOffset = 4;
+    // The arrow is part of the field's picture; the low field of the scale has none.
+    menu->textOffset = 2;
+    menu->restRight = row.place.height() < 14 ? 0 : isPreset(row) ? 14 : 8;
     if (CBitmap* field = row.bitmap ? BitmapTable::get(row.bitmap) : nullptr)
         menu->setBackground(field);
     if (isPreset(row)) {
         menu->title = "default"; // while no preset has a name
+        if (row.items == MenuItems::GlobalPresets) {
+            menu->restFontSize = look::kPresetNameSize;
+            menu->restFontStyle = kBoldFace;
+        }
         menu->maxWidth = 320;
         fillPresetMenu(*menu, row.items);
     } else if (row.items == MenuItems::Targets) {

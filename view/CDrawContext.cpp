@@ -1,6 +1,7 @@
 #include "view/CDrawContext.h"
 
 #include "view/TextMask.h"
+#include "view/TextUse.h"
 #include "view/Typeface.h"
 
 #include <cairo.h>
@@ -129,6 +130,13 @@ void CDrawContext::drawEllipse(const CRect& rect, CDrawStyle style)
     paintPath(style);
 }
 
+void CDrawContext::fillDisc(CDrawPoint centre, double radius)
+{
+    cairo_new_path(context);
+    cairo_arc(context, centre.x, centre.y, radius, 0, 2 * std::numbers::pi);
+    paintPath(kDrawFilled);
+}
+
 void CDrawContext::drawPolygon(const std::vector<CDrawPoint>& points, CDrawStyle style)
 {
     if (points.size() < 2)
@@ -191,6 +199,11 @@ void CDrawContext::drawString(
 
 void CDrawContext::drawStringAt(std::string_view text, double x, double baseline)
 {
+    if (textObserver)
+        textObserver({text, fontSize, fontColor.red / 255.0, fontColor.green / 255.0,
+            fontColor.blue / 255.0, fontColor.alpha / 255.0, context, x,
+            baseline - Typeface::forStyle(fontStyle).capHeight(fontSize), x + getStringWidth(text),
+            baseline});
     cairo_matrix_t matrix;
     cairo_get_matrix(context, &matrix);
     setColor(fontColor);

@@ -37,6 +37,7 @@ public:
     void fillRect(const CRect& rect) { drawRect(rect, kDrawFilled); }
     void drawRoundRect(const CRect& rect, double radius, CDrawStyle style = kDrawStroked);
     void drawEllipse(const CRect& rect, CDrawStyle style = kDrawStroked);
+    void fillDisc(CDrawPoint centre, double radius);
     // Open lines are stroked, a filled style closes them.
     void drawPolygon(const std::vector<CDrawPoint>& points, CDrawStyle style = kDrawStroked);
     // Clockwise from `startDegrees` to `endDegrees`, 0 at three o'clock.

@@ -235,8 +235,8 @@ void action(const IconPen& pen, Icon icon)
         break;
     case Icon::HalfSpeed:
         pen.path({{4.6, -5}, {-4.6, 5.2}});
-        pen.digit("1", -3.5, -3, 7);
-        pen.digit("2", 3.7, 3.2, 7);
+        pen.digit("1", -3.6, -3, 7.5);
+        pen.digit("2", 3.8, 3.2, 7.5);
         break;
     case Icon::Step:
         pen.path({{-6, 4.6}, {-2.6, 4.6}, {-2.6, 0.8}, {1.2, 0.8}, {1.2, -3.2}, {6, -3.2}});

@@ -1,5 +1,6 @@
 #include "skin/draw/Paint.h"
 
+#include "view/TextUse.h"
 #include "view/Typeface.h"
 
 #include <algorithm>
@@ -113,6 +114,18 @@ double Paint::textWidth(std::string_view words, const TextStyle& style) const
     return faceOf(style).width(words, style.size, style.tracking);
 }
 
+void Paint::write(
+    std::string_view words, double x, double baseline, const TextStyle& style, const Ink& colour)
+{
+    if (textObserver)
+        textObserver({words, style.size, colour.red, colour.green, colour.blue, colour.alpha, cr, x,
+            baseline - faceOf(style).capHeight(style.size), x + textWidth(words, style), baseline});
+    cairo_new_path(cr);
+    faceOf(style).addPath(cr, words, style.size, x, baseline, style.tracking);
+    setInk(colour);
+    cairo_fill(cr);
+}
+
 void Paint::text(std::string_view words, double x, double middle, const TextStyle& style,
     const Ink& colour, Align align)
 {
@@ -120,10 +133,7 @@ void Paint::text(std::string_view words, double x, double middle, const TextStyl
         x -= textWidth(words, style) * (align == Align::Right ? 1 : 0.5);
     // The baseline stands on a whole pixel: the feet of the letters stay sharp.
     const double baseline = snap(middle + faceOf(style).capHeight(style.size) / 2);
-    cairo_new_path(cr);
-    faceOf(style).addPath(cr, words, style.size, x, baseline, style.tracking);
-    setInk(colour);
-    cairo_fill(cr);
+    write(words, x, baseline, style, colour);
 }
 
 void Paint::verticalText(
@@ -132,10 +142,7 @@ void Paint::verticalText(
     cairo_save(cr);
     cairo_translate(cr, snap(x + faceOf(style).capHeight(style.size) / 2), y);
     cairo_rotate(cr, -90 * kDegree);
-    cairo_new_path(cr);
-    faceOf(style).addPath(cr, words, style.size, -textWidth(words, style) / 2, 0, style.tracking);
-    setInk(colour);
-    cairo_fill(cr);
+    write(words, -textWidth(words, style) / 2, 0, style, colour);
     cairo_restore(cr);
 }
 

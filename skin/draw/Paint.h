@@ -68,6 +68,8 @@ public:
 
 private:
     void setInk(const Ink& colour);
+    void write(std::string_view words, double x, double baseline, const TextStyle& style,
+        const Ink& colour);
     void roundedPath(double x0, double y0, double x1, double y1, double radius);
 
     cairo_t* cr;

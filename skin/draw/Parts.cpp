@@ -23,7 +23,7 @@ void raised(Paint& paint, double x, double y, double width, double height, Look 
 void lit(Paint& paint, double x, double y, double width, double height, const Ink& hue, Look look,
     double radius)
 {
-    const Ink body = look == Look::Pressed ? mix(hue, kBlack, 0.2)
+    const Ink body = look == Look::Pressed ? mix(hue, kBlack, 0.08)
         : look == Look::Hover              ? mix(hue, kWhite, 0.12)
                                            : hue;
     paint.rounded(x, y, width, height, radius, body);

@@ -113,7 +113,7 @@ constexpr SkinRow kTable[] = {
     { 1100,   12,  49,   9, "white keys E and B",                                  drawWhiteKey },
     { 1101,  206, 321,   1, "synth page",                                          drawSynthPage },
     { 1102,    8,  30,   8, "black keys: a pair per zone, idle and lit",           drawBlackKey },
-    { 1103,   41,  41, 127, "knob of the synth",                                   drawSynthKnob },
+    { 1103,   41,  41, 254, "knob of the synth, then one that grows from the top",  drawSynthKnob },
     { 1104,   12,  49,   9, "first white key",                                     drawWhiteKey },
     { 1105,   18,   9,  24, "loop bar in six hues: outside, left, inside, right",  drawLoopCell },
     { 1106,   12,  49,  10, "marks on keys: eight actions, transpose by 0, C",     drawKeyMark },

@@ -105,15 +105,17 @@ void drawRecord(Paint& paint, int frame)
     const ButtonFrame button = buttonFrame(frame);
     const double w = paint.width(), h = paint.height(), shift = pressShift(button.look);
     const bool on = button.state == 1;
+    // The red is too dark for the dark ink while it is pressed.
+    const Ink onRed = button.look == Look::Pressed ? kWhite : kRecordInk;
     if (on)
         lit(paint, 0, 0, w, h, kRecord, button.look);
     else
         raised(paint, 0, 0, w, h, button.look);
     if (on)
-        paint.rounded(7, 4.5 + shift, 6, 6, 1, kRecordInk);
+        paint.rounded(7, 4.5 + shift, 6, 6, 1, onRed);
     else
         paint.disc(10, 7.5 + shift, 2.9, kRecord);
-    paint.text("REC", 26.5, 7.5 + shift, type::kButton, on ? kRecordInk : contentInk(button.look),
+    paint.text("REC", 26.5, 7.5 + shift, type::kButton, on ? onRed : contentInk(button.look),
         Align::Centre);
 }
 

@@ -5,6 +5,7 @@
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
 #include "platform/Messages.h"
+#include "tests/support/ReadableText.h"
 
 #include <gmock/gmock.h>
 
@@ -244,4 +245,42 @@ TEST(Editor, TheWindowGrowsWithTheChosenScale)
     rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
     rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
     EXPECT_EQ(rig.editor.getScale(), 1);
+}
+
+TEST(Editor, EveryTextOnThePanelCanBeRead)
+{
+    EditorRig rig;
+    ReadableText reader;
+    const auto look = [&] {
+        rig.editor.getFrame()->invalidAll();
+        rig.idle();
+    };
+    for (const int page : {0, 1})
+        for (const int track : {0, 7}) {
+            rig.engine.setParameter(Tag::Page, float(page));
+            rig.engine.setParameter(Tag::ModSelect, (float(track) + 0.5f) / 8);
+            look();
+        }
+    for (const int tag : {1, 48, 330, 466, 515}) {
+        const ControlRow& row = *findControl(tag);
+        rig.show(row);
+        rig.click({row.place.left + 8, EditorRig::middle(row).y});
+        look();
+        rig.user->key({.character = 0, .key = CKey::Escape, .modifiers = 0});
+    }
+    for (const ControlRow& row : controlCatalogue()) { // hints, and what lies under the mouse
+        if (row.kind == ControlClass::Hint || row.place.empty() || (row.flags & kNoMouse))
+            continue;
+        rig.show(row);
+        rig.user->move(EditorRig::middle(row));
+        rig.idle(6);
+    }
+    rig.click(EditorRig::middle(*findControl(547)));
+    look();
+    rig.click(EditorRig::middle(*findControl(547)));
+    showMessage("The file %s could not be found!", "somewhere.kwe");
+    look();
+    forgetMessage();
+    EXPECT_GT(reader.texts, 500);
+    EXPECT_THAT(reader.complaints, testing::IsEmpty());
 }

@@ -14,6 +14,8 @@ bool framesSuit(const ControlRow& row, const SkinRow& strip)
         return strip.frames == 3 || strip.frames == 3 * row.states;
     if (row.kind == ControlClass::Zone)
         return strip.frames % 4 == 0;
+    if (row.kind == ControlClass::Knob)
+        return strip.frames >= row.frames * (row.flags & kFromTop ? 2 : 1);
     return row.frames == 0 || strip.frames == row.frames;
 }
 

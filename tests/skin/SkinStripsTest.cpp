@@ -4,6 +4,7 @@
 #include "skin/Palette.h"
 #include "skin/SkinImages.h"
 #include "skin/SkinProvider.h"
+#include "tests/support/ReadableText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -307,4 +308,17 @@ TEST(SkinChoiceGrids, SheetsFitTheirCellsAndHoldAllOfALinesValues)
     } lines[] = {{0, 1070}, {1, 1072}, {2, 1074}, {3, 1076}, {4, 1078}};
     for (const auto& line : lines)
         EXPECT_EQ(kChoiceGrids[line.grid].values, skinRow(line.strip).frames);
+}
+
+TEST(SkinStrips, EveryPrintedWordCanBeRead)
+{
+    ReadableText reader;
+    for (const SkinRow& row : skinTable()) {
+        if (row.number == 1106 || row.number == 1107)
+            continue; // marks of the keys, pictures rather than words
+        for (int frame = 0; frame < row.frames; ++frame)
+            overPanel(row.number, frame);
+    }
+    EXPECT_GT(reader.texts, 500);
+    EXPECT_THAT(reader.complaints, testing::IsEmpty());
 }

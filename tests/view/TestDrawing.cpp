@@ -2,6 +2,7 @@
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 #include "view/DirtyRegion.h"
+#include "view/FittedText.h"
 #include "view/Typeface.h"
 
 #include <gmock/gmock.h>
@@ -277,4 +278,27 @@ TEST(DirtyRegion, HoldsEveryPixelEverAddedWithoutOverlapHoweverMany)
             ASSERT_TRUE(std::ranges::any_of(
                 region.rects(), [&](const CRect& part) { return part.contains(rect); }));
     }
+}
+
+TEST(FittedText, AbbreviatesTheLongestWordsAndCutsAtTheEndLast)
+{
+    const auto fitted = [](const char* text, double room) {
+        return fittedText(text, room, [](std::string_view part) {
+            double letters = 0; // a narrow point
+            for (const char byte : part)
+                letters += byte == '.' ? 0.5 : (byte & 0xC0) != 0x80 ? 1 : 0;
+            return letters;
+        });
+    };
+    EXPECT_EQ(fitted("Neapolitan Minor", 16), "Neapolitan Minor");
+    EXPECT_EQ(fitted("Bebop   ", 5), "Bebop");
+    EXPECT_EQ(fitted("Neapolitan Minor", 12), "Neapo. Minor");
+    EXPECT_EQ(fitted("Neapolitan Minor", 10), "Neap. Min.");
+    EXPECT_EQ(fitted("Expression", 9), "Expressi.");
+    EXPECT_EQ(fitted("Spanish 8 tone", 12), "Span. 8 tone");
+    EXPECT_EQ(fitted("Überlänge", 6), "Überl.");
+    EXPECT_EQ(fitted("Neapolitan Minor", 5), "Nea…");
+    EXPECT_EQ(fitted("on off", 4), "on…");
+    EXPECT_EQ(fitted("anything", 0), "");
+    EXPECT_EQ(fitted("", 5), "");
 }
