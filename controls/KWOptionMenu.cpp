@@ -88,7 +88,7 @@ bool KWOptionMenu::onWheel(const CPoint& where, float distance, int)
 {
     if (open)
         return listWheel(where, distance);
-    if (!isLive() || !getMouseEnabled() || hasStyle(kStepFiles))
+    if (!isLive() || !getMouseEnabled() || noWheel || hasStyle(kStepFiles))
         return false;
     stepLeaf(distance > 0 ? 1 : -1, false);
     return true;

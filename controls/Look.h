@@ -5,6 +5,7 @@
 
 namespace look {
 
+inline constexpr CColor kHead = CColor::hex(0x191C20);
 inline constexpr CColor kPanel = CColor::hex(0x1F2329);
 inline constexpr CColor kWell = CColor::hex(0x121417);
 inline constexpr CColor kWellGroup = CColor::hex(0x191C20);

@@ -574,6 +574,10 @@ constexpr ControlRow kExtra[] = {
     plain(Display, kTrackNumberTag, { 93, 489, 106, 504 }, 0, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
     push(kUndoTag, { 752, 22, 768, 38 }, 0, kAlways, Undo),
     push(kRedoTag, { 769, 22, 785, 38 }, 0, kAlways, Redo),
+    menu(kPanelScaleTag, { 955, 22, 997, 38 }, 0, MenuItems::PanelScales, 1.0f, kAlways, PanelScale),
+    hint(kExtraHintsTag,     kUndoTag, "undo"),
+    hint(kExtraHintsTag + 1, kRedoTag, "redo"),
+    hint(kExtraHintsTag + 2, kPanelScaleTag, "size of the panel"),
     // clang-format on
 };
 

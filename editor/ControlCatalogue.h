@@ -62,6 +62,7 @@ enum class Action : uint8_t {
     DragMidi,
     Undo,
     Redo,
+    PanelScale,
 };
 
 enum class HintFormat : uint8_t { None, Percent, Pan, Integer, Hundredths, Count, GateMultiple };
@@ -80,6 +81,7 @@ enum class MenuItems : uint8_t {
     TargetGroup,
     GlobalPresets,
     SynthPresets,
+    PanelScales,
 };
 
 struct Place {
@@ -106,11 +108,11 @@ enum Group : int8_t {
 enum ControlFlags : uint16_t {
     kRoundFrame = 1,
     kHorizontal = 2,
-    kNoMouse = 4,      // seen, never hit
-    kTransparent = 8,  // lets the panel show through
-    kHidden = 16,      // a control that no page shows
-    kPopupOnly = 32,   // a menu that opens at the pointer alone
-    kSmoothBar = 64,   // steps are joined by lines
+    kNoMouse = 4,       // seen, never hit
+    kTransparent = 8,   // lets the panel show through
+    kHidden = 16,       // a control that no page shows
+    kPopupOnly = 32,    // a menu that opens at the pointer alone
+    kSmoothBar = 64,    // steps are joined by lines
     kOwnerMapped = 128, // a hint that shows the engine's value rather than the knob's
     kFromTop = 256,     // a knob whose value goes both ways from its middle
 };
@@ -153,12 +155,14 @@ constexpr int kSettingsBackTag = 2000009;
 constexpr int kTrackNumberTag = 2000008;
 constexpr int kUndoTag = 2000010;
 constexpr int kRedoTag = 2000011;
+constexpr int kPanelScaleTag = 2000012;
+constexpr int kExtraHintsTag = 2000013;    // 3: of undo, redo and the panel's size
 constexpr int kTargetSubMenuTag = 2001000; // + 100 * track + group, 104 of them
 
 // All controls of the panel, in building order.
 std::span<const ControlRow> controlCatalogue();
 // What stands beside the instrument's own controls: the ground of the settings page, which lies
-// below them all, the chosen mod track's number, undo and redo.
+// below them all, the chosen mod track's number, undo and redo, the panel's size.
 std::span<const ControlRow> extraControls();
 // The row of a tag; null for none. Sub-menus have tags of their own.
 const ControlRow* findControl(int tag);

@@ -397,5 +397,9 @@ KWControl* ControlFactory::makeLink(const ControlRow& row)
 
 KWControl* ControlFactory::makeAbout(const ControlRow& row)
 {
-    return new AboutBox(rectOf(row.place), row.tag, &frame, bitmapOf(row), BitmapTable::get(1120));
+    auto* about = new AboutBox(rectOf(row.place), row.tag, &frame, bitmapOf(row),
+        BitmapTable::get(1120), BitmapTable::get(1034));
+    about->rendersOffline = [this] { return engine.rendersOffline(); };
+    about->setRendersOffline = [this](bool on) { engine.setRendersOffline(on); };
+    return about;
 }

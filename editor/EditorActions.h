@@ -16,5 +16,6 @@ public:
     virtual void loadPresetOfMenu(KWOptionMenu& menu, PresetKind kind) = 0;
     virtual void undo() = 0;
     virtual void redo() = 0;
+    virtual void choosePanelScale(int index) = 0; // of kPanelScales
     virtual void redrawFrame() = 0;
 };

@@ -78,17 +78,20 @@ void EngineLink::addAssignment(int controller, int tag, int step)
 
 int EngineLink::learnTag() const { return engine.midiMap.learnTag(); }
 
-double EngineLink::storedPanelScale() const
+std::optional<double> EngineLink::storedPanelScale() const
 {
-    int32_t percent = 100;
+    int32_t percent = 0;
     KeyValueStore(UserPlaces::find().store).readInt(kScaleKey, percent);
-    return percent / 100.0;
+    return percent > 0 ? std::optional(percent / 100.0) : std::nullopt;
 }
 
 void EngineLink::storePanelScale(double scale)
 {
     KeyValueStore(UserPlaces::find().store).writeInt(kScaleKey, int32_t(std::lround(scale * 100)));
 }
+
+bool EngineLink::rendersOffline() const { return engine.settings.rendersOffline(); }
+void EngineLink::setRendersOffline(bool on) { engine.setRendersOffline(on); }
 
 std::string EngineLink::manualPath() const
 {

@@ -4,6 +4,7 @@
 #include "controls/KWMouseArea.h"
 #include "data/Presets.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,8 +44,10 @@ public:
     void addAssignment(int controller, int tag, int step);
     int learnTag() const; // -1: nothing waits
 
-    double storedPanelScale() const; // 1, 1.5 or 2, as chosen last; 1 at first
+    std::optional<double> storedPanelScale() const; // as chosen last; empty at first
     void storePanelScale(double scale);
+    bool rendersOffline() const;
+    void setRendersOffline(bool on); // kept in the key store
 
     std::string presetFolder(PresetKind kind) const;
     std::string presetSaveFolder(PresetKind kind) const;

@@ -13,7 +13,7 @@ KWUniClientEditor::KWUniClientEditor(KWUniClient& ownEngine)
     , dispatch(link, *this)
     , recorder(ownEngine)
 {
-    setScale(link.storedPanelScale());
+    setScale(link.storedPanelScale().value_or(1));
 }
 
 KWUniClientEditor::~KWUniClientEditor() { close(); }
@@ -33,6 +33,12 @@ bool KWUniClientEditor::openIn(std::unique_ptr<FrameWindow> window)
     return openFrame(nullptr, std::move(window));
 }
 
+bool KWUniClientEditor::getRect(ERect** answer)
+{
+    chooseFirstScale();
+    return KWEditorBase::getRect(answer);
+}
+
 void KWUniClientEditor::close()
 {
     if (!isOpenNow)
@@ -46,6 +52,7 @@ void KWUniClientEditor::close()
     controls.clear();
     messageBox = nullptr;
     fileSheet = nullptr;
+    scaleMenu = nullptr;
     undoButton = nullptr;
     redoButton = nullptr;
     freeFrame();

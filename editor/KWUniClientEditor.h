@@ -11,6 +11,7 @@
 #include "editor/ValueDispatch.h"
 #include "platform/KWFileChooser.h"
 #include "view/CControlListener.h"
+#include "view/FrameWindow.h"
 
 #include <map>
 #include <memory>
@@ -36,6 +37,7 @@ public:
     explicit KWUniClientEditor(KWUniClient& engine);
     ~KWUniClientEditor() override;
 
+    bool getRect(ERect** answer) override;
     bool open(void* parent) override;
     // As open, in a window that is given: memory, for tests and pictures.
     bool openIn(std::unique_ptr<FrameWindow> window);
@@ -100,7 +102,8 @@ private:
     void redrawFrame() override;
     void togglePlay();
     void stepScale(int steps);
-    void chooseScale(double wanted);
+    void choosePanelScale(int index) override;
+    void chooseFirstScale();
     void ask(const KWFileChooser::Request& request, KWFileChooser::Answer answer);
     void loadPreset(PresetKind kind, const std::string& path);
     int midiBars() const;
@@ -115,6 +118,8 @@ private:
     KWFileChooser chooser;
     PageGates pages;
     ScreenState screen;
+    Desktop desktop;
+    bool desktopAsked = false;
 
     // From open to close.
     std::unique_ptr<BitmapTable> bitmaps;
@@ -124,6 +129,7 @@ private:
     std::vector<RunningCell> runningCells;
     MessageBox* messageBox = nullptr;
     FileSheet* fileSheet = nullptr;
+    KWOptionMenu* scaleMenu = nullptr;
     UndoButton* undoButton = nullptr;
     UndoButton* redoButton = nullptr;
     bool isOpenNow = false;

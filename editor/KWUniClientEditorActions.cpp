@@ -7,12 +7,12 @@
 #include "editor/AboutBox.h"
 #include "editor/FileSheet.h"
 #include "editor/MidiExport.h"
+#include "editor/PanelScale.h"
 #include "engine/KWUniClient.h"
 #include "platform/KWFileio.h"
 #include "platform/Messages.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -48,20 +48,44 @@ void KWUniClientEditor::togglePlay()
     link.setParameter(Tag::Play, engine.parameters.index(Tag::Play) != 0 ? 0.0f : 1.0f);
 }
 
-void KWUniClientEditor::stepScale(int steps)
+// ---- the panel's size ----
+
+// Before the window opens: as chosen last, else as the desktop shows its other programs, and never
+// larger than the screen. The desktop is asked once, and not at all for an instance without a
+// window.
+void KWUniClientEditor::chooseFirstScale()
 {
-    constexpr std::array kSizes = {1.0, 1.5, 2.0};
-    const auto here = std::ranges::lower_bound(kSizes, getScale());
-    const int next = std::clamp(int(here - kSizes.begin()) + steps, 0, int(kSizes.size()) - 1);
-    chooseScale(kSizes[size_t(next)]);
+    if (desktopAsked || isOpenNow)
+        return;
+    desktopAsked = true;
+    desktop = askDesktop();
+    setScale(fittingPanelScale(link.storedPanelScale().value_or(desktop.scale), desktop));
 }
 
-void KWUniClientEditor::chooseScale(double wanted)
+void KWUniClientEditor::stepScale(int steps)
 {
+    const int index = panelScaleIndex(getScale()) + steps;
+    choosePanelScale(std::clamp(index, 0, int(kPanelScales.size()) - 1));
+}
+
+void KWUniClientEditor::choosePanelScale(int index)
+{
+    const double before = getScale();
+    const double wanted = fittingPanelScale(kPanelScales[size_t(index)], desktop);
+    link.storePanelScale(wanted);
+    if (wanted == before)
+        return;
     setScale(wanted);
-    link.storePanelScale(getScale());
-    engine.sizeWindow(
-        int(std::lround(kPanelWidth * getScale())), int(std::lround(kPanelHeight * getScale())));
+    const bool followed = engine.sizeWindow(
+        int(std::lround(kPanelWidth * wanted)), int(std::lround(kPanelHeight * wanted)));
+    if (!followed && engine.hasHost()) {
+        // The host's window cannot change, so a larger panel would be cut off.
+        setScale(before);
+        showMessage("This host keeps the size of an open window. The panel will have %d %% when "
+                    "it is opened again.",
+            int(wanted * 100));
+        desktopAsked = false;
+    }
 }
 
 // ---- files ----

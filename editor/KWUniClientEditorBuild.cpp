@@ -9,15 +9,20 @@
 #include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
 #include "editor/MidiDragPad.h"
+#include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
 #include "engine/KWUniClient.h"
 #include "platform/Messages.h"
 #include "view/CBitmap.h"
 
+#include <algorithm>
+
 bool KWUniClientEditor::openFrame(void* parent, std::unique_ptr<FrameWindow> window)
 {
     if (isOpenNow)
         return true;
+    if (!window)
+        chooseFirstScale();
     bitmaps = std::make_unique<BitmapTable>();
     AEffGUIEditor::open(parent);
     isOpenNow = true;
@@ -59,6 +64,10 @@ void KWUniClientEditor::buildControls()
     bindHints();
     bindPopups();
     bindDragPad(*getControl(kMidiDragTag));
+    scaleMenu = static_cast<KWOptionMenu*>(getControl(kPanelScaleTag));
+    for (int i = 0; i < int(kPanelScales.size()); ++i)
+        scaleMenu->setEntryEnabled(
+            i, fittingPanelScale(kPanelScales[size_t(i)], desktop) == kPanelScales[size_t(i)]);
     undoButton = static_cast<UndoButton*>(getControl(kUndoTag));
     redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
     messageBox = new MessageBox(frame, "Ormund");
@@ -88,13 +97,15 @@ void KWUniClientEditor::bindRunningSteps()
 
 void KWUniClientEditor::bindHints()
 {
-    for (const ControlRow& row : controlCatalogue()) {
+    const auto bind = [this](const ControlRow& row) {
         if (row.kind != ControlClass::Hint)
-            continue;
+            return;
         for (const int owner : {row.owner, row.secondOwner})
             if (KWControl* control = getControl(owner))
                 control->addHoverView(getControl(row.tag));
-    }
+    };
+    std::ranges::for_each(controlCatalogue(), bind);
+    std::ranges::for_each(extraControls(), bind);
 }
 
 // A right click learns on every control that has a parameter; on the step views it also knows the

@@ -7,6 +7,7 @@
 #include "controls/KWOptionMenu.h"
 #include "controls/Look.h"
 #include "editor/MessageBox.h"
+#include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
 #include "editor/ValueRows.h"
 #include "engine/KWUniClient.h"
@@ -118,6 +119,11 @@ void KWUniClientEditor::refreshHead()
         auto* line = static_cast<KWDisplay*>(getControl(380));
         line->title = headText;
         line->invalid();
+    }
+    const int scaleIndex = panelScaleIndex(getScale());
+    if (scaleMenu->currentEntry != scaleIndex) {
+        scaleMenu->setCurrent(scaleIndex, true);
+        scaleMenu->setDirty(true);
     }
     undoButton->setUsable(recorder.canUndo());
     redoButton->setUsable(recorder.canRedo());

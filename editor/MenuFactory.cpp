@@ -86,6 +86,13 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
     menu->restRight = row.place.height() < 14 ? 0 : isPreset(row) ? 14 : 8;
     if (CBitmap* field = row.bitmap ? BitmapTable::get(row.bitmap) : nullptr)
         menu->setBackground(field);
+    if (row.items == MenuItems::PanelScales) { // flat until hovered, as undo beside it
+        menu->backColor = look::kHead;
+        menu->textColor = look::kTextDim;
+        menu->textOffset = 0;
+        menu->restRight = 0;
+        menu->noWheel = true; // no window changes its size by accident
+    }
     if (isPreset(row)) {
         menu->title = "default"; // while no preset has a name
         if (row.items == MenuItems::GlobalPresets) {

@@ -1,6 +1,7 @@
 #include "editor/ControlCatalogue.h"
 
 #include "data/Parameters.h"
+#include "editor/PanelScale.h"
 
 // The words of the menus. Those of a parameter's choices stand with the parameter.
 namespace {
@@ -39,6 +40,12 @@ std::vector<std::string> menuTexts(const ControlRow& row)
         return std::vector<std::string>(16, "entry");
     case MenuItems::TwoPages:
         return std::vector<std::string>(2, "entry");
+    case MenuItems::PanelScales: {
+        std::vector<std::string> texts;
+        for (const double scale : kPanelScales)
+            texts.push_back(std::to_string(int(scale * 100)) + " %");
+        return texts;
+    }
     default:
         return {};
     }

@@ -71,6 +71,9 @@ void ValueDispatch::valueChanged(CControl& control)
         if (value == 0.0f)
             actions.redo();
         break;
+    case Action::PanelScale:
+        actions.choosePanelScale(int(value));
+        break;
     case Action::TargetItem: // its menu reports
     case Action::DragMidi:   // the pad asks the editor itself
     case Action::Nothing:

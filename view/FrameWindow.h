@@ -39,5 +39,14 @@ public:
     virtual bool isAlive() const { return true; }
 };
 
+// What the desktop says about the room for windows.
+struct Desktop {
+    int width = 0; // of the screen, device pixels; 0: unknown
+    int height = 0;
+    double scale = 1; // device pixels to a panel pixel, as its other programs are shown
+};
+// Asks the window system; unknown where there is none.
+Desktop askDesktop();
+
 // A child window of `parent`, the host's window; memory when there is no such window system.
 std::unique_ptr<FrameWindow> makeSystemWindow(void* parent);

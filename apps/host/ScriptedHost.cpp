@@ -122,6 +122,10 @@ VstIntPtr ScriptedHost::answer(
         return 1;
     case audioMasterGetCurrentProcessLevel:
         return processLevel;
+    case audioMasterSizeWindow:
+        wantedWidth = index;
+        wantedHeight = static_cast<int>(value);
+        return sizesWindows;
     default:
         return HostedEffect::answer(opcode, index, value, ptr, opt);
     }

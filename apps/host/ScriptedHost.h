@@ -71,11 +71,13 @@ public:
     // What the plug-in did against the rules, one line each.
     std::vector<std::string> faults;
     int wantMidiCalls = 0;
-    VstInt32 timeFilter = 0; // of the last time request
+    int wantedWidth = 0, wantedHeight = 0; // of the window, as wished last; pixels
+    VstInt32 timeFilter = 0;               // of the last time request
 
     // --- how the host behaves -------------------------------------------------------------------
     bool keepOutput = true;
     bool givesTime = true;
+    bool sizesWindows = true; // answers a wish for another size of the window with yes
     VstInt32 processLevel = kVstProcessLevelRealtime;
     HostTransport transport; // tests may bend its record before a block
 

@@ -64,12 +64,12 @@ public:
 
     float getSampleRate() const { return sampleRate; }
     VstInt32 getBlockSize() const { return blockSize; }
+    bool hasHost() const { return audioMaster != nullptr; }
 
 protected:
     // One call to the host; 0 where there is none.
     VstIntPtr callHost(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
         void* ptr = nullptr, float opt = 0);
-    bool hasHost() const { return audioMaster != nullptr; }
     // The version of the interface that the host speaks, 1 where it does not say.
     VstInt32 getMasterVersion();
 

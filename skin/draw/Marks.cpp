@@ -66,10 +66,12 @@ void drawAboutPage(Paint& paint, int)
     paint.rect(36, 160, w - 72, 1, kHairline);
     paint.text(kVersion, 36, 183, {13, 0, Weight::Medium}, kText);
     paint.text("Kelda Works", 36, 203, {13, 0, Weight::Medium}, kLabel);
-    paint.text(
-        "Free software; its licence stands in the file LICENSE.", 36, 228, type::kValue, kLabel);
-    paint.text("Lettering: Inter, SIL Open Font License 1.1.", 36, 246, type::kValue, kLabel);
-    paint.text("Click to close", w - 36, 268, type::kValue, kBodyText, Align::Right);
+    paint.text("Free software under the ISC licence, see the file LICENSE.", 36, 226, type::kValue,
+        kLabel);
+    paint.text("Lettering: Inter, SIL Open Font License 1.1.", 36, 242, type::kValue, kLabel);
+    // The words of the switch that lies there.
+    paint.text("Offline render", 57, 268.5, type::kValue, kBodyText);
+    paint.text("also sounds while a host exports", 139, 268.5, type::kValue, kLabel);
 }
 
 void drawLearnRing(Paint& paint, int)

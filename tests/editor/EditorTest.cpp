@@ -4,6 +4,7 @@
 #include "controls/KWOptionMenu.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
+#include "editor/PanelScale.h"
 #include "platform/Messages.h"
 #include "tests/support/ReadableText.h"
 
@@ -247,6 +248,61 @@ TEST(Editor, TheWindowGrowsWithTheChosenScale)
     EXPECT_EQ(rig.editor.getScale(), 1);
 }
 
+TEST(PanelScale, FitsTheScreenAndFollowsTheWishUpToIt)
+{
+    const struct {
+        double wanted;
+        Desktop desktop;
+        double scale;
+    } cases[] = {
+        {2, {}, 2}, // nothing is known of the screen
+        {1.25, {3840, 2160, 1.25}, 1}, {1.5, {3840, 2160, 1.5}, 1.5}, {3, {3840, 2160, 3}, 2},
+        {2, {1920, 1080, 2}, 1.5}, {2, {1366, 768, 1}, 1},
+        {1.5, {800, 600, 1}, 1}, // larger than the screen, but there is no smaller one
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(fittingPanelScale(each.wanted, each.desktop), each.scale)
+            << each.wanted << " on " << each.desktop.width;
+}
+
+TEST(PanelScale, IsChosenFromItsMenu)
+{
+    EditorRig rig;
+    const ControlRow& row = *findControl(kPanelScaleTag);
+    const auto& menu = static_cast<KWOptionMenu&>(*rig.editor.getControl(kPanelScaleTag));
+    for (const int index : {2, 1, 0}) {
+        rig.click(EditorRig::middle(row));
+        ASSERT_TRUE(menu.isOpen());
+        const CRect line = menu.rowRect(index);
+        rig.click({line.left + 10, line.top + 8});
+        EXPECT_EQ(rig.editor.getScale(), kPanelScales[size_t(index)]);
+        EXPECT_EQ(menu.currentEntry, index);
+    }
+    rig.user->wheel(EditorRig::middle(row), 1.0f); // a turn of the wheel is no choice
+    EXPECT_EQ(rig.editor.getScale(), 1);
+}
+
+TEST(Editor, TheAboutBoxSwitchesTheOfflineRendering)
+{
+    EditorRig rig;
+    auto& about = static_cast<AboutBox&>(*rig.editor.getControl(kAboutTag));
+    const auto press = [&] {
+        const CRect box = about.switchRect();
+        rig.click({box.left + 5, box.top + 5});
+    };
+    EXPECT_FALSE(rig.engine.settings.rendersOffline());
+    rig.click(EditorRig::middle(*findControl(547)));
+    press();
+    EXPECT_TRUE(about.isOpen);
+    EXPECT_TRUE(rig.engine.settings.rendersOffline());
+    {
+        EditorRig next; // the key store knows it
+        EXPECT_TRUE(next.engine.settings.rendersOffline());
+    }
+    press();
+    EXPECT_FALSE(rig.engine.settings.rendersOffline());
+}
+
 TEST(Editor, EveryTextOnThePanelCanBeRead)
 {
     EditorRig rig;
@@ -261,7 +317,7 @@ TEST(Editor, EveryTextOnThePanelCanBeRead)
             rig.engine.setParameter(Tag::ModSelect, (float(track) + 0.5f) / 8);
             look();
         }
-    for (const int tag : {1, 48, 330, 466, 515}) {
+    for (const int tag : {1, 48, 330, 466, 515, kPanelScaleTag}) {
         const ControlRow& row = *findControl(tag);
         rig.show(row);
         rig.click({row.place.left + 8, EditorRig::middle(row).y});

@@ -2,6 +2,7 @@
 
 #include "view/CFrame.h"
 #include "view/offscreen/OffscreenWindow.h"
+#include "view/x11/Desktop.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -217,27 +218,7 @@ void SystemWindow::resize(int width, int height)
     xcb_flush(connection);
 }
 
-double SystemWindow::desktopScale() const
-{
-    double scale = 1;
-    if (const char* setting = std::getenv("GDK_SCALE"))
-        scale = std::max(scale, std::atof(setting));
-    auto* reply = xcb_get_property_reply(connection,
-        xcb_get_property(
-            connection, 0, screen->root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, 1 << 16),
-        nullptr);
-    if (!reply)
-        return scale;
-    const std::string resources(static_cast<const char*>(xcb_get_property_value(reply)),
-        static_cast<size_t>(xcb_get_property_value_length(reply)));
-    std::free(reply);
-    constexpr char kDpi[] = "Xft.dpi:";
-    constexpr double kUnscaledDpi = 96;
-    const size_t at = resources.find(kDpi);
-    if (at != std::string::npos && (at == 0 || resources[at - 1] == '\n'))
-        scale = std::max(scale, std::atof(resources.c_str() + at + sizeof kDpi - 1) / kUnscaledDpi);
-    return scale;
-}
+double SystemWindow::desktopScale() const { return ::desktopScale(connection, screen->root); }
 
 void SystemWindow::setCursor(CCursor cursor)
 {
