@@ -349,6 +349,13 @@ TEST_F(Module, TheDoorSwitchesOfflineRenderingAndKeepsMessages)
     host.start();
     host.run(44100);
     EXPECT_FALSE(noteOns(host.events).empty());
+    // The key store keeps it for whoever starts next.
+    ScriptedHost next;
+    start(next, {});
+    next.processLevel = kVstProcessLevelOffline;
+    next.start();
+    next.run(44100);
+    EXPECT_FALSE(noteOns(next.events).empty());
     host.dispatch(effVendorSpecific, kDoor, 11, nullptr, 0);
 
     std::string nowhere = home.file("no/such/folder/a.kwe");
