@@ -2,6 +2,7 @@
 
 #include "data/Parameters.h"
 #include "editor/ControlCatalogue.h"
+#include "editor/StillControls.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -118,7 +119,18 @@ std::string hintOf(const std::vector<const ControlRow*>& hints, int tag)
     return "";
 }
 
+std::string stillTable(std::span<const StillControl> list)
+{
+    std::string text = "| Tag | Why |\n|---|---|\n";
+    for (const StillControl& still : list)
+        text += "| " + std::to_string(still.tag) + " | " + still.why + " |\n";
+    return text;
+}
+
 } // namespace
+
+std::string stillControlTable() { return stillTable(stillControls()); }
+std::string stillParameterTable() { return stillTable(stillParameters()); }
 
 std::string parameterTable()
 {

@@ -5,3 +5,6 @@
 
 std::string parameterTable();
 std::string controlTable();
+// What moves nothing, and why.
+std::string stillControlTable();
+std::string stillParameterTable();

@@ -1,9 +1,12 @@
 #include "data/Parameters.h"
 #include "editor/ControlCatalogue.h"
 #include "editor/PageGates.h"
+#include "editor/StillControls.h"
 #include "editor/ValueDispatch.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -94,6 +97,33 @@ TEST(Catalogue, EveryHintBelongsToAControlOfItsPage)
         ASSERT_TRUE(owner) << row.tag;
         EXPECT_EQ(owner->track, row.track) << row.tag;
     }
+}
+
+TEST(Catalogue, WhatNoMouseCanMoveIsListedAsStill)
+{
+    const auto isStill = [](const ControlRow& row) {
+        switch (row.kind) {
+        case ControlClass::Hint:
+            return (row.flags & kHidden) != 0;
+        case ControlClass::Container:
+            return true;
+        case ControlClass::Table:
+            return parameterEntry(row.tag)->saved == Saved::None; // follows what is edited
+        case ControlClass::Menu: // those that open at the pointer are opened by somebody
+            return row.place.empty() && row.items != MenuItems::Learn
+                && row.items != MenuItems::LearnSteps && row.items != MenuItems::TargetGroup;
+        default:
+            return !takesMouse(row) || row.tag == Tag::KeyboardMode;
+        }
+    };
+    std::vector<int> still, listed;
+    for (const ControlRow& row : controlCatalogue())
+        if (isStill(row))
+            still.push_back(row.tag);
+    for (const StillControl& each : stillControls())
+        listed.push_back(each.tag);
+    EXPECT_TRUE(std::ranges::is_sorted(listed));
+    EXPECT_THAT(listed, testing::UnorderedElementsAreArray(still));
 }
 
 TEST(PageGates, ShowOnePageOfEachKind)

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <span>
+
+// A control whose use changes nothing, or a parameter that the engine does not react to when it is
+// set, and why that is so.
+struct StillControl {
+    int tag;
+    const char* why;
+};
+
+// Controls of the catalogue, in tag order; the hints are left out, which only show.
+std::span<const StillControl> stillControls();
+// Parameters, in tag order.
+std::span<const StillControl> stillParameters();
