@@ -15,6 +15,18 @@ bool isReplayed(int tag)
     return slot >= 0 && patternParameterTags()[size_t(slot)] == tag;
 }
 
+// A gesture of its own to the host, where the parameter is the host's too.
+void setAsGesture(KWUniClient& engine, int tag, float value)
+{
+    if (tag >= kHostParameters) {
+        engine.setParameter(tag, value);
+        return;
+    }
+    engine.beginEdit(tag);
+    engine.setParameterAutomated(tag, value);
+    engine.endEdit(tag);
+}
+
 } // namespace
 
 EditCells::EditCells(KWUniClient& ownEngine) : engine(ownEngine)
@@ -176,10 +188,7 @@ void EditCells::setParameter(int tag, float value)
 {
     const int pattern = engine.patternStore.currentPattern;
     const float stored = engine.patternStore.at(pattern, patternSlot(tag));
-    if (tag < kHostParameters)
-        engine.setParameterAutomated(tag, value);
-    else
-        engine.setParameter(tag, value);
+    setAsGesture(engine, tag, value);
     engine.patternStore.setAt(pattern, patternSlot(tag), stored);
 }
 
@@ -189,10 +198,6 @@ void EditCells::setStored(int pattern, int place, float value)
     engine.patternStore.setAt(pattern, place, value);
     const int tag = patternParameterTags()[size_t(place)];
     if (pattern == engine.patternStore.currentPattern && patternSlot(tag) == place
-        && engine.parameters.raw(tag) != value) {
-        if (tag < kHostParameters)
-            engine.setParameterAutomated(tag, value);
-        else
-            engine.setParameter(tag, value);
-    }
+        && engine.parameters.raw(tag) != value)
+        setAsGesture(engine, tag, value);
 }
