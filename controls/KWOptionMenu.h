@@ -183,6 +183,7 @@ private:
     bool isChoosable(int index) const;
     KWOptionMenu* outermost();
     std::string restText() const;
+    void drawRestText(CDrawContext* context, const CRect& rect) const;
     CHoriTxtAlign textAlignment() const;
     bool countsLeaves() const;
     void markCurrent(int index);

@@ -74,14 +74,25 @@ void KWOptionMenu::draw(CDrawContext* context)
     rect.right -= restRight;
     context->setFont(font, restFontSize > 0 ? restFontSize : textHeight(), restFontStyle);
     context->setFontColor(textColor);
-    context->drawString(fittedText(restText(), rect.width(),
-                            [&](std::string_view text) { return context->getStringWidth(text); }),
-        rect, false, textAlignment());
+    drawRestText(context, rect);
     if (!alternateText.empty()) {
         context->setFontColor(look::kTextDim);
         context->drawString(alternateText, rect, false, kRightText);
     }
     KWControl::draw(context);
+}
+
+// A text that is a little too long is set closer before it is abbreviated.
+void KWOptionMenu::drawRestText(CDrawContext* context, const CRect& rect) const
+{
+    constexpr double kClosest = -0.3; // pixels; closer, letters touch
+    const std::string text = restText();
+    if (context->getStringWidth(text) > rect.width())
+        context->setTracking(kClosest);
+    context->drawString(fittedText(text, rect.width(),
+                            [&](std::string_view part) { return context->getStringWidth(part); }),
+        rect, false, textAlignment());
+    context->setTracking(0);
 }
 
 std::string KWOptionMenu::restText() const

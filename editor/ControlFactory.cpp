@@ -24,6 +24,9 @@
 #include "editor/RollArea.h"
 #include "editor/ScreenState.h"
 #include "editor/UndoButton.h"
+#include "platform/KWFileio.h"
+#include "platform/Messages.h"
+#include "platform/OpenLink.h"
 #include "skin/ChoiceGrids.h"
 #include "skin/KnobShapes.h"
 #include "view/CBitmap.h"
@@ -327,7 +330,7 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
         display->intValue = true;
         display->alignment = kRightText;
         display->textRight = 3;
-        display->fontSize = 10;
+        display->fontSize = 9;
         display->textColor = look::kTextDim;
     } else if (row.tag == kTrackNumberTag) {
         display->showValue = false;
@@ -390,6 +393,12 @@ KWControl* ControlFactory::makeLink(const ControlRow& row)
 {
     const std::string manual = engine.manualPath();
     auto* link = new KWLocalLink(rectOf(row.place), &listener, row.tag, &frame, manual.c_str());
+    link->opener = [](const std::string& path) {
+        const bool opened = KWFileio::exists(path) && openLink(path);
+        if (!opened)
+            showMessage("The manual %s cannot be opened here.", path.c_str());
+        return opened;
+    };
     link->setBackground(BitmapTable::get(row.bitmap));
     link->setTransparency(true);
     return link;

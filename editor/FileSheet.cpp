@@ -77,7 +77,10 @@ void FileSheet::ask(const KWFileChooser::Request& request, KWFileChooser::Answer
     const char* home = std::getenv("HOME");
     const bool isThere = fs::is_directory(asked.startFolder, error);
     enter(isThere ? asked.startFolder : home ? home : "/");
+    // Typing goes on at the name's end, so it stands there without its ending, which accept() adds.
     name = asked.kind == KWFileChooser::Kind::Save ? asked.fileName : "";
+    if (name.ends_with("." + asked.extension))
+        name.resize(name.size() - asked.extension.size() - 1);
     setVisible(true);
     beginModal(3, nullptr, 0);
 }

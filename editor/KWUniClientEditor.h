@@ -106,6 +106,7 @@ private:
     void chooseFirstScale();
     void ask(const KWFileChooser::Request& request, KWFileChooser::Answer answer);
     void loadPreset(PresetKind kind, const std::string& path);
+    std::string newPresetName(PresetKind kind) const;
     int midiBars() const;
     std::string midiFileName() const;
     void dragMidiFile();

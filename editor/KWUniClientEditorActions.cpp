@@ -149,13 +149,19 @@ void KWUniClientEditor::askForPresetToSave(PresetKind kind)
             .extension = presetKindRow(kind).extension,
             .extensionName = presetKindRow(kind).fileKind,
             .startFolder = link.presetSaveFolder(kind),
-            .fileName = link.presetName(kind) + "." + presetKindRow(kind).extension},
+            .fileName = newPresetName(kind)},
         [this, kind](const std::string& path) {
             if (path.empty())
                 return;
             link.savePreset(kind, path);
             engine.screen.presetListRebuild.raise();
         });
+}
+
+std::string KWUniClientEditor::newPresetName(PresetKind kind) const
+{
+    const std::string present = link.presetName(kind);
+    return (present.empty() ? "New preset" : present) + "." + presetKindRow(kind).extension;
 }
 
 void KWUniClientEditor::loadPreset(PresetKind kind, const std::string& path)

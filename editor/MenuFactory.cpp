@@ -82,8 +82,8 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
     dress(*menu);
     menu->selectedBackColor = hueOfMenu(row);
     // The arrow is part of the field's picture; the low field of the scale has none.
-    menu->textOffset = 2;
-    menu->restRight = row.place.height() < 14 ? 0 : isPreset(row) ? 14 : 8;
+    menu->textOffset = 1;
+    menu->restRight = row.place.height() < 14 ? 0 : isPreset(row) ? 14 : 7;
     if (CBitmap* field = row.bitmap ? BitmapTable::get(row.bitmap) : nullptr)
         menu->setBackground(field);
     if (row.items == MenuItems::PanelScales) { // flat until hovered, as undo beside it

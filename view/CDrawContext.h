@@ -55,6 +55,8 @@ public:
     // A size above 0 and a style of at least 0 overrule the font's own. Null gives 11 px Medium.
     void setFont(const CFontDesc* font, double size = 0, int style = -1);
     double getFontSize() const { return fontSize; }
+    // Panel pixels after each character, until the next font is set.
+    void setTracking(double pixels) { tracking = pixels; }
     // In panel pixels, with the font set now. UTF-8.
     double getStringWidth(std::string_view text) const;
     // One line, centred in height by the capitals and limited to `rect`. An opaque text fills the

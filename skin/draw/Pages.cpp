@@ -49,9 +49,9 @@ void filterCurve(Paint& paint, double x, double y)
 {
     paint.rect(x, y + 12, 36, 1, kHairline);
     paint.stroke(1.5, mix(kPanel, kLabel, 0.75), [&](cairo_t* cr) {
-        cairo_move_to(cr, x, y + 7);
-        cairo_line_to(cr, x + 11, y + 7);
-        cairo_curve_to(cr, x + 16, y + 7, x + 16, y - 5, x + 20, y - 5);
+        cairo_move_to(cr, x, y + 2);
+        cairo_line_to(cr, x + 11, y + 2);
+        cairo_curve_to(cr, x + 16, y + 2, x + 16, y - 6, x + 20, y - 6);
         cairo_curve_to(cr, x + 25, y - 5, x + 25, y + 10, x + 35, y + 11);
     });
 }

@@ -57,6 +57,8 @@ void drawSwing(Paint& paint, int frame)
 void drawModSelect(Paint& paint, int frame)
 {
     well(paint, 0, 0, 31, 89);
+    for (int track = 0; track < 7; ++track)
+        paint.rect(3, 74 - track * 10, 25, 1, kCellLine);
     paint.rounded(1, 74 - frame * 10, 29, 12, 2, kModulation);
 }
 

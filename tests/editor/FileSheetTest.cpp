@@ -78,17 +78,20 @@ TEST_F(FileSheetTest, LoadsAFileFromAFolderBelow)
 TEST_F(FileSheetTest, SavesUnderATypedNameAndAsksBeforeItReplaces)
 {
     ask(Kind::Save, "x.kwe");
-    for (int i = 0; i < 5; ++i)
-        user.key({.key = CKey::Backspace});
+    user.key({.key = CKey::Backspace});
     type("new one");
     user.key({.key = CKey::Return});
     EXPECT_EQ(answer, root + "/new one.kwe");
+    ask(Kind::Save, "x.kwe");
+    type(" too"); // goes on with the name, not with its ending
+    user.key({.key = CKey::Return});
+    EXPECT_EQ(answer, root + "/x too.kwe");
 
     ask(Kind::Save, "a.kwe");
     click(sheet->acceptRect());
     EXPECT_FALSE(answer) << "the first press asks";
     user.key({.key = CKey::Backspace});
-    user.key({.character = U'e'});
+    user.key({.character = U'a'});
     click(sheet->acceptRect());
     EXPECT_FALSE(answer) << "a changed name is asked about anew";
     click(sheet->acceptRect());

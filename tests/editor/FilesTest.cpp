@@ -1,0 +1,126 @@
+// Presets and maps as a player saves and loads them, on a desktop without a dialogue program, where
+// the panel's own sheet asks.
+
+#include "tests/editor/EditorRig.h"
+
+#include "controls/KWOptionMenu.h"
+#include "editor/FileSheet.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class Files : public testing::Test {
+protected:
+    Files() : programs(std::getenv("PATH")) { setenv("PATH", "/nowhere", 1); }
+    ~Files() override { setenv("PATH", programs.c_str(), 1); }
+
+    FileSheet* sheet() { return dynamic_cast<FileSheet*>(rig.editor.getFrame()->modalControl); }
+    void type(const char* text)
+    {
+        for (; *text; ++text)
+            rig.user->key({.character = char32_t(*text)});
+    }
+    void confirm()
+    {
+        rig.user->key({.key = CKey::Return});
+        rig.idle();
+    }
+    KWOptionMenu& menuOf(int tag)
+    {
+        return static_cast<KWOptionMenu&>(*rig.editor.getControl(tag));
+    }
+    void choose(int tag, int row)
+    {
+        const ControlRow& control = *findControl(tag);
+        rig.click({control.place.left + 8, EditorRig::middle(control).y});
+        ASSERT_TRUE(menuOf(tag).isOpen());
+        const CRect line = menuOf(tag).rowRect(row);
+        rig.click({line.left + 10, line.top + 8});
+    }
+    EditorRig rig;
+    std::string programs;
+};
+
+} // namespace
+
+TEST_F(Files, APresetIsSavedUnderANameAndComesBackFromTheMenu)
+{
+    const struct {
+        int menu;
+        PresetKind kind;
+    } kinds[] = {{466, PresetKind::Global}, {515, PresetKind::Synth}};
+    for (const auto& each : kinds) {
+        rig.show(*findControl(each.menu));
+        rig.engine.setParameter(Tag::FilterCutoff, 0.77f);
+        choose(each.menu, 0);
+        ASSERT_TRUE(sheet()) << each.menu;
+        for (int i = 0; i < 60; ++i)
+            rig.user->key({.key = CKey::Backspace});
+        type("Mine");
+        confirm();
+        EXPECT_FALSE(sheet());
+        const std::string file = rig.engine.settings.presetSavePath(each.kind) + "/Mine."
+            + presetKindRow(each.kind).extension;
+        ASSERT_TRUE(fs::exists(file)) << file;
+        EXPECT_EQ(rig.engine.presets.name(each.kind), "Mine");
+        EXPECT_EQ(menuOf(each.menu).selectedText, "Mine");
+
+        rig.engine.setParameter(Tag::FilterCutoff, 0.1f);
+        choose(each.menu, 1);
+        ASSERT_TRUE(sheet()) << each.menu;
+        const CRect row = sheet()->rowRect(sheet()->findRow("User"));
+        if (!row.isEmpty())
+            rig.click({row.left + 10, row.top + 5});
+        const CRect mine = sheet()->rowRect(
+            sheet()->findRow("Mine." + std::string(presetKindRow(each.kind).extension)));
+        ASSERT_FALSE(mine.isEmpty());
+        rig.click({mine.left + 10, mine.top + 5});
+        confirm();
+        EXPECT_FLOAT_EQ(rig.engine.parameters.raw(Tag::FilterCutoff), 0.77f);
+        rig.user->key({.character = U'z', .key = CKey::None, .modifiers = kControl});
+        EXPECT_FLOAT_EQ(rig.engine.parameters.raw(Tag::FilterCutoff), 0.1f);
+    }
+}
+
+TEST_F(Files, AMapIsSavedAndLoaded)
+{
+    rig.engine.midiMap.addAssignment(7, Tag::FilterCutoff, 0);
+    rig.click(EditorRig::middle(*findControl(375)));
+    ASSERT_TRUE(sheet());
+    confirm();
+    rig.engine.midiMap.clearMap();
+    rig.click(EditorRig::middle(*findControl(374)));
+    ASSERT_TRUE(sheet());
+    const CRect file = sheet()->rowRect(sheet()->findRow("map.kwm"));
+    ASSERT_FALSE(file.isEmpty());
+    rig.click({file.left + 10, file.top + 5});
+    confirm();
+    EXPECT_TRUE(rig.engine.midiMap.isAssigned(Tag::FilterCutoff));
+}
+
+TEST_F(Files, AMissingManualIsTold)
+{
+    rig.show(*findControl(521));
+    rig.click(EditorRig::middle(*findControl(521)));
+    rig.idle();
+    EXPECT_TRUE(rig.editor.getFrame()->modalControl);
+    rig.user->key({.key = CKey::Return});
+    rig.idle(3);
+    EXPECT_FALSE(rig.editor.getFrame()->modalControl);
+}
+
+TEST(Keyboard, AKeyOfThePanelGoesToTheEngine)
+{
+    EditorRig rig;
+    const Place& keys = findControl(551)->place;
+    rig.user->press({keys.left + 14 * 12 + 6, keys.bottom - 5}); // the first C of the third octave
+    EXPECT_EQ(rig.engine.keyState.noteOn.peek(), 48);
+    rig.user->release({keys.left + 14 * 12 + 6, keys.bottom - 5});
+    EXPECT_EQ(rig.engine.keyState.noteOff.peek(), 48);
+}
