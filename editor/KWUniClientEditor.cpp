@@ -63,8 +63,10 @@ void KWUniClientEditor::close()
 
 void KWUniClientEditor::idle()
 {
-    if (!frame)
+    if (!frame) {
+        engine.runDeferred(); // hosts call idle for closed windows too
         return;
+    }
     refresh();
     if (engine.screen.redraw.isRaised()) {
         engine.screen.redraw.lower();

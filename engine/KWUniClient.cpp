@@ -61,6 +61,14 @@ void KWUniClient::waitForBlock() const
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
+void KWUniClient::open() { needIdle(); }
+
+VstInt32 KWUniClient::fxIdle()
+{
+    runDeferred();
+    return 1;
+}
+
 void KWUniClient::suspend()
 {
     // The lists are the audio thread's, and some hosts suspend beside a running block.

@@ -41,6 +41,8 @@ public:
     ~KWUniClient() override;
 
     // --- the effect interface ----------------------------------------------------------------
+    void open() override;
+    VstInt32 fxIdle() override;
     void suspend() override;
     void resume() override;
     void setSampleRate(float rate) override;
@@ -98,7 +100,8 @@ public:
     void setSetting(int index, bool on, bool persist);
     void setRendersOffline(bool on);
     // Does what a learned controller has asked for and the audio thread may not do. The editor
-    // calls it at idle.
+    // calls it at idle; without a window it runs at the host's own idle and before a state is
+    // given away.
     void runDeferred();
     void setLockButton(bool down) { patterns.settings.lockButton = down ? 1.0f : 0.0f; }
 

@@ -60,6 +60,7 @@ void KWUniClient::setRendersOffline(bool on)
 
 VstInt32 KWUniClient::getChunk(void** data, bool /*isPreset*/)
 {
+    runDeferred();
     // One form for a bank and for a program: the present state.
     const KWChunk& chunk = presets.state();
     *data = const_cast<void*>(chunk.bytes());

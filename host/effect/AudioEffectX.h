@@ -52,6 +52,8 @@ public:
     virtual VstInt32 getVstVersion() { return kVstVersion; }
     virtual VstInt32 getNumMidiInputChannels() { return 0; }
     virtual VstInt32 getNumMidiOutputChannels() { return 0; }
+    // The screen's thread, window or not, where the host has heard needIdle; 1 to be called again.
+    virtual VstInt32 fxIdle() { return 0; }
     virtual VstInt32 startProcess() { return 0; }
     virtual VstInt32 stopProcess() { return 0; }
 
@@ -65,6 +67,7 @@ public:
     VstInt32 getCurrentProcessLevel(); // VstProcessLevels
     bool sizeWindow(VstInt32 width, VstInt32 height);
     bool updateDisplay();
+    bool needIdle(); // outside a block; later interfaces have dropped it, most hosts have not
     bool ioChanged();
     float getHostSampleRate(); // hertz
     VstInt32 getHostBlockSize();

@@ -173,6 +173,8 @@ VstIntPtr AudioEffectX::dispatcher(
         return getGetTailSize();
     case effGetVstVersion:
         return getVstVersion();
+    case effIdle:
+        return fxIdle();
     case effKeysRequired:
         return 0; // 1 would say that no keys are wanted
     case effEditKeyDown: {

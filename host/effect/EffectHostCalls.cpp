@@ -49,6 +49,8 @@ bool AudioEffectX::sizeWindow(VstInt32 width, VstInt32 height)
 
 bool AudioEffectX::updateDisplay() { return callHost(audioMasterUpdateDisplay) != 0; }
 
+bool AudioEffectX::needIdle() { return callHost(audioMasterNeedIdle) != 0; }
+
 bool AudioEffectX::ioChanged() { return callHost(audioMasterIOChanged) != 0; }
 
 float AudioEffectX::getHostSampleRate()

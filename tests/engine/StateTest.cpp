@@ -295,6 +295,18 @@ TEST_F(PresetFiles, AControllerThatStepsPresetsWaitsForTheScreensThread)
     EXPECT_NE(swing(engine), 0.2f);
     engine.runDeferred();
     EXPECT_EQ(swing(engine), 0.2f);
+    // A host without the window: its own idle, or the state that it asks for.
+    learn(engine, Tag::NextPreset, 0);
+    player.send(0xB0, 20, 0);
+    player.play(512);
+    EXPECT_EQ(engine.dispatcher(effIdle, 0, 0, nullptr, 0), 1);
+    EXPECT_EQ(swing(engine), 0.3f);
+    learn(engine, Tag::NextPreset, 0);
+    player.send(0xB0, 20, 0);
+    player.play(512);
+    void* state = nullptr;
+    engine.getChunk(&state, false);
+    EXPECT_EQ(swing(engine), 0.4f);
 }
 
 TEST_F(PresetFiles, TheDefaultPresetOpensANewInstance)
