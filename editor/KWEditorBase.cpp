@@ -15,6 +15,8 @@ KWEditorBase::~KWEditorBase() { freeFrame(); }
 
 CBitmap* KWEditorBase::getBitmap(int id) const { return BitmapTable::get(id); }
 
+unsigned long KWEditorBase::systemHandle() const { return frame ? frame->systemHandle() : 0; }
+
 void KWEditorBase::updateRect()
 {
     rect.left = 0;

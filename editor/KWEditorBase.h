@@ -20,6 +20,7 @@ public:
     virtual CBitmap* getBitmap(int id) const;
     virtual const KWSystemInfo* getTimingContext() const = 0;
 
+    unsigned long systemHandle() const override;
     KWFrame* getFrame() const { return frame; }
     double getScale() const { return scale; }
     // One of the frame's scales. An open window follows at once.

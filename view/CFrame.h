@@ -76,6 +76,7 @@ public:
     // The view that hears the keyboard; null for none.
     virtual void setFocusView(CView* view);
     CView* getFocusView() const { return focusView; }
+    unsigned long systemHandle() const { return window->systemHandle(); }
     bool hasSystemFocus() const { return window->hasFocus(); }
     void takeSystemFocus() { window->takeFocus(); }
 

@@ -18,6 +18,8 @@ public:
     virtual bool open(void* parent) = 0;
     virtual void close() = 0;
     virtual bool isOpen() = 0;
+    // The window system's name for the plug-in's own window inside the host's; 0 while it has none.
+    virtual unsigned long systemHandle() const { return 0; }
     virtual void idle() { }
     // True when the key was used here and the host must not act on it.
     virtual bool onKeyDown(VstKeyCode& /*key*/) { return false; }

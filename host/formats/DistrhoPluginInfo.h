@@ -6,7 +6,11 @@
 #define DISTRHO_PLUGIN_URI "urn:kelda-works:ormund"
 #define DISTRHO_PLUGIN_CLAP_ID "works.kelda.ormund"
 
-#define DISTRHO_PLUGIN_HAS_UI 0
+// The editor is a window of our own, in one binary with the engine that it reads.
+#define DISTRHO_PLUGIN_HAS_UI 1
+#define DISTRHO_PLUGIN_HAS_EXTERNAL_UI 1
+#define DISTRHO_PLUGIN_HAS_EMBED_UI 1
+#define DISTRHO_PLUGIN_WANT_DIRECT_ACCESS 1
 #define DISTRHO_PLUGIN_IS_RT_SAFE 1
 #define DISTRHO_PLUGIN_IS_SYNTH 1
 // The engine's two inputs are never read, and hosts place an instrument by what it takes in.

@@ -1,6 +1,8 @@
 #include "host/formats/KWFormatWrapper.h"
 
+#include "host/effect/AEffEditor.h"
 #include "host/formats/Base64.h"
+#include "host/vst2/EditorFactory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,10 +39,36 @@ KWFormatWrapper::KWFormatWrapper(Format& format, double rate) : outside(format),
     setSampleRate(rate);
 }
 
-KWFormatWrapper::~KWFormatWrapper() = default;
+KWFormatWrapper::~KWFormatWrapper()
+{
+    LateWork::remove(*this);
+    closeEditor();
+    engine->setEditor(nullptr); // it reads the engine to its end
+}
+
+void KWFormatWrapper::resume()
+{
+    engine->resume();
+    LateWork::add(*this);
+}
+
+void KWFormatWrapper::suspend()
+{
+    LateWork::remove(*this);
+    engine->suspend();
+}
+
+// While the editor shows, its idle does it.
+void KWFormatWrapper::doLateWork()
+{
+    const std::unique_lock hold(screen, std::try_to_lock);
+    if (hold && !window)
+        engine->runDeferred();
+}
 
 void KWFormatWrapper::setSampleRate(double hertz)
 {
+    const std::lock_guard hold(screen);
     sampleRate = hertz;
     engine->setSampleRate(static_cast<float>(hertz));
 }
@@ -52,12 +80,14 @@ float KWFormatWrapper::parameter(int index) const
     return entry && entry->isButton() ? (raw >= kOnFrom ? 1.0f : 0.0f) : raw;
 }
 
+bool KWFormatWrapper::isSameValue(float a, float b) { return std::abs(a - b) <= kSameValue; }
+
 void KWFormatWrapper::setParameter(int index, float value)
 {
     const ParameterEntry* entry = parameterEntry(index);
     if (entry && entry->isButton())
         value = value >= kOnFrom ? 1.0f : 0.0f;
-    if (!(std::abs(parameter(index) - value) <= kSameValue))
+    if (!isSameValue(parameter(index), value))
         engine->setParameter(index, value);
 }
 
@@ -129,6 +159,7 @@ void KWFormatWrapper::endSoundingNotes()
 
 std::string KWFormatWrapper::state()
 {
+    const std::lock_guard hold(screen);
     void* data = nullptr;
     const VstInt32 bytes = engine->getChunk(&data, false);
     return toBase64({static_cast<const uint8_t*>(data), static_cast<size_t>(bytes)});
@@ -136,24 +167,78 @@ std::string KWFormatWrapper::state()
 
 bool KWFormatWrapper::setState(std::string_view text)
 {
+    const std::lock_guard hold(screen);
     auto bytes = fromBase64(text);
     return bytes && !bytes->empty()
         && engine->setChunk(bytes->data(), static_cast<VstInt32>(bytes->size()), false) != 0;
 }
 
+// --- the editor ---------------------------------------------------------------------------------
+
+AEffEditor* KWFormatWrapper::editor()
+{
+    if (!engine->getEditor())
+        engine->setEditor(makeEditor(*engine));
+    return engine->getEditor();
+}
+
+ERect KWFormatWrapper::editorRect()
+{
+    const std::lock_guard hold(screen);
+    ERect* rect = nullptr;
+    return editor() && editor()->getRect(&rect) && rect ? *rect : ERect{};
+}
+
+bool KWFormatWrapper::openEditor(Window& shown, void* parent)
+{
+    const std::lock_guard hold(screen);
+    if (window || !editor())
+        return false;
+    window = &shown;
+    if (!editor()->open(parent))
+        window = nullptr;
+    return window != nullptr;
+}
+
+void KWFormatWrapper::idleEditor()
+{
+    const std::lock_guard hold(screen);
+    if (window)
+        editor()->idle();
+}
+
+void KWFormatWrapper::closeEditor()
+{
+    const std::lock_guard hold(screen);
+    if (!window)
+        return;
+    editor()->close();
+    window = nullptr;
+}
+
+unsigned long KWFormatWrapper::editorHandle()
+{
+    const std::lock_guard hold(screen);
+    return window ? editor()->systemHandle() : 0;
+}
+
+// --- the host's side ----------------------------------------------------------------------------
+
 VstIntPtr KWFormatWrapper::callback(
-    AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr, void* ptr, float opt)
+    AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
     auto* wrapper = effect && effect->resvd1 ? reinterpret_cast<KWFormatWrapper*>(effect->resvd1)
                                              : underConstruction;
-    return wrapper ? wrapper->answer(opcode, index, ptr, opt) : 0;
+    return wrapper ? wrapper->answer(opcode, index, value, ptr, opt) : 0;
 }
 
-VstIntPtr KWFormatWrapper::answer(VstInt32 opcode, VstInt32 index, void* ptr, float opt)
+VstIntPtr KWFormatWrapper::answer(
+    VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
     switch (opcode) {
     case audioMasterAutomate:
-        outside.parameterMoved(index, opt);
+        if (window)
+            window->parameterMoved(index, opt);
         return 0;
     case audioMasterVersion:
         return kVstVersion;
@@ -181,10 +266,17 @@ VstIntPtr KWFormatWrapper::answer(VstInt32 opcode, VstInt32 index, void* ptr, fl
                 return std::strcmp(static_cast<const char*>(ptr), can) == 0;
             });
     case audioMasterBeginEdit:
-        outside.editBegins(index);
+        if (window)
+            window->editBegins(index);
         return 0;
     case audioMasterEndEdit:
-        outside.editEnds(index);
+        if (window)
+            window->editEnds(index);
+        return 0;
+    case audioMasterSizeWindow:
+        return window && window->sizeWanted(index, static_cast<int>(value)) ? 1 : 0;
+    case audioMasterUpdateDisplay:
+        reloaded.store(1, std::memory_order_release);
         return 0;
     default:
         return 0;

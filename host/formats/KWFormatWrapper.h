@@ -3,29 +3,42 @@
 
 #include "engine/KWUniClient.h"
 #include "engine/WrapperPort.h"
+#include "host/formats/LateWork.h"
 #include "host/formats/SongPlace.h"
 
 #include <array>
+#include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
-// Owns one engine and answers its calls. run, queueMidi on the audio thread; setBypass on any; the
-// rest on the host's thread for the user interface.
-class KWFormatWrapper final : private WrapperPort {
+// Owns one engine and its editor, and answers their calls. run, queueMidi on the audio thread;
+// setBypass, setParameter on any; the rest on the host's thread for the user interface. What a
+// block has left to be done is done beside that thread, so `screen` keeps the two apart; the audio
+// thread never takes it.
+class KWFormatWrapper final : private WrapperPort, private LateWork::Client {
 public:
-    // What the format's own side does with what comes out.
+    // Where the notes go.
     class Format {
     public:
         // Audio thread, inside run(), frames in rising order.
         virtual void midiOut(const VstMidiEvent& event) = 0;
-        // The user moved a parameter in the editor. Index 0 to 45.
-        virtual void parameterMoved(int /*index*/, float /*value*/) { }
-        virtual void editBegins(int /*index*/) { }
-        virtual void editEnds(int /*index*/) { }
 
     protected:
         ~Format() = default;
+    };
+    // What shows the editor, and tells the host of what happens there. Index 0 to 45.
+    class Window {
+    public:
+        virtual void parameterMoved(int index, float value) = 0;
+        virtual void editBegins(int index) = 0;
+        virtual void editEnds(int index) = 0;
+        // Device pixels. False where the host keeps its size.
+        virtual bool sizeWanted(int width, int height) = 0;
+
+    protected:
+        ~Window() = default;
     };
 
     KWFormatWrapper(Format& format, double rate); // Hz
@@ -35,14 +48,16 @@ public:
 
     KWUniClient& client() { return *engine; }
     void setSampleRate(double hertz);
-    void resume() { engine->resume(); }
-    void suspend() { engine->suspend(); }
+    void resume();
+    void suspend();
 
     // Silent, and nothing is sent but the ends of the notes that sound; the clock runs on.
     void setBypass(bool on) { bypass = on ? 1 : 0; }
     bool isBypassed() const { return bypass != 0; }
     // Index 0 to 45. A button is 0 or 1 here: formats cut its value to a whole number.
     float parameter(int index) const;
+    // Whether two values are one for a host that keeps them as text.
+    static bool isSameValue(float a, float b);
     // A value that the host has read, kept as text and gives back is not taken for a new one.
     void setParameter(int index, float value);
 
@@ -54,17 +69,32 @@ public:
     // The engine's chunk as text.
     std::string state();
     bool setState(std::string_view text);
+    // Whether a preset or a state was loaded since the last call, and any parameter may have moved.
+    bool takeReload() { return reloaded.exchange(0, std::memory_order_acq_rel) != 0; }
+
+    // The editor, made when it is first asked for. It shows in one window at a time.
+    ERect editorRect(); // device pixels; empty where there is no editor
+    // `parent` is an X11 window number. False when it shows elsewhere already or cannot be opened.
+    bool openEditor(Window& window, void* parent);
+    void idleEditor();
+    void closeEditor();
+    unsigned long editorHandle(); // of its own window, 0 when it has none
 
 private:
+    AEffEditor* editor();
+    void doLateWork() override;
     const VstTimeInfo* timeRecord() override { return hasTime ? &time : nullptr; }
     bool hasMidiOutput() const override { return !silent; }
     void midiOut(const VstMidiEvent& event, double songPosition) override;
     void endSoundingNotes();
     void fillTime(const SongPlace* place);
-    VstIntPtr answer(VstInt32 opcode, VstInt32 index, void* ptr, float opt);
+    VstIntPtr answer(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
     static VstIntPtr callback(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float);
 
     Format& outside;
+    Window* window = nullptr;    // while it shows the editor
+    std::recursive_mutex screen; // a host may ask for the state while it is told of a move
+    std::atomic<int32_t> reloaded{0};
     Crossing<int32_t> bypass = 0;
     double sampleRate;
     // Audio thread.

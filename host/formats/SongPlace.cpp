@@ -1,6 +1,5 @@
 #include "host/formats/SongPlace.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -8,16 +7,8 @@ constexpr double kSamePlace = 0.01; // quarter notes
 
 double quartersPerBar(BarRule rule, const BarPlace& place)
 {
-    const double meter = place.beatsPerBar * 4.0 / place.beatType;
-    switch (rule) {
-    case BarRule::WholeQuarters:
-        return std::max(std::floor(meter), 1.0);
-    case BarRule::Numerator:
-        return place.beatsPerBar;
-    case BarRule::Meter:
-        break;
-    }
-    return meter;
+    return rule == BarRule::Numerator ? place.beatsPerBar
+                                      : place.beatsPerBar * 4.0 / place.beatType;
 }
 } // namespace
 
@@ -25,7 +16,8 @@ SongPlace SongFollower::follow(const BarPlace& place, int frames, double rate)
 {
     SongPlace song = last;
     song.playing = place.playing;
-    song.valid = place.valid && place.beatsPerBar > 0 && place.beatType > 0 && place.tempo > 0;
+    song.valid = place.valid && std::isfinite(place.beat) && place.beatsPerBar > 0
+        && place.beatType > 0 && place.tempo > 0;
     if (song.valid) {
         const double barLength = quartersPerBar(rule, place);
         song.tempo = place.tempo;

@@ -27,9 +27,8 @@ struct SongPlace {
 // How the framework has cut the song into bars, which is not the same for each format: the place
 // comes out right only when it is put together again by the same rule.
 enum class BarRule {
-    Meter,         // a bar of 7/8 has 3.5 quarter notes
-    WholeQuarters, // ... is cut to 3
-    Numerator,     // ... is taken for 7
+    Meter,     // a bar of 7/8 has 3.5 quarter notes
+    Numerator, // ... is taken for 7
 };
 
 // Audio thread. One for each instance, since it follows the song from block to block.

@@ -1,7 +1,9 @@
 #include "tests/formats/FormatHost.h"
 
 #include <clap/entry.h>
+#include <clap/ext/gui.h>
 #include <clap/ext/state.h>
+#include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
 
 #include <cmath>
@@ -60,7 +62,8 @@ public:
         host.clap_version = CLAP_VERSION;
         host.name = "test";
         host.vendor = host.url = host.version = "";
-        host.get_extension = [](const clap_host_t*, const char*) -> const void* { return nullptr; };
+        host.host_data = this;
+        host.get_extension = extension;
         host.request_restart = host.request_process =
             host.request_callback = [](const clap_host_t*) {};
         plugin =
@@ -73,6 +76,7 @@ public:
     }
     ~ClapHost() override
     {
+        closeEditor();
         plugin->stop_processing(plugin);
         plugin->deactivate(plugin);
         plugin->destroy(plugin);
@@ -80,14 +84,50 @@ public:
         dlclose(library);
     }
 
-    void setBypass(bool on) override
+    void setParameter(int index, float value) override
     {
         InEvent event{};
         event.value.header = {
             sizeof(event.value), 0, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0};
         event.value.note_id = event.value.port_index = event.value.channel = event.value.key = -1;
-        event.value.value = on ? 1 : 0;
+        event.value.param_id = static_cast<clap_id>(index);
+        event.value.value = static_cast<double>(value);
         in.push_back(event);
+    }
+    int64_t tail() override
+    {
+        struct Tail {
+            uint32_t (*get)(const clap_plugin_t*);
+        };
+        const auto* known = static_cast<const Tail*>(plugin->get_extension(plugin, "clap.tail"));
+        return known ? known->get(plugin) : 0;
+    }
+
+    bool openEditor(unsigned long parent) override
+    {
+        gui = static_cast<const clap_plugin_gui_t*>(plugin->get_extension(plugin, CLAP_EXT_GUI));
+        timer = static_cast<const clap_plugin_timer_support_t*>(
+            plugin->get_extension(plugin, CLAP_EXT_TIMER_SUPPORT));
+        if (!gui || !gui->create(plugin, CLAP_WINDOW_API_X11, false))
+            return false;
+        uint32_t size[2] = {};
+        gui->get_size(plugin, &size[0], &size[1]);
+        resized(size[0], size[1]);
+        clap_window_t window{};
+        window.api = CLAP_WINDOW_API_X11;
+        window.x11 = parent;
+        return gui->set_parent(plugin, &window) && gui->show(plugin);
+    }
+    void idleEditor() override
+    {
+        if (ticking)
+            timer->on_timer(plugin, kTimer);
+    }
+    void closeEditor() override
+    {
+        if (gui)
+            gui->destroy(plugin);
+        gui = nullptr;
     }
 
     std::string chunkText() override
@@ -101,13 +141,8 @@ public:
     }
     void restoreChunk(const std::string& text) override
     {
-        // What the plug-in saves, with another chunk in it and no parameters.
         Stream stream;
-        for (const std::string& word : {std::string("__dpf_state_begin__"), std::string("chunk"),
-                 text, std::string("__dpf_state_end__")})
-            stream.bytes += word + '\0';
-        stream.bytes += '\xfe';
-        stream.bytes += '\0';
+        stream.bytes = onlyChunk(text);
         const clap_istream_t from{&stream, readStream};
         state->load(plugin, &from);
     }
@@ -132,7 +167,8 @@ protected:
             | (playing ? uint32_t{CLAP_TRANSPORT_IS_PLAYING} : 0u);
         transport.song_pos_beats = std::llround(beat * static_cast<double>(CLAP_BEATTIME_FACTOR));
         transport.tempo = tempo;
-        transport.tsig_num = transport.tsig_denom = 4;
+        transport.tsig_num = static_cast<uint16_t>(beatsPerBar);
+        transport.tsig_denom = static_cast<uint16_t>(beatType);
 
         float* channels[] = {leftBlock, rightBlock};
         clap_audio_buffer_t output{};
@@ -153,6 +189,36 @@ protected:
     }
 
 private:
+    static constexpr clap_id kTimer = 7;
+
+    void resized(uint32_t newWidth, uint32_t newHeight)
+    {
+        width = static_cast<int>(newWidth);
+        height = static_cast<int>(newHeight);
+    }
+    static const void* extension(const clap_host_t*, const char* id)
+    {
+        static const clap_host_gui_t window{[](const clap_host_t*) {},
+            [](const clap_host_t* host, uint32_t width, uint32_t height) {
+                static_cast<ClapHost*>(host->host_data)->resized(width, height);
+                return true;
+            },
+            [](const clap_host_t*) { return true; }, [](const clap_host_t*) { return true; },
+            [](const clap_host_t*, bool) {}};
+        static const clap_host_timer_support_t timers{
+            [](const clap_host_t* host, uint32_t, clap_id* timerId) {
+                *timerId = kTimer;
+                return static_cast<ClapHost*>(host->host_data)->ticking = true;
+            },
+            [](const clap_host_t* host, clap_id) {
+                static_cast<ClapHost*>(host->host_data)->ticking = false;
+                return true;
+            }};
+        if (std::strcmp(id, CLAP_EXT_GUI) == 0)
+            return &window;
+        return std::strcmp(id, CLAP_EXT_TIMER_SUPPORT) == 0 ? &timers : nullptr;
+    }
+
     static bool push(const clap_output_events_t* list, const clap_event_header_t* header)
     {
         auto* self = static_cast<ClapHost*>(list->ctx);
@@ -167,7 +233,21 @@ private:
                     ? static_cast<int>(std::lround(note->velocity * 127))
                     : 0});
         }
+        if (header->type == CLAP_EVENT_PARAM_GESTURE_BEGIN)
+            self->edits.push_back({Edit::Begin, gestureIndex(header), 0});
+        else if (header->type == CLAP_EVENT_PARAM_GESTURE_END)
+            self->edits.push_back({Edit::End, gestureIndex(header), 0});
+        else if (header->type == CLAP_EVENT_PARAM_VALUE) {
+            const auto* moved = reinterpret_cast<const clap_event_param_value_t*>(header);
+            self->edits.push_back(
+                {Edit::Value, static_cast<int>(moved->param_id), static_cast<float>(moved->value)});
+        }
         return true;
+    }
+    static int gestureIndex(const clap_event_header_t* header)
+    {
+        return static_cast<int>(
+            reinterpret_cast<const clap_event_param_gesture_t*>(header)->param_id);
     }
 
     void* library = nullptr;
@@ -175,6 +255,9 @@ private:
     const clap_plugin_t* plugin = nullptr;
     const clap_plugin_state_t* state = nullptr;
     clap_host_t host{};
+    const clap_plugin_gui_t* gui = nullptr;
+    const clap_plugin_timer_support_t* timer = nullptr;
+    bool ticking = false;
     std::vector<InEvent> in;
 };
 } // namespace

@@ -18,3 +18,14 @@ void FormatHost::play(int64_t frames, int block, double loopEnd)
             beat -= loopEnd;
     }
 }
+
+std::string FormatHost::onlyChunk(const std::string& text)
+{
+    std::string bytes;
+    for (const std::string& word : {std::string("__dpf_state_begin__"), std::string("chunk"), text,
+             std::string("__dpf_state_end__")})
+        bytes += word + '\0';
+    bytes += '\xfe';
+    bytes += '\0';
+    return bytes;
+}

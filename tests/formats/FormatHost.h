@@ -12,11 +12,25 @@ public:
     static constexpr double kRate = 44100;
     static constexpr int kMostBlock = 512;
 
+    // What the editor told the host. Parameter 0 is the bypass; 1 to 46 are the engine's.
+    struct Edit {
+        enum Kind { Begin, Value, End } kind;
+        int index;
+        float value;
+        bool operator==(const Edit&) const = default;
+    };
+
     virtual ~FormatHost() = default;
-    // Parameter 0 is the bypass; 1 to 46 are the engine's.
-    virtual void setBypass(bool on) = 0;
+    // For the next block. The bypass is on from 0.5.
+    virtual void setParameter(int index, float value) = 0;
+    virtual int64_t tail() { return 0; } // frames; 0 where the format tells none
     virtual std::string chunkText() = 0; // empty where the format kept none
     virtual void restoreChunk(const std::string& text) = 0;
+
+    // `parent` is an X11 window number.
+    virtual bool openEditor(unsigned long parent) = 0;
+    virtual void idleEditor() = 0;
+    virtual void closeEditor() = 0;
 
     void start(double from)
     {
@@ -33,8 +47,15 @@ public:
     std::vector<MidiOut> events;
     std::vector<float> left;
     std::vector<float> right;
+    std::vector<Edit> edits;
+    int width = 0; // what the editor asked for last
+    int height = 0;
+    int beatsPerBar = 4;
+    int beatType = 4;
 
 protected:
+    // What CLAP and VST3 keep, with another chunk in it and no parameters.
+    static std::string onlyChunk(const std::string& text);
     virtual void runBlock(int count) = 0;
 
     double tempo = 120;
@@ -48,3 +69,4 @@ protected:
 
 std::unique_ptr<FormatHost> makeClapHost();
 std::unique_ptr<FormatHost> makeLv2Host();
+std::unique_ptr<FormatHost> makeVst3Host();

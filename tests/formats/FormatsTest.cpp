@@ -1,21 +1,17 @@
 // The same script through every format and through the engine itself.
-#include "tests/formats/FormatHost.h"
+#include "tests/formats/Formats.h"
 
+#include "apps/host/ScriptedHost.h"
 #include "data/Tags.h"
 #include "host/formats/Base64.h"
 #include "host/formats/SongPlace.h"
 
 #include <algorithm>
+#include <chrono>
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace {
-struct Format {
-    const char* name;
-    std::unique_ptr<FormatHost> (*make)();
-};
-constexpr Format kFormats[] = {{"CLAP", makeClapHost}, {"LV2", makeLv2Host}};
-void PrintTo(const Format& format, std::ostream* out) { *out << format.name; }
-
 class Formats : public testing::TestWithParam<Format> { };
 INSTANTIATE_TEST_SUITE_P(
     All, Formats, testing::ValuesIn(kFormats), [](const auto& made) { return made.param.name; });
@@ -78,6 +74,85 @@ TEST_P(Formats, RestoreTheStateOfAnyOther)
     }
 }
 
+TEST_P(Formats, SwapTheirStateWithTheVst2Module)
+{
+    Player player({.empty = false});
+    player.engine().setParameter(4, 0.37f);
+    const std::string text = chunkOf(player.engine());
+    const auto host = GetParam().make();
+    ScriptedHost vst;
+    ASSERT_TRUE(vst.load(ORMUND_BIN_DIR "/ormund-vst2.so", {})) << vst.error();
+    const auto chunkOfVst = [&vst] {
+        void* data = nullptr;
+        const auto bytes = static_cast<size_t>(vst.dispatch(effGetChunk, 0, 0, &data));
+        return toBase64({static_cast<const uint8_t*>(data), bytes});
+    };
+    host->restoreChunk(text);
+    auto bytes = fromBase64(host->chunkText()).value();
+    vst.dispatch(effSetChunk, 0, static_cast<VstIntPtr>(bytes.size()), bytes.data());
+    EXPECT_EQ(chunkOfVst(), text);
+    vst.effect()->setParameter(vst.effect(), 4, 0.75f);
+    host->restoreChunk(chunkOfVst());
+    EXPECT_EQ(host->chunkText(), chunkOfVst());
+    EXPECT_NE(host->chunkText(), text);
+}
+
+// An LV2 host sets its control values after the state, and they may be older.
+TEST(Lv2Format, StateRulesOverControlValuesThatComeWithIt)
+{
+    Player player;
+    player.engine().setParameter(4, 0.37f);
+    const std::string text = chunkOf(player.engine());
+    const auto host = makeLv2Host();
+    host->restoreChunk(text);
+    host->setParameter(5, 0.11f); // the host's own number for parameter 4
+    host->play(64);
+    EXPECT_EQ(host->chunkText(), text);
+    host->setParameter(5, 0.12f);
+    host->play(64);
+    EXPECT_NE(host->chunkText(), text);
+}
+
+TEST_P(Formats, TellASecondOfTail)
+{
+    const std::string name = GetParam().name;
+    EXPECT_EQ(GetParam().make()->tail(), name == "LV2" ? 0 : 44100);
+}
+
+// Nothing but a block runs: no window shows, and the host asks for nothing.
+TEST_P(Formats, ControllerStepsThroughPresetsWithoutAWindow)
+{
+    const TwoPresets tree;
+    Player player; // no note
+    player.engine().midiMap.addAssignment(20, Tag::NextPreset, 0);
+    const auto host = GetParam().make();
+    host->restoreChunk(chunkOf(player.engine()));
+    host->start(0);
+    host->play(2 * kBeat);
+    EXPECT_TRUE(host->events.empty());
+    host->send(0xB0, 20, 0, 0);
+    host->play(512);
+    for (int wait = 0; wait < 100 && host->events.empty(); ++wait) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        host->play(kBeat / 4);
+    }
+    EXPECT_FALSE(host->events.empty());
+}
+
+TEST_P(Formats, FollowBarsThatAreShorterThanAQuarterNote)
+{
+    Player player({.empty = false});
+    const auto host = GetParam().make();
+    host->beatsPerBar = 3;
+    host->beatType = 16;
+    host->restoreChunk(chunkOf(player.engine()));
+    player.start();
+    host->start(0);
+    player.play(8 * kBeat);
+    host->play(8 * kBeat);
+    EXPECT_EQ(host->events, player.events());
+}
+
 TEST_P(Formats, BypassEndsNotesAndTheClockRunsOn)
 {
     Player player({.empty = false});
@@ -91,13 +166,13 @@ TEST_P(Formats, BypassEndsNotesAndTheClockRunsOn)
     int sounding = 0;
     for (const MidiOut& event : host->events)
         sounding += event.isNoteOn() ? 1 : event.isNoteOff() ? -1 : 0;
-    host->setBypass(true);
+    host->setParameter(0, 1);
     host->play(6 * kBeat - 4000);
     for (size_t i = before; i < host->events.size(); ++i)
         EXPECT_TRUE(host->events[i].isNoteOff());
     EXPECT_EQ(host->events.size() - before, static_cast<size_t>(sounding));
     EXPECT_EQ(host->left[static_cast<size_t>(6 * kBeat)], 0.0f);
-    host->setBypass(false);
+    host->setParameter(0, 0);
     host->play(4 * kBeat);
     const auto expected = noteFrames(player.events(), 9 * kBeat, 12 * kBeat);
     ASSERT_FALSE(expected.empty());
@@ -152,7 +227,6 @@ TEST(SongFollower, PutsTheBarTogetherAsItWasCut)
         return SongFollower(rule).follow(seven, 64, 44100).quarters;
     };
     EXPECT_DOUBLE_EQ(quarters(BarRule::Meter), 8.75);
-    EXPECT_DOUBLE_EQ(quarters(BarRule::WholeQuarters), 7.5);
     EXPECT_DOUBLE_EQ(quarters(BarRule::Numerator), 17.5);
 }
 

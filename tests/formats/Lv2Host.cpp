@@ -4,15 +4,20 @@
 #include <lv2/atom/forge.h>
 #include <lv2/atom/util.h>
 #include <lv2/buf-size/buf-size.h>
+#include <lv2/data-access/data-access.h>
+#include <lv2/instance-access/instance-access.h>
 #include <lv2/midi/midi.h>
 #include <lv2/options/options.h>
+#include <lv2/parameters/parameters.h>
 #include <lv2/state/state.h>
 #include <lv2/time/time.h>
+#include <lv2/ui/ui.h>
 #include <lv2/urid/urid.h>
 #include <lv2/worker/worker.h>
 
 #include <cmath>
 #include <cstring>
+#include <dlfcn.h>
 #include <map>
 #include <stdexcept>
 
@@ -58,12 +63,60 @@ public:
     }
     ~Lv2Host() override
     {
+        closeEditor();
+        if (library)
+            dlclose(library);
         lilv_instance_deactivate(instance);
         lilv_instance_free(instance);
         lilv_world_free(world);
     }
 
-    void setBypass(bool on) override { *enabled = on ? 0.0f : 1.0f; }
+    void setParameter(int index, float value) override
+    {
+        controls[firstControl + static_cast<size_t>(index)] = index == 0 ? 1.0f - value : value;
+    }
+
+    bool openEditor(unsigned long parent) override
+    {
+        const auto describe =
+            reinterpret_cast<LV2UI_DescriptorFunction>(dlsym(uiLibrary(), "lv2ui_descriptor"));
+        ui = describe ? describe(0) : nullptr;
+        if (!ui)
+            return false;
+        resizer = {this, [](LV2UI_Feature_Handle handle, int newWidth, int newHeight) {
+                       auto* self = static_cast<Lv2Host*>(handle);
+                       self->width = newWidth;
+                       self->height = newHeight;
+                       return 0;
+                   }};
+        toucher = {
+            this, [](LV2UI_Feature_Handle handle, uint32_t port, bool isDown) {
+                auto* self = static_cast<Lv2Host*>(handle);
+                self->edits.push_back({isDown ? Edit::Begin : Edit::End, self->indexOf(port), 0});
+            }};
+        dataAccess.data_access = lilv_instance_get_descriptor(instance)->extension_data;
+        const LV2_Feature all[] = {{LV2_URID__map, &map}, {LV2_OPTIONS__options, options},
+            {LV2_UI__parent, reinterpret_cast<void*>(parent)},
+            {LV2_INSTANCE_ACCESS_URI, lilv_instance_get_handle(instance)},
+            {LV2_DATA_ACCESS_URI, &dataAccess}, {LV2_UI__resize, &resizer},
+            {LV2_UI__touch, &toucher}};
+        std::vector<const LV2_Feature*> features;
+        for (const LV2_Feature& feature : all)
+            features.push_back(&feature);
+        features.push_back(nullptr);
+        LV2UI_Widget widget = nullptr;
+        editor = ui->instantiate(
+            ui, kUri, ORMUND_BIN_DIR "/ormund.lv2/", write, this, &widget, features.data());
+        idler = static_cast<const LV2UI_Idle_Interface*>(ui->extension_data(LV2_UI__idleInterface));
+        return editor && widget && idler;
+    }
+    void idleEditor() override { idler->idle(editor); }
+    void closeEditor() override
+    {
+        if (editor)
+            ui->cleanup(editor);
+        editor = nullptr;
+    }
 
     std::string chunkText() override
     {
@@ -116,7 +169,7 @@ private:
                 at = lilv_port_is_a(plugin, port, isInput) ? input.data() : output.data();
             else if (std::string("lv2_enabled")
                 == lilv_node_as_string(lilv_port_get_symbol(plugin, port)))
-                enabled = &controls[i];
+                firstControl = i; // the engine's follow
             lilv_instance_connect_port(instance, i, at);
         }
         for (LilvNode* node : {audio, atom, isInput})
@@ -131,16 +184,17 @@ private:
         lv2_atom_forge_sequence_head(&forge, &sequence, 0);
         lv2_atom_forge_frame_time(&forge, 0);
         lv2_atom_forge_object(&forge, &object, 0, urid(LV2_TIME__Position));
-        const double bar = std::floor(beat / 4 + 1e-9);
+        const double perBar = beatsPerBar * 4.0 / beatType; // quarter notes
+        const double bar = std::floor(beat / perBar + 1e-9);
         const auto number = [this](const char* key, double value) {
             lv2_atom_forge_key(&forge, urid(key));
             lv2_atom_forge_double(&forge, value);
         };
         number(LV2_TIME__speed, playing ? 1 : 0);
         number(LV2_TIME__bar, bar);
-        number(LV2_TIME__barBeat, std::max(beat - bar * 4, 0.0));
-        number(LV2_TIME__beatUnit, 4);
-        number(LV2_TIME__beatsPerBar, 4);
+        number(LV2_TIME__barBeat, std::max((beat - bar * perBar) * beatType / 4, 0.0));
+        number(LV2_TIME__beatUnit, beatType);
+        number(LV2_TIME__beatsPerBar, beatsPerBar);
         number(LV2_TIME__beatsPerMinute, tempo);
         number(LV2_TIME__frame, std::round(beat * 60 / tempo * kRate));
         lv2_atom_forge_pop(&forge, &object);
@@ -152,6 +206,26 @@ private:
             lv2_atom_forge_write(&forge, bytes, sizeof bytes);
         }
         lv2_atom_forge_pop(&forge, &sequence);
+    }
+
+    // The window is in the binary of the engine, which reads it directly.
+    void* uiLibrary()
+    {
+        if (!library)
+            library = dlopen(ORMUND_BIN_DIR "/ormund.lv2/ormund.so", RTLD_NOW | RTLD_LOCAL);
+        if (!library)
+            throw std::runtime_error(dlerror());
+        return library;
+    }
+    int indexOf(uint32_t port) const { return static_cast<int>(port - firstControl); }
+    static void write(
+        LV2UI_Controller controller, uint32_t port, uint32_t, uint32_t protocol, const void* buffer)
+    {
+        if (protocol != 0)
+            return;
+        auto* self = static_cast<Lv2Host*>(controller);
+        std::memcpy(&self->controls[port], buffer, sizeof(float));
+        self->edits.push_back({Edit::Value, self->indexOf(port), self->controls[port]});
     }
 
     static LV2_State_Status store(
@@ -177,15 +251,25 @@ private:
     LV2_Worker_Schedule worker{nullptr,
         [](LV2_Worker_Schedule_Handle, uint32_t, const void*) { return LV2_WORKER_ERR_UNKNOWN; }};
     int32_t mostBlock = kMostBlock;
-    LV2_Options_Option options[2] = {{LV2_OPTIONS_INSTANCE, 0, urid(LV2_BUF_SIZE__maxBlockLength),
+    float rate = kRate;
+    LV2_Options_Option options[3] = {{LV2_OPTIONS_INSTANCE, 0, urid(LV2_BUF_SIZE__maxBlockLength),
                                          sizeof(int32_t), urid(LV2_ATOM__Int), &mostBlock},
+        {LV2_OPTIONS_INSTANCE, 0, urid(LV2_PARAMETERS__sampleRate), sizeof(float),
+            urid(LV2_ATOM__Float), &rate},
         {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
     LilvWorld* world = nullptr;
     LilvInstance* instance = nullptr;
     const LV2_State_Interface* state = nullptr;
     LV2_Atom_Forge forge{};
     std::vector<float> controls;
-    float* enabled = nullptr;
+    size_t firstControl = 0; // the bypass, which says the opposite: enabled
+    void* library = nullptr;
+    const LV2UI_Descriptor* ui = nullptr;
+    const LV2UI_Idle_Interface* idler = nullptr;
+    LV2UI_Handle editor = nullptr;
+    LV2UI_Resize resizer{};
+    LV2UI_Touch toucher{};
+    LV2_Extension_Data_Feature dataAccess{};
     alignas(8) std::array<uint8_t, kPortBytes> input{};
     alignas(8) std::array<uint8_t, kPortBytes> output{};
     std::string saved;

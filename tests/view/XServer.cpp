@@ -72,7 +72,11 @@ XServer::~XServer()
         unsetenv("DISPLAY");
 }
 
-XUser::XUser() : display(XOpenDisplay(nullptr)) { }
+XUser::XUser() : display(XOpenDisplay(nullptr))
+{
+    // A window of the plug-in's may go while it is being looked at; the call then fails by itself.
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+}
 XUser::~XUser() { XCloseDisplay(display); }
 
 void XUser::move(int x, int y)

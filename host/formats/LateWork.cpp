@@ -1,0 +1,72 @@
+#include "host/formats/LateWork.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Pool {
+    std::mutex starting; // one starts or ends the thread at a time
+    std::mutex mutex;    // for all below
+    std::condition_variable ending;
+    std::vector<LateWork::Client*> clients;
+    bool ends = false;
+    std::thread thread;
+
+    void run()
+    {
+        std::unique_lock hold(mutex);
+        while (!ends) {
+            for (LateWork::Client* client : clients)
+                client->doLateWork();
+            ending.wait_for(hold, std::chrono::milliseconds(LateWork::kPeriodMs));
+        }
+    }
+};
+
+// Deliberate: never freed, for a host may leave instances behind when it ends.
+Pool& pool()
+{
+    static Pool* const only = new Pool;
+    return *only;
+}
+
+} // namespace
+
+void LateWork::add(Client& client)
+{
+    Pool& all = pool();
+    const std::lock_guard one(all.starting);
+    const std::lock_guard hold(all.mutex);
+    if (std::ranges::find(all.clients, &client) != all.clients.end())
+        return;
+    all.clients.push_back(&client);
+    if (all.thread.joinable())
+        return;
+    all.ends = false;
+    try {
+        all.thread = std::thread([&all] { all.run(); });
+    } catch (const std::system_error&) {
+        // Without a thread the work waits for a window or for the state to be asked for.
+    }
+}
+
+void LateWork::remove(Client& client)
+{
+    Pool& all = pool();
+    const std::lock_guard one(all.starting);
+    {
+        const std::lock_guard hold(all.mutex);
+        std::erase(all.clients, &client);
+        if (!all.clients.empty() || !all.thread.joinable())
+            return;
+        all.ends = true;
+    }
+    all.ending.notify_one();
+    all.thread.join();
+}
