@@ -41,7 +41,5 @@ std::unique_ptr<Instrument> loadLv2(const std::string& uri);
 // The hand-written loop of eight voices and the delay, as if it were a plug-in.
 std::unique_ptr<Instrument> makeFloor();
 
-// The state of our own plug-in that is measured: song mode over all patterns, the eight modulation
-// tracks on, a chord of four notes at every step that outlasts the next step, so that all eight
-// voices sound all the time.
+// The state of our own plug-in that is measured: a busy song, all eight voices sounding.
 std::string busyState(bool withSynth);

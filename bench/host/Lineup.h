@@ -17,8 +17,7 @@ enum class Role {
 
 struct Entrant {
     std::string name;
-    std::string does;  // a voice, and what comes behind it
-    std::string label; // on the chart
+    std::string does; // a voice, and what comes behind it
     Role role;
     int voices; // that sound
     bool holdsNotes;
