@@ -16,6 +16,11 @@ struct VoiceBank {
     Lanes amplitudeStep; // a sample
     LaneMask sounding;   // lanes whose oscillators run
     bool anySounding = false;
+    // Silent voices whose filters have rung out: another sample would change no bit of them, so
+    // what comes out, before the panning, is `restLevel` until a coefficient or the gain moves.
+    bool resting = false;
+    float restGain = 0;
+    float restLevel = 0;
 };
 
 struct VoiceMix {

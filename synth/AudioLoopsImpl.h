@@ -123,6 +123,13 @@ struct FilterRun {
         store(s.previousLow, g, previousLow);
     }
 
+    bool isAt(const FilterRun& other) const
+    {
+        return sameBits(s1, other.s1) && sameBits(s2, other.s2) && sameBits(s3, other.s3)
+            && sameBits(feedback, other.feedback) && sameBits(band, other.band)
+            && sameBits(low, other.low) && sameBits(previousLow, other.previousLow);
+    }
+
     // The bias keeps a filter that rings out from ending in denormal numbers.
     VecF next(VecF in, float gain)
     {
@@ -159,9 +166,10 @@ void runSaws(VoiceBank& bank, float weight, int g, Signal& out, int samples)
     saw2.save(bank.saw2.state, g, active);
 }
 
-// The pulses are added to `saws`; without oscillators the filters ring out.
+// The pulses are added to `saws`; without oscillators the filters ring out. True when the last
+// sample changed nothing: then no further one does.
 template <bool kOscillators>
-void runPulsesAndFilter(
+bool runPulsesAndFilter(
     VoiceBank& bank, const VoiceMix& mix, int g, const Signal& saws, VoiceOut& out, int samples)
 {
     PulseRun pulse1(bank.pulse1.state, g), pulse2(bank.pulse2.state, g);
@@ -185,6 +193,7 @@ void runPulsesAndFilter(
         in = nextIn(i + 1);
         *reinterpret_cast<VecF*>(&out[i][g]) = filter.next(now, gain);
     }
+    const FilterRun before = filter;
     *reinterpret_cast<VecF*>(&out[samples - 1][g]) = filter.next(in, gain);
     store(bank.amplitude, g, amplitude);
     filter.save(bank.filter.state, g);
@@ -192,18 +201,27 @@ void runPulsesAndFilter(
         pulse1.save(bank.pulse1.state, g, active);
         pulse2.save(bank.pulse2.state, g, active);
     }
+    return !kOscillators && sameBits(step, VecF{}) && filter.isAt(before);
 }
 
 void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, int samples)
 {
+    if (bank.resting && bank.restGain == mix.gain) {
+        for (int i = 0; i < samples; ++i) {
+            left[i] = mix.leftGain * bank.restLevel;
+            right[i] = mix.rightGain * bank.restLevel;
+        }
+        return;
+    }
     alignas(32) VoiceOut out;
     Signal saws;
+    bool rests = true;
     for (int g = 0; g < kVoices; g += kWidth) {
         if (bank.anySounding) {
             runSaws(bank, mix.sawWeight, g, saws, samples);
-            runPulsesAndFilter<true>(bank, mix, g, saws, out, samples);
+            rests &= runPulsesAndFilter<true>(bank, mix, g, saws, out, samples);
         } else {
-            runPulsesAndFilter<false>(bank, mix, g, saws, out, samples);
+            rests &= runPulsesAndFilter<false>(bank, mix, g, saws, out, samples);
         }
     }
     // Whole registers of samples; what lies beyond the run is computed and left.
@@ -214,9 +232,13 @@ void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, 
         sum = smaller(sum, VecF{} + 4.0f);
         sum = larger(sum, VecF{} - 4.0f);
         const VecF clipped = (1.0f - absolute(sum) * 0.25f) * sum;
+        if (rests)
+            bank.restLevel = clipped[(samples - 1) % kWidth];
         storeUnaligned(&sides[0][i], mix.leftGain * clipped);
         storeUnaligned(&sides[1][i], mix.rightGain * clipped);
     }
+    bank.resting = rests;
+    bank.restGain = mix.gain;
     __builtin_memcpy(left, sides[0], static_cast<size_t>(samples) * sizeof(float));
     __builtin_memcpy(right, sides[1], static_cast<size_t>(samples) * sizeof(float));
 }

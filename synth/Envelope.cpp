@@ -2,11 +2,19 @@
 
 void Envelope::tick(const Lanes& triggers, const EnvelopeTimes& times)
 {
+    bool triggered = false;
+    for (int voice = 0; voice < kVoices; ++voice)
+        triggered |= triggers[voice] != lastTrigger[voice];
+    if (!triggered && !moving)
+        return;
+    moving = false;
     for (int voice = 0; voice < kVoices; ++voice) {
         if (triggers[voice] != lastTrigger[voice])
             retrigger(voice, triggers[voice], times);
         else
             move(voice, triggers[voice], times);
+        moving |= stage[voice] == Stage::Attack || stage[voice] == Stage::Decay
+            || stage[voice] == Stage::Release;
     }
 }
 

@@ -42,4 +42,5 @@ private:
     Lanes lastTrigger;
     Lanes counter; // ticks since the stage began; in the release what is taken off each tick
     LaneArray<Stage> stage;
+    bool moving = false; // a voice is in a stage that ends by itself
 };

@@ -161,8 +161,10 @@ void KWSynth::controlTick(float pitchOffset)
     tuneVoices(pitchOffset);
     runGates();
     aimAmplitudes();
-    bank.filter.heal();
-    bank.filter.deriveCoefficients(radiansPerHertz, settings.damping);
+    if (!bank.resting)
+        bank.filter.heal();
+    const bool filterMoved = bank.filter.deriveCoefficients(radiansPerHertz, settings.damping);
+    bank.resting = bank.resting && !filterMoved && !bank.anySounding;
     tempoDelay.updateBlock();
 }
 

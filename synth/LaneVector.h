@@ -54,6 +54,7 @@ inline VecF whereNegative(VecF sign, VecF then, VecF otherwise)
 {
     return bits(sign) < 0 ? then : otherwise;
 }
+inline bool sameBits(VecF a, VecF b) { return __builtin_memcmp(&a, &b, sizeof a) == 0; }
 inline void storeUnaligned(float* at, VecF value) { __builtin_memcpy(at, &value, sizeof value); }
 inline VecF truncated(VecF value)
 {

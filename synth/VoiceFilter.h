@@ -10,7 +10,8 @@ public:
     // `target` in Hz. A new target starts the line again from where the cutoff is.
     void glide(const Lanes& target, float ticksPerMs);
     // `radiansPerHertz` is 2 pi / sample rate, `damping` 0.02 to 2.
-    void deriveCoefficients(float radiansPerHertz, float damping);
+    // False when they stay as they were.
+    bool deriveCoefficients(float radiansPerHertz, float damping);
     // A voice whose filter is no longer finite starts from silence.
     void heal();
 
@@ -32,4 +33,8 @@ private:
     Lanes step;    // Hz a tick, taken off
     Lanes target;  // Hz
     Lanes ticksLeft;
+    // What the coefficients were derived from.
+    bool cutoffMoved = true;
+    float derivedRadians = 0;
+    float derivedDamping = 0;
 };
