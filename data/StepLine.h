@@ -2,11 +2,11 @@
 #pragma once
 
 #include "base/Crossing.h"
+#include "base/ZeroedArray.h"
 #include "data/KWChunkableClass.h"
 #include "data/KWInitInterface.h"
 
 #include <cstdint>
-#include <vector>
 
 class KWSystemInfo;
 enum class ClipboardClass;
@@ -83,7 +83,7 @@ private:
     void pasteFrom(bool global, int from, int to);
     float fit(float v) const;
 
-    std::vector<Crossing<float>> matrix; // kMaxRows by kMaxSteps, always
+    ZeroedArray<Crossing<float>> matrix; // kMaxRows by kMaxSteps, always
     Crossing<int32_t> stepCount;
     Crossing<int32_t> rowsUsed;
     Crossing<int32_t> rowIndex = 0;

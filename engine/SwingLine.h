@@ -1,7 +1,7 @@
 // Swing for one counter of the step chain: a ring of its past values, one a tick.
 #pragma once
 
-#include <vector>
+#include "base/ZeroedArray.h"
 
 // Audio thread, but for setSampleRate, which runs while no block does or inside a tick; it
 // allocates nothing.
@@ -17,7 +17,7 @@ public:
     float tick(float count, float amount, int delay);
 
 private:
-    std::vector<float> ring;
+    ZeroedArray<float> ring; // as long as the highest rate asks for
     int length;
     int write = 0;
 };

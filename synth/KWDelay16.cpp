@@ -1,8 +1,6 @@
 #include "synth/KWDelay16.h"
 
 #include <algorithm>
-#include <cstring>
-#include <new>
 
 namespace {
 
@@ -80,13 +78,8 @@ void KWDelay16::reserve()
     if (needed <= capacity)
         return;
     for (Channel* channel : {&left, &right}) {
-        // Fresh pages stay untouched, and so cost nothing, until the delay reaches them.
-        Buffer grown(static_cast<float*>(std::calloc(static_cast<size_t>(needed), sizeof(float))));
-        if (!grown)
-            throw std::bad_alloc();
-        if (channel->buffer)
-            std::memcpy(
-                grown.get(), channel->buffer.get(), static_cast<size_t>(capacity) * sizeof(float));
+        ZeroedArray<float> grown(static_cast<size_t>(needed));
+        std::copy_n(channel->buffer.data(), capacity, grown.data());
         channel->buffer = std::move(grown);
     }
     capacity = needed;
@@ -133,8 +126,8 @@ void KWDelay16::processChannel(Channel& channel, float* signal, const double* we
         double weight = 0;
         int run = steadyRun(channel, write, samples, read, weight);
         if (run > 0) {
-            loops.delay({.read = channel.buffer.get() + read,
-                .write = channel.buffer.get() + write,
+            loops.delay({.read = channel.buffer.data() + read,
+                .write = channel.buffer.data() + write,
                 .signal = signal,
                 .lastTap = &channel.lastTap,
                 .wet = wet,
@@ -173,7 +166,7 @@ void KWDelay16::processMoving(
     Channel& channel, int write, float* signal, const double* wet, int samples)
 {
     const float fed = feedback;
-    float* const buffer = channel.buffer.get();
+    float* const buffer = channel.buffer.data();
     for (int i = 0; i < samples; ++i) {
         channel.current += channel.step;
         const float x =

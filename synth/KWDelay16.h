@@ -2,12 +2,9 @@
 #pragma once
 
 #include "base/Crossing.h"
+#include "base/ZeroedArray.h"
 #include "data/KWSystemInfo.h"
 #include "synth/AudioLoops.h"
-
-#include <cstddef>
-#include <cstdlib>
-#include <memory>
 
 // process() and updateBlock() belong to the audio thread, setParameter() and setMix() to any.
 // The buffers are reserved for the slowest tempo whenever the rate changes, so that a change of
@@ -43,17 +40,13 @@ public:
     double rightDelay() const { return right.current; }
 
 private:
-    struct FreeDeleter {
-        void operator()(float* memory) const { std::free(memory); }
-    };
-    using Buffer = std::unique_ptr<float[], FreeDeleter>;
     struct Channel {
         Crossing<float> rawTime = 0.0f;
         Crossing<double> target = 0.0; // samples
         double current = 0;
         double step = 0; // a sample
         float lastTap = 0;
-        Buffer buffer;
+        ZeroedArray<float> buffer;
     };
 
     void reserve();
