@@ -1,4 +1,4 @@
-// The three types through which the audio thread and the screen's thread share a field. A search
+// The four types through which the audio thread and the screen's thread share a field. A search
 // for them lists every such field.
 #pragma once
 
@@ -36,6 +36,17 @@ public:
 private:
     std::atomic<T> cell{};
     static_assert(std::atomic<T>::is_always_lock_free);
+};
+
+// How often something has been written that another thread reads. Who finds the count as it was
+// has read all that there is; the writer writes first and counts then.
+class ChangeCount {
+public:
+    void count() noexcept { cell.fetch_add(1, std::memory_order_release); }
+    uint32_t load() const noexcept { return cell.load(std::memory_order_acquire); }
+
+private:
+    std::atomic<uint32_t> cell{0};
 };
 
 // Raised by one side, respected by the other: the writer raises it and then looks at the other

@@ -70,6 +70,9 @@ public:
     Crossing<float> hostRunning = 0.0f; // 1 while the host's transport runs
     Crossing<float> pitchWheel = 0.0f;  // incoming wheel, -1 to 1
 
+    // Every write of a step or of a parameter.
+    ChangeCount changes;
+
     // The range that random edits draw from, raw values of "random_min" and "random_max".
     Crossing<float> randomMin = 0.22f;
     Crossing<float> randomMax = 0.68f;

@@ -1,5 +1,7 @@
 #include "data/KWTable.h"
 
+#include "data/KWSystemInfo.h"
+
 #include <algorithm>
 #include <cmath>
 #include <thread>
@@ -20,10 +22,15 @@ constinit const KWTable* marked = nullptr;
 KWTable::RebuildScope::RebuildScope(KWTable& table) : held(table)
 {
     held.rebuilds.add(1);
+    held.touch();
     for (int i = 0; i < kPatience && held.reading.isRaised(); ++i) { }
 }
 
-KWTable::RebuildScope::~RebuildScope() { held.rebuilds.add(-1); }
+KWTable::RebuildScope::~RebuildScope()
+{
+    held.rebuilds.add(-1);
+    held.touch();
+}
 
 KWTable::KWTable(KWSystemInfo* tableOwner, int steps)
     : beatWidth(static_cast<float>(steps))
@@ -49,6 +56,13 @@ uint32_t KWTable::flags() const
 }
 
 void KWTable::setFlags(uint32_t word) { flagWord = word & ~(kTableLocked | kTableReading); }
+
+void KWTable::touch()
+{
+    writes.add(1u);
+    if (owner)
+        owner->changes.count();
+}
 
 void KWTable::put(int i, float v)
 {

@@ -139,7 +139,7 @@ protected:
     float apart(int i, float v) const; // moved off the step before it where the flag asks for that
     float blend(float p) const;
     void shiftBy(float amount, int from, int to);
-    void touch() { writes.add(1u); }
+    void touch();
 
     bool isRebuilding() const { return rebuilds != 0; }
 

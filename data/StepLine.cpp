@@ -25,6 +25,13 @@ StepLine::~StepLine()
         std::erase(owner->tracks, this);
 }
 
+void StepLine::touch()
+{
+    writes.add(1u);
+    if (owner)
+        owner->changes.count();
+}
+
 float StepLine::fit(float v) const
 {
     return std::clamp<float>(v, 0.0f, std::max<float>(range, maximum));

@@ -69,7 +69,7 @@ protected:
     virtual float randomStep(float u) const = 0; // `u` 0 to 1
     virtual ClipboardClass clipboardClass() const = 0;
     void copyValues(const StepLine& source);
-    void touch() { writes.add(1u); }
+    void touch();
 
     KWSystemInfo* owner;
     Crossing<int32_t> sourceRow = 0; // of the last copy

@@ -38,6 +38,7 @@ public:
         float msPerStep = 0;
         float samplesPerMs = 0;
         float ticksPerBeat = 0;
+        friend bool operator==(const Out&, const Out&) = default;
     };
     Settings settings;
 

@@ -54,6 +54,7 @@ public:
         float semitoneShift = 0; // semitones
         int keyPattern = 0;      // 0 to 15
         float restart = 0;       // changes at each new start by a key
+        friend bool operator==(const Out&, const Out&) = default;
     };
     Settings settings;
 

@@ -50,6 +50,7 @@ void KWMods::tick(const KWLanes::Out& lanes, const KWPerformance::Out& performan
     const KWNotes::Out& notes, OutgoingList& outgoing)
 {
     const bool enabled = settings.enabled != 0;
+    unsent = false;
     for (int track = 0; track < kTracks; ++track) {
         const auto k = static_cast<size_t>(track);
         Cells& cell = cells[k];
@@ -62,8 +63,12 @@ void KWMods::tick(const KWLanes::Out& lanes, const KWPerformance::Out& performan
             cell.held = cell.cell; // off freezes: the last value stands
         values[k] = cell.held * notes.unmuted;
         const float midi = values[k] * 127.0f;
-        if (midi != cell.sentMidi && send(outgoing, settings.target[k], static_cast<int>(midi)))
+        if (midi == cell.sentMidi)
+            continue;
+        if (send(outgoing, settings.target[k], static_cast<int>(midi)))
             cell.sentMidi = midi;
+        else
+            unsent = true;
     }
     for (const int track : kSynthOrder) {
         const auto k = static_cast<size_t>(track);

@@ -30,6 +30,8 @@ public:
 
     void tick(const KWLanes::Out&, const KWPerformance::Out&, const KWNotes::Out&,
         OutgoingList& outgoing);
+    // Whether the list was full for something, which the next tick must send.
+    bool hasUnsent() const { return unsent; }
     // What the tracks put out last, 0 to 1.
     const std::array<float, kTracks>& out() const { return values; }
 
@@ -47,4 +49,5 @@ private:
     ParameterSink& sink;
     std::array<Cells, kTracks> cells;
     std::array<float, kTracks> values{};
+    bool unsent = false;
 };

@@ -37,6 +37,20 @@ void KWNotes::copyVelocityRow(int pattern, const KWClock::Out& clock)
         workingVelocity[at(i)] = tracks.velocity.step(i);
 }
 
+void KWNotes::advanceSubStep(const KWClock::Out& clock, int lane)
+{
+    subStep += clock.stepsPerTick * subStepPace;
+    if (subStep >= 4.0 || arpeggioLane.changed(lane))
+        subStep = 0;
+}
+
+bool KWNotes::rest(const KWClock::Out& clock, const KWLanes::Out& lanes)
+{
+    if (!arpeggioRuns)
+        advanceSubStep(clock, lanes.performance);
+    return !arpeggioRuns;
+}
+
 KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWClock::Out& clock,
     const KWLanes::Out& lanes, const KWPerformance::Out& performance)
 {
@@ -45,11 +59,10 @@ KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWC
         : tracks.arpeggio.step(lanes.performance);
     const int choice = static_cast<int>(value);
     const int rhythm = std::max(choice - 1, 0) % kRhythms;
-    const double pace = rhythm + 1 == kTripletRhythm ? 3.0 : 4.0;
-    subStep += clock.stepsPerTick * pace;
-    if (subStep >= 4.0 || arpeggioLane.changed(lanes.performance))
-        subStep = 0;
-    if (choice <= 0)
+    subStepPace = rhythm + 1 == kTripletRhythm ? 3.0 : 4.0;
+    advanceSubStep(clock, lanes.performance);
+    arpeggioRuns = choice > 0;
+    if (!arpeggioRuns)
         return {false, base, 0};
 
     const int sub = static_cast<int>(subStep);

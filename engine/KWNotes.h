@@ -42,6 +42,9 @@ public:
 
     void tick(int pattern, const KWClock::Out&, const KWKeys::Out&, const KWLanes::Out&,
         const KWPerformance::Out&);
+    // Instead of tick() where nothing that it reads has moved: only the arpeggio's clock goes on.
+    // False while an arpeggio plays, for then the tick is needed.
+    bool rest(const KWClock::Out&, const KWLanes::Out&);
     // Starts the notes of the tick if the trigger value has moved.
     void trigger(KWNoteSchedule& schedule);
     const Out& out() const { return values; }
@@ -54,6 +57,7 @@ private:
         float subGate = 0; // 0 to 1
     };
 
+    void advanceSubStep(const KWClock::Out&, int lane);
     void copyVelocityRow(int pattern, const KWClock::Out&);
     Arpeggio arpeggio(int degree, int scale, float base, const KWClock::Out&, const KWLanes::Out&,
         const KWPerformance::Out&);
@@ -69,6 +73,8 @@ private:
 
     LastSeen<int> arpeggioLane;
     double subStep = 0; // 0 to 4
+    double subStepPace = 4.0;
+    bool arpeggioRuns = false;
     LastSeen<int> muteLane{-1};
     LastSeen<float> playLatchSum;
     float playLatch = 0;

@@ -23,6 +23,7 @@ public:
         int pattern = 0;   // 0 to 15
         int songIndex = 0; // position in the song row
         bool locked = false;
+        friend bool operator==(const Out&, const Out&) = default;
     };
     Settings settings;
 

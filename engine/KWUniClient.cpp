@@ -155,19 +155,30 @@ void KWUniClient::tick(int sample)
     keys.tick(info);
     clock.tick(info, keys.out());
     patterns.tick(clock.out(), keys.out());
-    lanes.tick(clock.out(), patterns.out().pattern);
+    // Between two steps nothing moves that these stages read: what they came to still stands.
+    const bool moved = stepInputs.changed({.keys = keys.out(),
+        .clock = clock.out(),
+        .patterns = patterns.out(),
+        .changes = info.changes.load()});
+    if (moved)
+        lanes.tick(clock.out(), patterns.out().pattern);
     keys.record(lanes.out().main);
-    performance.tick(lanes.out());
-    notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
+    if (moved)
+        performance.tick(lanes.out());
+    if (moved || !notes.rest(clock.out(), lanes.out()))
+        notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
     bend.tick(clock.out(), lanes.out(), performance.out(), notes.out(), outgoing);
     notes.trigger(schedule);
     synthTicked = synthOn != 0;
     if (synthTicked)
         synth.controlTick(bend.semitones());
-    mods.tick(lanes.out(), performance.out(), notes.out(), outgoing);
+    if (moved || mods.hasUnsent())
+        mods.tick(lanes.out(), performance.out(), notes.out(), outgoing);
     info.firstTick = 0;
     schedule.drain(outgoing, synth.voices());
-    publish();
+    if (moved)
+        publish();
+    screen.bendSemitones = bend.semitones();
 }
 
 void KWUniClient::handle(const InternalEvent& event)
@@ -268,5 +279,4 @@ void KWUniClient::publish()
     screen.patternLocked = patterns.out().locked ? 1.0f : 0.0f;
     screen.masterStep = clock.out().masterStep;
     screen.playing = clock.out().play;
-    screen.bendSemitones = bend.semitones();
 }

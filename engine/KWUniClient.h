@@ -137,6 +137,7 @@ private:
     void publish();
     // engine/KWUniClientParameters.cpp
     void react(int tag, const Parameters::Stored& stored);
+    void reactTo(int tag, const Parameters::Stored& stored);
     bool reactInstrument(int tag, const Parameters::Stored& stored);
     bool reactFamilies(int tag, const Parameters::Stored& stored);
     void stepChoice(int tag, int direction);
@@ -188,6 +189,15 @@ private:
     KWBend bend;
     KWMods mods;
     KWSynth synth;
+    // All that the stages behind the patterns read, but for the counters of their own.
+    struct StepInputs {
+        KWKeys::Out keys;
+        KWClock::Out clock;
+        KWPatterns::Out patterns;
+        uint32_t changes = 0;
+        friend bool operator==(const StepInputs&, const StepInputs&) = default;
+    };
+    LastSeen<StepInputs> stepInputs;
     bool synthTicked = false; // the synth has had its control step for this period
     int audioRunLength = 0;   // samples collected since the last flush
     alignas(32) float runLeft[kTickSamples]{};

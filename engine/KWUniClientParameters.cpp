@@ -95,6 +95,12 @@ void KWUniClient::reactGlobalEdit(int tag)
 
 void KWUniClient::react(int tag, const Parameters::Stored& stored)
 {
+    reactTo(tag, stored);
+    info.changes.count();
+}
+
+void KWUniClient::reactTo(int tag, const Parameters::Stored& stored)
+{
     if (tag >= KWSynth::kFirstTag && tag <= KWSynth::kLastTag)
         synth.setParameter(tag, stored.raw);
     else if (!reactInstrument(tag, stored))
