@@ -36,6 +36,8 @@ HostedEffect::Entry HostedEffect::loadModule(const std::string& path)
     }
     void* entry = dlsym(module, "VSTPluginMain");
     if (!entry)
+        entry = dlsym(module, "main"); // as older modules call it
+    if (!entry)
         problem = path + " is no plug-in: it exports no VSTPluginMain";
     return reinterpret_cast<Entry>(entry);
 }

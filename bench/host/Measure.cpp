@@ -1,5 +1,7 @@
 #include "bench/host/Measure.h"
 
+#include "bench/host/InChild.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -7,8 +9,6 @@
 #include <limits>
 #include <sched.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #if defined(__SSE__)
 #include <xmmintrin.h>
 #endif
@@ -164,22 +164,7 @@ void settle()
 
 std::optional<Footprint> footprintOf(const Entrant& entrant, int furtherInstances)
 {
-    int ends[2];
-    if (pipe(ends) != 0)
-        return std::nullopt;
-    const pid_t child = fork();
-    if (child == 0) {
-        const std::optional<Footprint> measured = measureFootprint(entrant, furtherInstances);
-        if (measured && write(ends[1], &*measured, sizeof *measured) != sizeof *measured)
-            _exit(1);
-        _exit(0); // a module may not like to be unloaded
-    }
-    close(ends[1]);
-    Footprint footprint;
-    const bool done = read(ends[0], &footprint, sizeof footprint) == sizeof footprint;
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return done ? std::optional(footprint) : std::nullopt;
+    return inChild([&] { return measureFootprint(entrant, furtherInstances); });
 }
 
 void measureCosts(std::vector<Result>& results, int rounds)

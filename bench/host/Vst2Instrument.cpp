@@ -1,80 +1,50 @@
+#include "apps/host/HostedEffect.h"
 #include "bench/host/Instrument.h"
-#include "host/effect/EffectTypes.h"
 
-#include <cstring>
-#include <dlfcn.h>
+#include <algorithm>
 #include <vector>
 
 namespace {
 constexpr int kMostEvents = 64;
 constexpr int kMostChannels = 32;
 
-class Vst2Instrument final : public Instrument {
+class Vst2Instrument final : public Instrument, private HostedEffect {
 public:
-    using Entry = AEffect* (*)(audioMasterCallback);
+    ~Vst2Instrument() override { close(); }
 
     bool load(const std::string& path, const std::string& state)
     {
-        module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (!module)
+        const Entry entry = loadModule(path);
+        if (!entry || !open(entry, kRate, kMostFrames) || effect()->numOutputs > kMostChannels
+            || effect()->numInputs > kMostChannels)
             return false;
-        void* entry = dlsym(module, "VSTPluginMain");
-        if (!entry)
-            entry = dlsym(module, "main");
-        if (!entry)
-            return false;
-        current = this;
-        effect = reinterpret_cast<Entry>(entry)(callback);
-        if (!effect || effect->magic != kEffectMagic || effect->numOutputs > kMostChannels
-            || effect->numInputs > kMostChannels)
-            return false;
-        dispatch(effOpen);
-        dispatch(effSetSampleRate, 0, 0, nullptr, kRate);
-        dispatch(effSetBlockSize, 0, kMostFrames);
         if (!state.empty()) {
             std::vector<char> bytes(state.begin(), state.end());
             dispatch(effSetChunk, 0, static_cast<VstIntPtr>(bytes.size()), bytes.data());
         }
-        dispatch(effMainsChanged, 0, 1);
-        dispatch(effStartProcess);
-        spare.resize(kMostFrames);
-        for (int i = 0; i < kMostChannels; ++i) {
-            inputs[i] = silence;
-            outputs[i] = spare.data();
-        }
+        std::fill_n(inputs, kMostChannels, &silence[0]);
+        std::fill_n(outputs, kMostChannels, &spare[0]);
         outputs[0] = left;
         outputs[1] = right;
         return true;
-    }
-    ~Vst2Instrument() override
-    {
-        if (effect) {
-            current = this;
-            dispatch(effStopProcess);
-            dispatch(effMainsChanged, 0, 0);
-            dispatch(effClose);
-        }
-        if (module)
-            dlclose(module);
     }
 
     void send(int status, int data1, int data2) override
     {
         if (events.numEvents == kMostEvents)
             return;
-        VstMidiEvent& event = midi[events.numEvents];
-        event = {};
-        event.type = kVstMidiType;
-        event.byteSize = sizeof event;
-        event.midiData[0] = static_cast<unsigned char>(status);
-        event.midiData[1] = static_cast<unsigned char>(data1);
-        event.midiData[2] = static_cast<unsigned char>(data2);
-        events.events[events.numEvents++] = reinterpret_cast<VstEvent*>(&event);
+        VstMidiEvent& midi = messages[events.numEvents];
+        midi = {};
+        midi.type = kVstMidiType;
+        midi.byteSize = sizeof midi;
+        midi.midiData[0] = static_cast<unsigned char>(status);
+        midi.midiData[1] = static_cast<unsigned char>(data1);
+        midi.midiData[2] = static_cast<unsigned char>(data2);
+        events.events[events.numEvents++] = reinterpret_cast<VstEvent*>(&midi);
     }
 
     void prepare(const Transport& transport, int) override
     {
-        current = this;
         time.sampleRate = kRate;
         time.tempo = transport.tempo;
         time.ppqPos = transport.beat;
@@ -87,49 +57,31 @@ public:
     {
         if (events.numEvents > 0)
             dispatch(effProcessEvents, 0, 0, events.list());
-        effect->processReplacing(effect, inputs, outputs, frames);
+        effect()->processReplacing(effect(), inputs, outputs, frames);
         events.numEvents = 0;
     }
     int64_t messagesOut() const override { return received; }
 
 private:
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-        void* ptr = nullptr, float opt = 0)
-    {
-        return effect->dispatcher(effect, opcode, index, value, ptr, opt);
-    }
-
-    static VstIntPtr callback(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr, float)
+    VstIntPtr answer(
+        VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) override
     {
         switch (opcode) {
-        case audioMasterVersion:
-            return kVstVersion;
         case audioMasterGetTime:
-            return reinterpret_cast<VstIntPtr>(&current->time);
+            return reinterpret_cast<VstIntPtr>(&time);
         case audioMasterProcessEvents:
-            current->received += static_cast<const VstEvents*>(ptr)->numEvents;
-            return 1;
-        case audioMasterGetSampleRate:
-            return kRate;
-        case audioMasterGetBlockSize:
-            return kMostFrames;
-        case audioMasterGetCurrentProcessLevel:
-            return kVstProcessLevelRealtime;
-        case audioMasterWantMidi:
+            received += static_cast<const VstEvents*>(ptr)->numEvents;
             return 1;
         default:
-            return 0;
+            return HostedEffect::answer(opcode, index, value, ptr, opt);
         }
     }
 
-    static inline Vst2Instrument* current = nullptr; // whose call is in progress
-    void* module = nullptr;
-    AEffect* effect = nullptr;
     VstTimeInfo time{};
-    VstMidiEvent midi[kMostEvents];
+    VstMidiEvent messages[kMostEvents];
     VstEventList<kMostEvents> events;
     float silence[kMostFrames]{};
-    std::vector<float> spare; // what further outputs write
+    float spare[kMostFrames]{}; // what further outputs write
     float* inputs[kMostChannels];
     float* outputs[kMostChannels];
     int64_t received = 0;
