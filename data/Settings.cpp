@@ -1,5 +1,6 @@
 #include "data/Settings.h"
 
+#include "data/PanelScaleKey.h"
 #include "platform/KWFileio.h"
 
 #include <array>
@@ -33,7 +34,7 @@ constexpr std::array<OptionRow, Settings::kOptions> kOptionRows{{
     {"CC Map Recall isolate", 0},
 }};
 
-constexpr std::array<SettingKey, 13> kKeys{{
+constexpr std::array<SettingKey, 14> kKeys{{
     {kInstallPath, "string", "where the module found its shipped content, else the content place",
         "root of the installation; written if missing"},
     {kFirstUse, "int", "0", "0 until the first run has written the paths, then 1"},
@@ -50,6 +51,8 @@ constexpr std::array<SettingKey, 13> kKeys{{
     {kOptionRows[0].key, "int", "1", "MIDI program changes are ignored"},
     {kOptionRows[1].key, "int", "0", "a load leaves the map of controllers alone"},
     {kOffline, "int", "0", "1: the plug-in sounds at the host's offline process level too"},
+    {kPanelScaleKey, "int", "not written; the desktop's scale",
+        "size of the panel in percent: 100, 150 or 200"},
 }};
 
 std::string numbered(const char* pattern, PresetKind kind)

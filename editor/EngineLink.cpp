@@ -1,15 +1,13 @@
 #include "editor/EngineLink.h"
 
+#include "data/PanelScaleKey.h"
 #include "engine/KWUniClient.h"
-#include "platform/KeyValueStore.h"
 #include "platform/KWFileio.h"
 #include "platform/UserPlaces.h"
 
 #include <cmath>
 
 namespace {
-
-constexpr const char* kScaleKey = "panel scale"; // percent
 
 const ParameterValue* valueOf(const KWUniClient& engine, int tag)
 {
@@ -81,13 +79,13 @@ int EngineLink::learnTag() const { return engine.midiMap.learnTag(); }
 std::optional<double> EngineLink::storedPanelScale() const
 {
     int32_t percent = 0;
-    KeyValueStore(UserPlaces::find().store).readInt(kScaleKey, percent);
+    engine.settings.store().readInt(kPanelScaleKey, percent);
     return percent > 0 ? std::optional(percent / 100.0) : std::nullopt;
 }
 
 void EngineLink::storePanelScale(double scale)
 {
-    KeyValueStore(UserPlaces::find().store).writeInt(kScaleKey, int32_t(std::lround(scale * 100)));
+    engine.settings.store().writeInt(kPanelScaleKey, int32_t(std::lround(scale * 100)));
 }
 
 bool EngineLink::rendersOffline() const { return engine.settings.rendersOffline(); }

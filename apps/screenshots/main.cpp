@@ -6,6 +6,7 @@
 // SCALE is in percent, 100 or 200; the pictures are FOLDER/panel-NAME@1x.png or @2x.
 
 #include "apps/host/ScriptedHost.h"
+#include "data/PanelScaleKey.h"
 #include "platform/KeyValueStore.h"
 #include "platform/UserPlaces.h"
 
@@ -170,7 +171,7 @@ int main(int argc, char** argv)
     std::filesystem::create_directories(home, ignored);
     ::setenv("XDG_CONFIG_HOME", (home + "/config").c_str(), 1);
     ::setenv("XDG_DATA_HOME", (home + "/data").c_str(), 1);
-    KeyValueStore(UserPlaces::find().store).writeInt("panel scale", percent);
+    KeyValueStore(UserPlaces::find().store).writeInt(kPanelScaleKey, percent);
 
     Tour tour(argv[2], percent);
     return tour.open(argv[1], argv[4]) && takeAll(tour) ? 0 : 1;
