@@ -105,13 +105,13 @@ void KWUniClient::setProgramName(char* name)
 
 void KWUniClient::getProgramName(char* name)
 {
-    std::snprintf(name, kVstMaxProgNameLen, "%s", presets.name(PresetKind::Global).c_str());
+    copyEffectText(name, presets.name(PresetKind::Global).c_str(), kVstMaxProgNameLen);
 }
 
 bool KWUniClient::getProgramNameIndexed(VstInt32 /*category*/, VstInt32 index, char* text)
 {
     const std::string name = presets.programName(index);
-    std::snprintf(text, kVstMaxProgNameLen, "%s", name.c_str());
+    copyEffectText(text, name.c_str(), kVstMaxProgNameLen);
     return !name.empty();
 }
 

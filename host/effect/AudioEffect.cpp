@@ -20,7 +20,11 @@ void copyEffectText(char* to, const char* text, int room)
 {
     if (!to || room <= 0)
         return;
-    const size_t length = text ? strnlen(text, static_cast<size_t>(room) - 1) : 0;
+    size_t length = text ? strnlen(text, static_cast<size_t>(room) - 1) : 0;
+    // Never in the middle of a letter that has several bytes.
+    if (length > 0 && text[length] != 0)
+        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+            --length;
     if (length > 0)
         std::memcpy(to, text, length);
     to[length] = 0;

@@ -224,13 +224,13 @@ TEST(Effect, ClosingDeletesTheEffectAndItsEditor)
 
 TEST(Effect, TheEditorIsReachedWhenThereIsOne)
 {
+    bool gone = false; // outlives the effect, which takes its editor along
     NotingEffect effect(nullptr);
     ERect* rect = nullptr;
     EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 0);
     EXPECT_EQ(ask(effect, effEditOpen, 0, 0, &rect), 0);
     EXPECT_EQ(effect.getAeffect()->flags & effFlagsHasEditor, 0);
 
-    bool gone = false;
     auto* editor = new NotingEditor(&gone);
     effect.setEditor(editor);
     EXPECT_NE(effect.getAeffect()->flags & effFlagsHasEditor, 0);
