@@ -50,6 +50,11 @@ public:
     const std::vector<MidiOut>& events() const { return out; }
     std::vector<MidiOut> noteOns() const;
     void forget() { out.clear(); }
+    void forgetAudio()
+    {
+        leftOut.clear();
+        rightOut.clear();
+    }
     // Ticks of 32 samples from the start at which the first `count` notes went out.
     std::vector<int> stepTicks(int count);
     // One line an event: "tick 345  90 3c 64".
