@@ -65,3 +65,23 @@ TEST(Threads, PlayingBesideAutomationEditsAndTheScreen)
         ASSERT_LE(std::abs(sample), 4.0f);
     }
 }
+
+TEST(Threads, TwoInstancesStartAndKeepSettingsAtOnce)
+{
+    const auto live = [] {
+        for (int i = 0; i < 5; ++i) {
+            Player player({.block = 256});
+            KWUniClient& engine = player.engine();
+            std::thread audio([&] { player.play(44100); });
+            for (int k = 0; k < 4; ++k) {
+                engine.setSetting(Settings::kKeepMidiMap, k % 2 == 0, true);
+                engine.setRendersOffline(k % 2 == 0);
+            }
+            audio.join();
+        }
+    };
+    std::thread other(live);
+    live();
+    other.join();
+    EXPECT_FALSE(Settings().rendersOffline());
+}
