@@ -108,7 +108,7 @@ void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32
         processBlock(outputs, sampleFrames);
 }
 
-void KWUniClient::processBlock(float** outputs, int sampleFrames)
+void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUND_NONBLOCKING
 {
     // Raised first, looked at after: a loader does it the other way round, so one of the two sees
     // the other.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/KWAligned.h"
+#include "base/RealTime.h"
 #include "data/KWKeyState.h"
 #include "data/KWSystemInfo.h"
 #include "data/MidiMap.h"
@@ -82,8 +83,8 @@ public:
     // calls processBlock and queueEvents itself.
     void setWrapperPort(WrapperPort* port) { wrapper = port; }
     // The block function. `outputs[1]` may be null.
-    void processBlock(float** outputs, int sampleFrames);
-    void queueEvents(const VstEvents* events);
+    void processBlock(float** outputs, int sampleFrames) noexcept ORMUND_NONBLOCKING;
+    void queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING;
 
     // --- for the editor and the loaders --------------------------------------------------------
     // What depends on the sample rate is derived anew from the stored values.

@@ -131,7 +131,7 @@ VstInt32 KWUniClient::processEvents(VstEvents* events)
     return 1;
 }
 
-void KWUniClient::queueEvents(const VstEvents* events)
+void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING
 {
     if (!events)
         return;

@@ -5,6 +5,7 @@
 // plays, so that the first call kills it.
 
 #include "data/Tags.h"
+#include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>
@@ -19,18 +20,6 @@
 
 #include <linux/seccomp.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-#else
-constexpr bool kSanitized = false;
-#endif
-
 namespace {
 thread_local bool watching = false;
 thread_local int allocations = 0;
@@ -42,7 +31,7 @@ struct Watch {
 };
 } // namespace
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef ORMUND_CHECKED
 extern "C" {
 void* __libc_malloc(size_t);
 void __libc_free(void*);
@@ -176,7 +165,7 @@ private:
 
 TEST(Realtime, TenMinutesNeverAllocateOrLock)
 {
-    if (kSanitized)
+    if (kChecked)
         GTEST_SKIP() << "the sanitizer owns the allocator";
     Performance performance;
     allocations = locks = 0;
@@ -189,7 +178,7 @@ TEST(Realtime, TenMinutesNeverAllocateOrLock)
 
 TEST(Realtime, TheWatchSeesAnAllocation)
 {
-    if (kSanitized)
+    if (kChecked)
         GTEST_SKIP();
     allocations = 0;
     {
@@ -199,9 +188,21 @@ TEST(Realtime, TheWatchSeesAnAllocation)
     EXPECT_GT(allocations, 0);
 }
 
+#ifdef ORMUND_REALTIME_CHECKED
+void allocates() noexcept ORMUND_NONBLOCKING { delete new volatile int(1); }
+
+TEST(Realtime, TheCompilersCheckerSeesAnAllocationAndNoneInAMinute)
+{
+    EXPECT_DEATH(allocates(), "unsafe-library-call");
+    Performance performance;
+    performance.play(48000LL * 60);
+    EXPECT_GT(performance.midi, 1000);
+}
+#endif
+
 TEST(Realtime, AMinuteEntersTheKernelNotOnce)
 {
-    if (kSanitized)
+    if (kChecked)
         GTEST_SKIP();
     const pid_t child = fork();
     ASSERT_GE(child, 0);
