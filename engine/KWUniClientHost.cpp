@@ -137,8 +137,10 @@ void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKI
         return;
     dropOutdatedEvents();
     const int untilTick = kTickSamples - info.controlCounter;
+    // As many as it says, whatever the record's own two places.
+    const VstEvent* const* list = events->events;
     for (VstInt32 i = 0; i < events->numEvents; ++i) {
-        const VstEvent* event = events->events[i];
+        const VstEvent* event = list[i];
         InternalEvent internal;
         if (event && event->type == kVstMidiType
             && toInternal(*reinterpret_cast<const VstMidiEvent*>(event), internal))

@@ -246,9 +246,10 @@ VstIntPtr KWFormatWrapper::answer(
         return reinterpret_cast<VstIntPtr>(timeRecord());
     case audioMasterProcessEvents: {
         const auto* list = static_cast<const VstEvents*>(ptr);
-        for (VstInt32 i = 0; list && !silent && i < list->numEvents; ++i)
-            if (list->events[i]->type == kVstMidiType)
-                midiOut(*reinterpret_cast<const VstMidiEvent*>(list->events[i]), time.ppqPos);
+        const VstEvent* const* events = list ? list->events : nullptr;
+        for (VstInt32 i = 0; events && !silent && i < list->numEvents; ++i)
+            if (events[i]->type == kVstMidiType)
+                midiOut(*reinterpret_cast<const VstMidiEvent*>(events[i]), time.ppqPos);
         return 1;
     }
     case audioMasterGetSampleRate:

@@ -6,11 +6,14 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
 constexpr int kMostFrames = 512;
+constexpr float kLoudest = 1.001f;
+constexpr VstInt32 kMostOpcode = 90;
 
 class Bytes {
 public:
@@ -46,37 +49,75 @@ VstIntPtr host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
     return opcode == audioMasterGetTime ? reinterpret_cast<VstIntPtr>(&record) : 0;
 }
 
-void play(KWUniClient& engine, int frames)
+void play(AEffect& effect, int frames)
 {
     static float left[kMostFrames];
     static float right[kMostFrames];
     float* outputs[] = {left, right};
-    engine.processReplacing(nullptr, outputs, frames);
+    effect.processReplacing(&effect, nullptr, outputs, frames);
     for (int i = 0; i < frames; ++i)
-        if (!std::isfinite(left[i]) || std::abs(left[i]) > 64.0f || !std::isfinite(right[i]))
+        if (!(std::abs(left[i]) < kLoudest && std::abs(right[i]) < kLoudest)) // nor no number
             std::abort();
     record.ppqPos += frames * record.tempo / (60.0 * 44100.0);
 }
 
-void send(KWUniClient& engine, Bytes& bytes)
+void send(AEffect& effect, Bytes& bytes)
 {
-    VstMidiEvent event{};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof event;
-    event.deltaFrames = bytes.take<int16_t>();
-    for (int i = 0; i < 3; ++i)
-        event.midiData[i] = bytes.next();
-    VstEvents list{};
-    list.numEvents = 1;
-    list.events[0] = reinterpret_cast<VstEvent*>(&event);
-    engine.processEvents(&list);
+    constexpr int kMostEvents = 4;
+    VstMidiEvent events[kMostEvents]{};
+    VstEventList<kMostEvents> list;
+    list.numEvents = bytes.next() % (kMostEvents + 1);
+    for (int i = 0; i < list.numEvents; ++i) {
+        VstMidiEvent& event = events[i];
+        event.type = bytes.next() % 16 ? kVstMidiType : kVstSysExType;
+        event.byteSize = sizeof event;
+        event.deltaFrames = bytes.take<int16_t>();
+        for (int k = 0; k < 3; ++k)
+            event.midiData[k] = bytes.next();
+        list.events[i] = reinterpret_cast<VstEvent*>(&event);
+    }
+    effect.dispatcher(&effect, effProcessEvents, 0, 0, list.list(), 0);
 }
 
-// The script door's files, windows and the closing of the effect are left out.
-bool isHarmless(VstInt32 opcode)
+void giveDamagedState(AEffect& effect, Bytes& bytes)
 {
-    return opcode != effClose && opcode != effVendorSpecific && opcode != effEditOpen
-        && opcode != effGetChunk && opcode != effSetChunk && opcode != effProcessEvents;
+    void* state = nullptr;
+    const VstIntPtr count = effect.dispatcher(&effect, effGetChunk, 0, 0, &state, 0);
+    std::vector<char> copy(static_cast<char*>(state), static_cast<char*>(state) + count);
+    for (int damages = bytes.next() % 4; damages >= 0; --damages)
+        copy[bytes.take<uint16_t>() % copy.size()] = static_cast<char>(bytes.next());
+    effect.dispatcher(&effect, effSetChunk, 0, count, copy.data(), 0);
+    forgetMessage();
+}
+
+// The door for scripts, with files in a home of this program's own.
+void knock(AEffect& effect, Bytes& bytes)
+{
+    const char* const names[] = {"", "/a.kwe", "/b.kws", "/c.kwm", "/no/folder/d.kwe", "/.."};
+    std::string room = std::getenv("HOME");
+    room += names[bytes.next() % std::size(names)];
+    room.resize(8192); // as much as any answer takes
+    effect.dispatcher(&effect, effVendorSpecific, KWUniClient::kUniqueId, bytes.next() % 16,
+        room.data(), bytes.take<float>());
+}
+
+// Any opcode with any numbers; the pointer leads to as much room as any of them may fill or read.
+void call(AEffect& effect, Bytes& bytes)
+{
+    alignas(16) static char room[65536];
+    const VstInt32 opcode = bytes.next() % kMostOpcode;
+    const auto index = bytes.next() % 2 ? bytes.take<int32_t>() : bytes.next();
+    const auto value = static_cast<VstIntPtr>(
+        bytes.next() % 2 ? bytes.take<int64_t>() : static_cast<int64_t>(bytes.next()));
+    const auto opt = bytes.take<float>();
+    for (int i = 0; i < 64; ++i)
+        room[i] = static_cast<char>(bytes.next());
+    void* ptr = bytes.next() % 4 ? room : nullptr;
+    const bool wantsMore = opcode == effClose || opcode == effProcessEvents
+        || opcode == effVendorSpecific || (opcode == effSetChunk && value > VstIntPtr{sizeof room});
+    if (!wantsMore)
+        effect.dispatcher(&effect, opcode, index, value, ptr, opt);
+    forgetMessage();
 }
 
 } // namespace
@@ -84,48 +125,41 @@ bool isHarmless(VstInt32 opcode)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     Bytes bytes(data, size);
-    const auto engine = std::make_unique<KWUniClient>(host);
+    AEffect& effect = *(new KWUniClient(host))->getAeffect();
     record = {};
     record.tempo = 120;
     record.flags = kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid;
     int blocks = 0;
     while (!bytes.isEmpty() && blocks < 64) {
-        switch (bytes.next() % 7) {
+        switch (bytes.next() % 9) {
         case 0:
-            send(*engine, bytes);
+            send(effect, bytes);
             break;
         case 1:
-            engine->setParameter(bytes.take<int16_t>() % 640, bytes.take<float>());
+            effect.setParameter(&effect, bytes.take<int16_t>() % 640, bytes.take<float>());
             break;
         case 2:
-            record.tempo = static_cast<double>(bytes.take<float>());
-            record.ppqPos = static_cast<double>(bytes.take<int16_t>()) / 16.0;
+            record.tempo = bytes.take<double>();
+            record.ppqPos = bytes.next() % 2 ? bytes.take<double>() : bytes.take<int16_t>() / 16.0;
+            record.cycleStartPos = bytes.take<int16_t>() / 16.0;
+            record.cycleEndPos = bytes.take<int16_t>() / 16.0;
             record.flags = bytes.take<int16_t>();
-            if (!std::isfinite(record.tempo) || std::abs(record.tempo) > 1e6)
-                record.tempo = 120;
             break;
-        case 3: {
-            static char room[65536];
-            const auto opcode = static_cast<VstInt32>(bytes.next());
-            const auto index = static_cast<VstInt32>(bytes.take<int16_t>());
-            const auto value = static_cast<VstIntPtr>(bytes.take<int16_t>());
-            if (isHarmless(opcode))
-                engine->dispatcher(opcode, index, value, room, bytes.take<float>());
+        case 3:
+        case 4:
+            call(effect, bytes);
             break;
-        }
-        case 4: {
-            void* state = nullptr;
-            const VstInt32 count = engine->getChunk(&state, false);
-            std::vector<char> copy(static_cast<char*>(state), static_cast<char*>(state) + count);
-            copy[bytes.take<uint16_t>() % copy.size()] = static_cast<char>(bytes.next());
-            engine->setChunk(copy.data(), count, false);
-            forgetMessage();
+        case 5:
+            giveDamagedState(effect, bytes);
             break;
-        }
+        case 6:
+            knock(effect, bytes);
+            break;
         default:
-            play(*engine, bytes.take<uint16_t>() % kMostFrames);
+            play(effect, bytes.take<uint16_t>() % kMostFrames);
             ++blocks;
         }
     }
+    effect.dispatcher(&effect, effClose, 0, 0, nullptr, 0);
     return 0;
 }

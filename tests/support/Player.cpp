@@ -23,9 +23,10 @@ VstIntPtr Player::host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr
         return current->processLevel;
     case audioMasterProcessEvents: {
         const auto* events = static_cast<const VstEvents*>(ptr);
+        const VstEvent* const* list = events->events;
         for (VstInt32 i = 0; i < events->numEvents; ++i) {
             VstMidiEvent midi;
-            std::memcpy(&midi, events->events[i], sizeof midi);
+            std::memcpy(&midi, list[i], sizeof midi);
             const auto byte = [&](int k) {
                 return static_cast<int>(static_cast<uint8_t>(midi.midiData[k]));
             };
@@ -104,8 +105,9 @@ void Player::play(int64_t frames)
             std::vector<char> memory(sizeof(VstEvents) + pending.size() * sizeof(VstEvent*));
             auto* events = reinterpret_cast<VstEvents*>(memory.data());
             events->numEvents = static_cast<VstInt32>(pending.size());
+            VstEvent** list = events->events;
             for (size_t i = 0; i < pending.size(); ++i)
-                events->events[i] = reinterpret_cast<VstEvent*>(&pending[i]);
+                list[i] = reinterpret_cast<VstEvent*>(&pending[i]);
             client->processEvents(events);
             pending.clear();
         }
