@@ -9,7 +9,11 @@
 class HostTransport {
 public:
     void setUp(double sampleRate, double tempo, int beatsPerBar);
-    void setSampleRate(double hertz) { time.sampleRate = hertz; }
+    void setSampleRate(double hertz)
+    {
+        time.sampleRate = hertz;
+        anchor.tempo = 0; // the frames so far were of another length
+    }
 
     // Taken by the next block.
     void start() { playing = true; }

@@ -9,7 +9,7 @@ namespace {
 // The instance that is being made calls its host before it can be told apart from others.
 thread_local HostedEffect* hostInConstruction = nullptr;
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef ORMUND_ADDRESS_CHECKED
 // What libraries keep for good would count as lost once they are unloaded.
 constexpr int kStaysLoaded = RTLD_NODELETE;
 #else

@@ -1,0 +1,134 @@
+// Hours of transport as fast as they go: random play, edits, loads, rates, blocks, tempos and
+// locates. Ends with 1 and the seed when a note hangs, the steps leave the host's position, the
+// memory grows, or a sample is no number.
+#include "tests/soak/SoakRig.h"
+#include "tests/soak/SoakVandal.h"
+
+#include <CLI/CLI.hpp>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <malloc.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+constexpr double kRound = 600; // seconds from one silence to the next
+constexpr double kKilobyte = 1024;
+constexpr double kMostGrowth = 512; // KB, between the first quarter and the end
+
+struct Memory {
+    double inUse = 0;    // KB handed out by the allocator
+    double resident = 0; // KB
+};
+
+Memory memoryNow()
+{
+    Memory memory;
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    malloc_trim(0);
+    memory.inUse = static_cast<double>(mallinfo2().uordblks) / kKilobyte;
+#endif
+    if (FILE* file = std::fopen("/proc/self/statm", "r")) {
+        long size = 0;
+        long pages = 0;
+        if (std::fscanf(file, "%ld %ld", &size, &pages) == 2)
+            memory.resident = static_cast<double>(pages) * 4;
+        std::fclose(file);
+    }
+    return memory;
+}
+
+std::vector<std::string> presetsIn(const std::string& folder)
+{
+    std::vector<std::string> found;
+    std::error_code error;
+    for (fs::recursive_directory_iterator each(folder, error), end; !error && each != end;
+         each.increment(error))
+        if (each->path().extension() == ".kwe" || each->path().extension() == ".kws")
+            found.push_back(each->path().string());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+// A fresh instance's state, so that two measurements are of the same thing.
+void reset(SoakRig& rig, std::vector<char>& state)
+{
+    rig.closeEditor();
+    rig.engine->midiMap.clearMap();
+    rig.host.dispatch(effSetChunk, 0, static_cast<VstIntPtr>(state.size()), state.data());
+    rig.setRate(44100);
+    rig.setBlock(512);
+    rig.host.setTempo(120);
+}
+
+void report(const SoakFigures& figures, double wall, const Memory& first, const Memory& last)
+{
+    std::printf("%.2f hours of transport in %.0f s, %lld blocks, %lld notes, %lld messages\n",
+        figures.seconds / 3600, wall, static_cast<long long>(figures.blocks),
+        static_cast<long long>(figures.notes), static_cast<long long>(figures.messages));
+    std::printf("position: at most %.6f ticks off in %lld blocks; step: right in %lld blocks\n",
+        figures.widestDrift, static_cast<long long>(figures.positionChecks),
+        static_cast<long long>(figures.stepChecks));
+    std::printf("longest note %.1f s, loudest sample %.3f\n", figures.longestNote,
+        static_cast<double>(figures.loudest));
+    std::printf("memory: %.0f KB in use after the first quarter, %.0f KB at the end; resident %.0f "
+                "and %.0f KB\n",
+        first.inUse, last.inUse, first.resident, last.resident);
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App options{"Plays for hours and checks every block"};
+    double hours = 0.1;
+    double minutes = 0;
+    unsigned seed = 1;
+    std::string presetFolder;
+    options.add_option("--hours", hours, "of transport, simulated");
+    options.add_option("--minutes", minutes, "on the clock instead");
+    options.add_option("--seed", seed, "a run with the same seed and hours is the same");
+    options.add_option("--presets", presetFolder, "folder of presets to load");
+    CLI11_PARSE(options, argc, argv);
+
+    using Clock = std::chrono::steady_clock;
+    const auto began = Clock::now();
+    const auto wall = [&] { return std::chrono::duration<double>(Clock::now() - began).count(); };
+    const auto share = [&](const SoakFigures& figures) {
+        return minutes > 0 ? wall() / (minutes * 60) : figures.seconds / (hours * 3600);
+    };
+
+    SoakRig rig;
+    if (!rig.engine)
+        return 1;
+    std::printf("seed %u\n", seed);
+    void* data = nullptr;
+    const auto bytes = rig.host.dispatch(effGetChunk, 0, 0, &data);
+    std::vector<char> fresh(static_cast<char*>(data), static_cast<char*>(data) + bytes);
+    SoakVandal vandal(rig, seed, presetsIn(presetFolder));
+
+    Memory first;
+    Memory last;
+    bool holds = true;
+    while (holds && share(rig.figures) < 1) {
+        for (double second = 0; holds && second < kRound && share(rig.figures) < 1; ++second) {
+            vandal.act();
+            holds = rig.play(1);
+        }
+        holds = holds && rig.fallSilent();
+        reset(rig, fresh);
+        last = memoryNow();
+        if (first.inUse == 0 || share(rig.figures) < 0.25)
+            first = last;
+    }
+    report(rig.figures, wall(), first, last);
+    if (holds && last.inUse > first.inUse + kMostGrowth) {
+        std::printf("the memory grows\n");
+        holds = false;
+    }
+    if (!rig.problem().empty())
+        std::printf("%s\n", rig.problem().c_str());
+    std::printf("%s\n", holds ? "all of it held" : "failed");
+    return holds ? 0 : 1;
+}
