@@ -14,7 +14,34 @@ endif()
 if(ORMUND_SANITIZE)
   add_compile_options(-fsanitize=${ORMUND_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${ORMUND_SANITIZE})
+  add_compile_definitions(ORMUND_CHECKED)
+  foreach(checker ADDRESS REALTIME)
+    string(TOLOWER ${checker} name)
+    if(ORMUND_SANITIZE MATCHES ${name})
+      add_compile_definitions(ORMUND_${checker}_CHECKED)
+    endif()
+  endforeach()
 endif()
+
+# Halves the time of a build from scratch: the standard headers are parsed once for all libraries and
+# once for all tests, and the tests themselves are hardly optimised. Off for everyday work, where a
+# missing include would go unnoticed and a compiler cache would see less.
+option(ORMUND_QUICK "Build from scratch in half the time" OFF)
+set(ORMUND_STANDARD_HEADERS <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstdio>
+  <cstring> <filesystem> <functional> <map> <memory> <optional> <random> <string> <string_view>
+  <thread> <utility> <vector>)
+
+# ormund_precompile(owner target headers...): `owner` keeps the parsed headers, the others take them
+# from it, so all of them must be built with the same flags.
+function(ormund_precompile owner target)
+  if(NOT ORMUND_QUICK)
+    return()
+  elseif(target STREQUAL owner)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  else()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+  endif()
+endfunction()
 
 # ormund_library(name [deps...]): all .cpp files of the current folder as library `ormund_name`.
 # A folder with headers alone becomes an interface library.
@@ -23,6 +50,7 @@ function(ormund_library name)
   if(sources)
     add_library(ormund_${name} STATIC ${sources})
     target_link_libraries(ormund_${name} PUBLIC ormund_flags ${ARGN})
+    ormund_precompile(ormund_platform ormund_${name} ${ORMUND_STANDARD_HEADERS})
   else()
     add_library(ormund_${name} INTERFACE)
     target_link_libraries(ormund_${name} INTERFACE ormund_flags ${ARGN})
@@ -40,6 +68,12 @@ function(ormund_test folder)
   target_link_libraries(test_${name} PRIVATE ormund_flags ${ARGN} GTest::gmock GTest::gtest_main)
   target_compile_definitions(test_${name} PRIVATE
     ORMUND_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORMUND_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  ormund_precompile(test_base test_${name} <gmock/gmock.h> <gtest/gtest.h> ${ORMUND_STANDARD_HEADERS})
+  if(ORMUND_SANITIZE)
+    target_compile_options(test_${name} PRIVATE -O0)
+  elseif(ORMUND_QUICK)
+    target_compile_options(test_${name} PRIVATE -O1)
+  endif()
   gtest_discover_tests(test_${name} TEST_PREFIX ${folder}. DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300)
 endfunction()

@@ -2,6 +2,7 @@
 
 #include "data/FactoryContent.h"
 #include "data/Tags.h"
+#include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>
@@ -106,7 +107,7 @@ void expectSoundNotes(const std::vector<MidiOut>& events)
 TEST(Hang, AnHourOfAbuseLeavesNoNoteSounding)
 {
     size_t notes = 0;
-    for (unsigned seed = 0; seed < 12; ++seed) {
+    for (unsigned seed = 0; seed < unsigned{rounds(12)}; ++seed) {
         Player player({.empty = false});
         Vandal vandal(player, seed);
         player.start();
@@ -125,5 +126,5 @@ TEST(Hang, AnHourOfAbuseLeavesNoNoteSounding)
         expectSoundNotes(player.events());
         EXPECT_EQ(player.soundingNotes(), 0) << "seed " << seed;
     }
-    EXPECT_GT(notes, 5000u);
+    EXPECT_GT(notes, unsigned{rounds(5000)});
 }

@@ -1,6 +1,7 @@
 #include "platform/KeyValueStore.h"
 #include "platform/KWFileio.h"
 #include "tests/platform/TestFolder.h"
+#include "tests/support/Checked.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -47,7 +48,7 @@ TEST(KeyValueStore, TwoProcessesWritingAtOnceLoseNothing)
 {
     const TestFolder folder;
     const std::string path = folder / "settings.db";
-    constexpr int kWrites = 1000;
+    constexpr int kWrites = rounds(1000);
     pid_t writers[2];
     for (int w = 0; w < 2; ++w) {
         writers[w] = ::fork();

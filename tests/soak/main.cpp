@@ -26,7 +26,7 @@ struct Memory {
 Memory memoryNow()
 {
     Memory memory;
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef ORMUND_CHECKED
     malloc_trim(0);
     memory.inUse = static_cast<double>(mallinfo2().uordblks) / kKilobyte;
 #endif

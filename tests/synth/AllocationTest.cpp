@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && defined(__GLIBC__)
+#if !defined(ORMUND_CHECKED) && defined(__GLIBC__)
 
 #include <cstdlib>
 
