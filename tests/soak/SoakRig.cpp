@@ -82,6 +82,7 @@ bool SoakRig::play(double seconds)
     while (frames > 0 && found.empty()) {
         const int count = static_cast<int>(std::min<int64_t>(frames, block));
         const double before = host.position();
+        // Within half a beat the engine glides to a new place inside one block.
         const bool located = before != expected;
         host.runBlock(count);
         expected = host.position();
@@ -91,14 +92,14 @@ bool SoakRig::play(double seconds)
         frames -= count;
         if (!listen())
             return false;
-        const bool isItsTempo = host.transport.time.tempo >= kMinTempo && host.transport.time.tempo < kMaxTempo;
         // A tempo beyond counts as the nearest, so the engine is put right at the next block; a
         // cycle's end falls on a sample in the engine and between two in the host.
-        if (host.position() < before || !isItsTempo)
-            continue;
-        checkPosition();
-        if (!located) // within half a beat the engine glides to the new place inside the block
-            checkSteps();
+        const double tempo = host.transport.time.tempo;
+        const bool isEven = host.position() >= before && tempo >= kMinTempo && tempo < kMaxTempo;
+        evenFrames = isEven && !located ? evenFrames + count : 0;
+        if (isEven)
+            checkPosition();
+        checkSteps();
     }
     return found.empty();
 }
@@ -184,6 +185,9 @@ void SoakRig::checkSteps()
         straightSince = isStraight() ? host.rolled() : -1;
         return;
     }
+    // The step is that of the last tick, which must have been on this side of a locate.
+    if (evenFrames <= 2 * kTickSamples)
+        return;
     // A performance effect ends at the next step, so two must have passed since.
     const auto perBeat = static_cast<double>(kSpeedStepsPerBeat[static_cast<size_t>(speed)]);
     if (straightSince < 0 || host.rolled() - straightSince < 2.5 / perBeat)

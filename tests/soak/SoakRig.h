@@ -73,6 +73,7 @@ private:
     float rate = 44100;
     int block = 512;
     double expected = 0;       // where the next block begins unless the host is moved
+    int64_t evenFrames = 0;    // since the host last jumped
     double straightSince = -1; // beats rolled
     int straightSpeed = -1;
 };

@@ -103,7 +103,7 @@ void SoakVandal::straighten()
 void SoakVandal::moveParameter()
 {
     const int tag = roll(2) == 0 ? roll(46) : roll(kTagCount);
-    if (tag >= Tag::PreviousPreset && tag <= Tag::NextSynthPreset)
+    if ((tag >= Tag::PreviousPreset && tag <= Tag::NextSynthPreset) || tag == Tag::RandomPreset)
         return;
     rig.host.effect()->setParameter(rig.host.effect(), tag, roll(3) == 0 ? 0 : unit());
 }
@@ -111,6 +111,8 @@ void SoakVandal::moveParameter()
 void SoakVandal::pressButton()
 {
     const int tag = roll(kTagCount);
+    if (tag == Tag::RandomPreset) // draws from the clock
+        return;
     rig.engine->setParameter(tag, 1);
     rig.engine->setParameter(tag, 0);
 }
