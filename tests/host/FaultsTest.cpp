@@ -179,7 +179,7 @@ TEST_F(Faults, WritesThatEndTooEarlyKeepTheOldSong)
         return host.load(kModule, {}) && script(host, kSaveGlobal, song) ? 0 : 1;
     }),
         0);
-    for (const size_t limit : {0, 1, 4096, 20000}) {
+    for (const size_t limit : {size_t{0}, size_t{1}, size_t{4096}, size_t{20000}}) {
         EXPECT_EQ(inChild([&] {
             signal(SIGXFSZ, SIG_IGN);
             const rlimit small{limit, limit};
