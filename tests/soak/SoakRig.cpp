@@ -180,8 +180,11 @@ bool SoakRig::isStraight() const
 void SoakRig::checkSteps()
 {
     const int speed = engine->parameters.index(Tag::StepSpeed);
-    if (!isStraight() || speed != straightSpeed) {
+    // A new pattern brings its speed at the end of a tick whose step went by the old one.
+    const float pattern = engine->screen.pattern;
+    if (!isStraight() || speed != straightSpeed || pattern != straightPattern) {
         straightSpeed = speed;
+        straightPattern = pattern;
         straightSince = isStraight() ? host.rolled() : -1;
         return;
     }

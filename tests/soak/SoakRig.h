@@ -76,4 +76,5 @@ private:
     int64_t evenFrames = 0;    // since the host last jumped
     double straightSince = -1; // beats rolled
     int straightSpeed = -1;
+    float straightPattern = -1;
 };
