@@ -3,31 +3,39 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <new>
 
-// `T` is a number or a Crossing of one: all bits zero is its zero, and nothing has to be destroyed.
+#include <sys/mman.h>
+
+// `T` is a number, a Crossing of one or a record of them: all bits zero is a value of it, and
+// nothing has to be destroyed. Whole pages from the system, since memory that the heap gives again
+// would have to be cleared, and so be used, in full.
 template <typename T>
 class ZeroedArray {
 public:
     ZeroedArray() = default;
     explicit ZeroedArray(size_t count)
-        : memory(static_cast<T*>(std::calloc(count, sizeof(T)))), length(count)
-    {
-        if (!memory)
-            throw std::bad_alloc();
-    }
+        : memory(map(count * sizeof(T)), Unmap{count * sizeof(T)}) { }
 
     T& operator[](size_t i) { return memory.get()[i]; }
     const T& operator[](size_t i) const { return memory.get()[i]; }
     T* data() { return memory.get(); }
-    size_t size() const { return length; }
 
 private:
-    struct Free {
-        void operator()(T* zeros) const { std::free(zeros); }
+    struct Unmap {
+        size_t bytes = 0;
+        void operator()(T* pages) const { munmap(pages, bytes); }
     };
-    std::unique_ptr<T, Free> memory;
-    size_t length = 0;
+    static T* map(size_t bytes)
+    {
+        void* pages =
+            mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (pages == MAP_FAILED)
+            throw std::bad_alloc();
+        madvise(pages, bytes, MADV_NOHUGEPAGE); // a huge page would be used in full
+        return static_cast<T*>(pages);
+    }
+
+    std::unique_ptr<T, Unmap> memory;
 };

@@ -2,6 +2,7 @@
 // end.
 #pragma once
 
+#include "base/ZeroedArray.h"
 #include "host/effect/EffectTypes.h"
 
 #include <array>
@@ -61,7 +62,7 @@ private:
     // Releases may take the last places, so that presses alone can't shut them out.
     static constexpr int kReservedForReleases = 256;
 
-    std::array<InternalEvent, kCapacity> events;
+    ZeroedArray<InternalEvent> events{kCapacity};
     std::array<int16_t, kCapacity> next;
     int16_t head = kNone;
     int16_t tail = kNone;
