@@ -268,18 +268,19 @@ std::string zoneName(std::string_view zone, int keyboardMode)
 
 std::string hintOfControl(int tag)
 {
-    for (const ControlRow& row : controlCatalogue()) {
-        if (row.kind != ControlClass::Hint || !row.text)
-            continue;
-        if (row.owner != tag && row.secondOwner != tag)
-            continue;
-        char words[128];
-        std::snprintf(words, sizeof words, row.text, int(row.track)); // "%d": its track
-        std::string hint(trimmed(words));
-        if (hint.empty()) // the value comes first, the words behind it
-            hint = trimmed(row.suffix);
-        return hint;
-    }
+    for (const std::span<const ControlRow> rows : {controlCatalogue(), extraControls()})
+        for (const ControlRow& row : rows) {
+            if (row.kind != ControlClass::Hint || !row.text)
+                continue;
+            if (row.owner != tag && row.secondOwner != tag)
+                continue;
+            char words[128];
+            std::snprintf(words, sizeof words, row.text, int(row.track)); // "%d": its track
+            std::string hint(trimmed(words));
+            if (hint.empty()) // the value comes first, the words behind it
+                hint = trimmed(row.suffix);
+            return hint;
+        }
     return {};
 }
 

@@ -53,7 +53,7 @@ struct Part {
 // Controls at the corners of each part.
 const Part kParts[] = {
     // clang-format off
-    {"top",         {565, 557, 466, 558, kRedoTag, 547}, 10, 10,  4},
+    {"top",         {565, 557, 466, 558, kPanelScaleTag, 547}, 10, 4, 7},
     {"pitch",       {0, 365, 388, 395, 396},             22,  4,  2},
     {"velocity",    {375, 501, 413, 420},                 3,  4,  3},
     {"gate",        {kMidiDragTag, 506, 428, 427},       10,  4,  3},
