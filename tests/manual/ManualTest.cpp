@@ -156,6 +156,19 @@ TEST_F(Card, LinesPaintClearAndTurn)
     EXPECT_EQ(chords.step(7), 0);
 }
 
+TEST_F(Card, ClearingVelocityEmptiesTheSwitchesOfAllPatternsAndADragBringsThemBack)
+{
+    KWBtnLine& on = rig.engine.tracks.velocityOn;
+    rig.click(EditorRig::middle(*findControl(Tag::VelocityClear)));
+    for (int pattern = 0; pattern < kPatterns; ++pattern)
+        EXPECT_EQ(on.stepAt(pattern, 4), 0) << pattern;
+    EXPECT_EQ(velocity(4), 0);
+    rig.click(at(Tag::VelocityOn, 0, 0.5f));
+    rig.user->drag(at(Tag::VelocityOn, 0, 0.5f), at(Tag::VelocityOn, 31, 0.5f));
+    for (int step = 0; step < kTrackSteps; ++step)
+        EXPECT_EQ(on.step(step), 1) << step;
+}
+
 TEST_F(Card, KnobsAndLoopBarsComeBack)
 {
     const CPoint knob = EditorRig::middle(*findControl(Tag::VelocityThreshold));
