@@ -60,7 +60,7 @@ const EditCells::Section& EditCells::sectionOf(uint32_t cell) const
 
 std::vector<EditCells::Range> EditCells::rangesOf(EditScope scope, int tag) const
 {
-    const auto holds = [tag](const Section& section, int wanted) {
+    const auto holds = [](const Section& section, int wanted) {
         return section.kind == Section::Parameter
             ? firstControlOf(section.tag) == firstControlOf(wanted)
             : section.kind == Section::Stored && section.tag == patternSlot(wanted);
