@@ -155,7 +155,16 @@ void SoakRig::checkPosition()
 {
     if (!playing)
         return;
-    const double off = std::abs(engine->info.songPositionPrecise - host.position());
+    double off = std::abs(engine->info.songPositionPrecise - host.position());
+    const VstTimeInfo& time = host.transport.time;
+    if ((time.flags & kVstTransportCycleActive) != 0) {
+        // One of the two may stand a sample before the cycle's end, the other at its start.
+        const double acrossEnd = std::abs(off - (time.cycleEndPos - time.cycleStartPos));
+        if (acrossEnd < off) {
+            off = acrossEnd;
+            evenFrames = 0;
+        }
+    }
     const double ticks = off / (kTick * host.beatsPerFrame());
     figures.widestDrift = std::max(figures.widestDrift, ticks);
     ++figures.positionChecks;
