@@ -1,6 +1,6 @@
 -- Runs in Ardour's Lua session tool: puts Ormund on a MIDI track, records its MIDI on a second track
 -- and its sound on a third while the transport rolls, then saves, loads and compares the state.
--- ormund-ardour.sh starts it; the folder of the session is its argument.
+-- ardour.sh starts it; the folder of the session is its argument.
 local folder = arg and arg[1] or os.getenv("ORMUND_SESSION")
 local seconds = tonumber(os.getenv("ORMUND_SECONDS") or "8")
 
@@ -95,5 +95,8 @@ session = load_session(folder, "ormund")
 local again = session:route_by_name("Player"):nth_plugin(0)
 local value = ARDOUR.LuaAPI.get_processor_param(again, rootKey)
 print("root key after a load", value)
+-- What was recorded is not to be heard in the export that follows, only the plug-in itself.
+session:route_by_name("Sound"):mute_control():set_value(1, PBD.GroupControlDisposition.NoGroup)
+session:save_state("", false, false, false, false, false)
 close_session()
 print("done")

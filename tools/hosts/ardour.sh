@@ -18,4 +18,13 @@ VST3) /usr/lib/ardour7/ardour-vst3-scanner -f "$HOME/.vst3/ormund.vst3" ;;
 esac
 unset LD_LIBRARY_PATH
 ardour7-lua tools/hosts/ardour-record.lua
+
+# The same eight bars again, rendered as fast as it goes.
+ardour7-export -b 16 -o "$work/export.wav" "$work/ormund" ormund
+python3 - "$work/export.wav" <<'PYTHON'
+import array, sys, wave
+with wave.open(sys.argv[1]) as file:
+    samples = array.array("h", file.readframes(file.getnframes()))
+    print("exported", file.getnframes(), "frames, peak", round(max(map(abs, samples)) / 32768, 4))
+PYTHON
 echo "The session is in $ORMUND_SESSION."
