@@ -66,8 +66,9 @@ TEST(Numbers, NoParameterLetsABadValueThrough)
                 engine.remoteStep = step;
                 engine.setParameter(tag, value);
             }
+            const float kept = engine.parameters.raw(tag);
+            EXPECT_TRUE(kept >= 0 && kept <= 1) << tag << " keeps " << kept;
         }
-        EXPECT_TRUE(std::isfinite(engine.getParameter(tag))) << tag;
         if (tag % 8 == 0)
             makeItSound(engine);
         player.play(512);
@@ -210,6 +211,9 @@ TEST(Numbers, NoDenormalIsReckonedWithAfterTheLastNote)
             makeItSound(engine);
             engine.setParameter(Tag::DelayFeed, feedback);
             engine.setParameter(Tag::DelayMix, 1);
+            // Short, so that the echoes reach the smallest numbers within the two minutes.
+            engine.setParameter(Tag::DelayLeft, 0);
+            engine.setParameter(Tag::DelayRight, 0.1f);
             engine.setParameter(Tag::FilterCutoff, cutoff);
             engine.setParameter(Tag::SynthRelease, 0.8f);
             player.start();
