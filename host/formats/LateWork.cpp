@@ -11,6 +11,9 @@
 namespace {
 
 struct Pool {
+    // A host may leave instances behind when it ends or lets the module go.
+    ~Pool() { end(); }
+
     std::mutex starting; // one starts or ends the thread at a time
     std::mutex mutex;    // for all below
     std::condition_variable ending;
@@ -18,6 +21,16 @@ struct Pool {
     bool ends = false;
     std::thread thread;
 
+    void end()
+    {
+        {
+            const std::lock_guard hold(mutex);
+            ends = true;
+        }
+        ending.notify_one();
+        if (thread.joinable())
+            thread.join();
+    }
     void run()
     {
         std::unique_lock hold(mutex);
@@ -29,11 +42,10 @@ struct Pool {
     }
 };
 
-// Deliberate: never freed, for a host may leave instances behind when it ends.
 Pool& pool()
 {
-    static Pool* const only = new Pool;
-    return *only;
+    static Pool only;
+    return only;
 }
 
 } // namespace
@@ -63,10 +75,8 @@ void LateWork::remove(Client& client)
     {
         const std::lock_guard hold(all.mutex);
         std::erase(all.clients, &client);
-        if (!all.clients.empty() || !all.thread.joinable())
+        if (!all.clients.empty())
             return;
-        all.ends = true;
     }
-    all.ending.notify_one();
-    all.thread.join();
+    all.end();
 }

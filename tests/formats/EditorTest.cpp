@@ -112,7 +112,9 @@ TEST_P(FormatEditor, OpensFiftyTimesAndLeavesNothingBehind)
         if (round == 10)
             early = residentKb();
     }
-    EXPECT_LT(residentKb() - early, 4000);
+    if (!ORMUND_SANITIZED) { // a sanitizer keeps what was freed
+        EXPECT_LT(residentKb() - early, 4000);
+    }
 }
 
 TEST_P(FormatEditor, TellsTheHostOfEveryMoveBetweenItsBeginningAndItsEnd)
