@@ -9,5 +9,7 @@
 // A preset (kwe, kws) or a map of controllers (kwm), told apart by the name's ending. Empty, or
 // what is wrong, in one line.
 std::string loadFile(HostedEffect& host, const std::string& path);
+// A preset (kwe); what is wrong is left to the plug-in's own window to tell.
+void loadInWindow(HostedEffect& host, const std::string& path);
 // kwe, or kws where the name ends so. Empty, or what is wrong.
 std::string savePreset(HostedEffect& host, const std::string& path);

@@ -1,0 +1,119 @@
+#include "apps/ormund/AudioDriver.h"
+
+#include "apps/ormund/DeviceDriver.h"
+#include "apps/ormund/JackDriver.h"
+#include "apps/ormund/SilentDriver.h"
+
+#include <alsa/asoundlib.h>
+#include <jack/jack.h>
+#include <RtMidi.h>
+
+#include <array>
+
+namespace {
+
+constexpr std::array kApis = {RtAudio::LINUX_PULSE, RtAudio::LINUX_ALSA};
+
+// "pulse:Built-in" is the part "Built-in" of PulseAudio's devices, "pulse" any of them.
+bool asksFor(const std::string& device, const char* api, std::string& part)
+{
+    const std::string name = api;
+    if (device == name)
+        part.clear();
+    else if (device.starts_with(name + ":"))
+        part = device.substr(name.size() + 1);
+    else
+        return false;
+    return true;
+}
+
+OpenedDriver openFirst(LiveHost& host, const SoundWishes& wishes)
+{
+    OpenedDriver opened = JackDriver::open(host, wishes);
+    std::string told = opened.problem;
+    for (const RtAudio::Api api : kApis) {
+        if (opened.driver)
+            return opened;
+        opened = DeviceDriver::open(host, wishes, api, "");
+        told += ", " + opened.problem;
+    }
+    if (!opened.driver)
+        opened.problem = told;
+    return opened;
+}
+
+template <typename Port>
+void listPorts(std::vector<std::string>& names)
+{
+    try {
+        Port port(RtMidi::LINUX_ALSA, "Ormund");
+        for (unsigned i = 0; i < port.getPortCount(); ++i)
+            names.push_back(port.getPortName(i));
+    } catch (const RtMidiError&) {
+        names.clear();
+    }
+}
+
+void sayNothing(const char*, int, const char*, int, const char*, ...) { }
+
+} // namespace
+
+OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes)
+{
+    const std::string& device = wishes.device;
+    if (device.empty())
+        return openFirst(host, wishes);
+    if (device == "none")
+        return SilentDriver::open(host, wishes);
+    if (device == "jack")
+        return JackDriver::open(host, wishes);
+    std::string part;
+    for (const RtAudio::Api api : kApis)
+        if (asksFor(device, DeviceDriver::nameOf(api), part))
+            return DeviceDriver::open(host, wishes, api, part);
+    OpenedDriver opened;
+    for (const RtAudio::Api api : kApis)
+        if (!opened.driver)
+            opened = DeviceDriver::open(host, wishes, api, device);
+    if (!opened.driver)
+        opened.problem = "there is no device named " + device + " (--list-devices shows them)";
+    return opened;
+}
+
+std::vector<SoundDevice> soundDevices()
+{
+    std::vector<SoundDevice> all;
+    if (const int rate = JackDriver::serverRate())
+        all.push_back({"jack", std::to_string(rate) + " Hz"});
+    for (const RtAudio::Api api : kApis)
+        for (SoundDevice& device : DeviceDriver::devices(api))
+            all.push_back(std::move(device));
+    return all;
+}
+
+MidiPorts midiPorts()
+{
+    MidiPorts all = JackDriver::ports();
+    if (!hasSequencer())
+        return all;
+    listPorts<RtMidiIn>(all.inputs);
+    listPorts<RtMidiOut>(all.outputs);
+    return all;
+}
+
+bool hasSequencer()
+{
+    // Asked here first, because the MIDI library prints what it misses.
+    snd_seq_t* sequencer = nullptr;
+    if (snd_seq_open(&sequencer, "default", SND_SEQ_OPEN_DUPLEX, SND_SEQ_NONBLOCK) < 0)
+        return false;
+    snd_seq_close(sequencer);
+    return true;
+}
+
+void quietLibraries()
+{
+    jack_set_error_function([](const char*) {});
+    jack_set_info_function([](const char*) {});
+    snd_lib_error_set_handler(sayNothing);
+}

@@ -1,0 +1,49 @@
+// Plays as a JACK client: sound, messages to the sample, and the transport that JACK's clients
+// share.
+#pragma once
+
+#include "apps/ormund/AudioDriver.h"
+#include "apps/ormund/SharedSong.h"
+
+#include <jack/jack.h>
+#include <string>
+
+class JackDriver final : public AudioDriver, private LiveHost::MidiOut {
+public:
+    // Does not start a server.
+    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes);
+    // 0 when no server answers.
+    static int serverRate();
+    static MidiPorts ports();
+    ~JackDriver() override;
+
+    std::string describe() const override { return title; }
+    bool isAlive() const override { return gone == 0; }
+    bool play(bool on) override;
+    bool locate(double beat, double tempo) override;
+
+private:
+    JackDriver(LiveHost& ownHost, jack_client_t* ownClient);
+    std::string begin(const SoundWishes& wishes);
+    void connectSound();
+    std::string connectMidi(const std::string& part, bool isInput);
+
+    int process(jack_nframes_t frames);
+    SharedSong::Report report() const;
+    void tellBars(jack_nframes_t frames, jack_position_t& position);
+    void midiOut(int frame, const LiveHost::Message& message) override;
+
+    LiveHost& host;
+    jack_client_t* client;
+    std::string title;
+    jack_port_t* left = nullptr;
+    jack_port_t* right = nullptr;
+    jack_port_t* midiInput = nullptr;
+    jack_port_t* midiOutput = nullptr;
+    Crossing<int32_t> gone = 0;
+
+    // JACK's process thread.
+    SharedSong song;
+    void* midiBuffer = nullptr; // during process()
+    bool givesBars = false;     // since the last block: nobody else does
+};

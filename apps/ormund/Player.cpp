@@ -1,0 +1,106 @@
+#include "apps/ormund/Player.h"
+
+#include "apps/host/ScriptDoor.h"
+#include "apps/ormund/ClockedBlocks.h"
+#include "data/Tags.h"
+
+#include <chrono>
+#include <thread>
+
+extern "C" AEffect* VSTPluginMain(audioMasterCallback host);
+
+namespace {
+constexpr int64_t kTryAgainNanos = 2000000000;
+constexpr int kMostWaitsForEnd = 200;
+constexpr int kWaitMs = 1;
+constexpr float kHalf = 0.5f;
+constexpr float kFollowsHost = 2.0f / 3; // the last of three trigger modes
+} // namespace
+
+Player::~Player() { end(); }
+
+std::string Player::start(double tempo)
+{
+    return host.start(VSTPluginMain, tempo) ? "" : "the engine does not start: " + host.error();
+}
+
+std::string Player::openSound(const SoundWishes& wishes)
+{
+    sound = wishes;
+    OpenedDriver opened = ::openSound(host, wishes);
+    driver = std::move(opened.driver);
+    return opened.problem;
+}
+
+std::string Player::load(const std::string& file) { return loadFile(host, file); }
+
+void Player::choosePreset(const std::string& file) { loadInWindow(host, file); }
+
+void Player::idle()
+{
+    if (driver && driver->isAlive()) {
+        followPanel();
+        return;
+    }
+    driver.reset();
+    const int64_t now = ClockedBlocks::now();
+    if (now < nextTry)
+        return;
+    nextTry = now + kTryAgainNanos;
+    driver = ::openSound(host, sound).driver;
+}
+
+void Player::followPanel()
+{
+    AEffect* effect = host.effect();
+    const PlayLink::Wish wish = link.look({effect->getParameter(effect, Tag::Play) >= kHalf,
+        effect->getParameter(effect, Tag::TriggerMode) >= kFollowsHost, host.isPlaying()});
+    if (wish != PlayLink::Wish::Nothing)
+        play(wish == PlayLink::Wish::Start);
+}
+
+void Player::end()
+{
+    if (driver && driver->isAlive()) {
+        host.endNotes();
+        for (int i = 0; i < kMostWaitsForEnd && !host.hasEndedNotes(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(kWaitMs));
+    }
+    driver.reset();
+    host.close();
+}
+
+void Player::play(bool on)
+{
+    link.transportTold();
+    if (!driver || !driver->play(on))
+        host.play(on);
+}
+
+void Player::toStart()
+{
+    if (!driver || !driver->locate(0, host.tempo()))
+        host.locate(0);
+}
+
+void Player::setTempo(double beatsPerMinute) { host.setTempo(beatsPerMinute); }
+
+void Player::setCycle(bool on, int firstBar, int lastBar)
+{
+    if (on)
+        host.setCycle((firstBar - 1) * LiveHost::kBeatsPerBar, lastBar * LiveHost::kBeatsPerBar);
+    else
+        host.setCycle(0, 0);
+}
+
+void Player::stepPreset(int direction)
+{
+    // The plug-in goes on to the neighbouring folder at a folder's end, which a number cannot say.
+    const int tag = direction < 0 ? Tag::PreviousPreset : Tag::NextPreset;
+    host.effect()->setParameter(host.effect(), tag, 1);
+    host.effect()->setParameter(host.effect(), tag, 0);
+}
+
+std::string Player::presetName() { return host.text(effGetProgramName); }
+
+std::string Player::soundText() const { return driver ? driver->describe() : "no sound"; }

@@ -1,0 +1,47 @@
+// The program without its window: the instance, what plays it, and the transport that the user
+// handles.
+#pragma once
+
+#include "apps/ormund/AudioDriver.h"
+#include "apps/ormund/LiveHost.h"
+#include "apps/ormund/PlayLink.h"
+
+#include <memory>
+#include <string>
+
+// The screen's thread.
+class Player {
+public:
+    ~Player();
+
+    // Empty, or what is wrong.
+    std::string start(double tempo);
+    std::string openSound(const SoundWishes& wishes);
+    std::string load(const std::string& file);
+    void choosePreset(const std::string& file); // the window tells what is wrong
+    // Now and then: keeps the panel's own play button and the transport together, and opens the
+    // sound again after it was lost.
+    void idle();
+    // Ends the notes and the sound. The destructor does it too.
+    void end();
+
+    void play(bool on);
+    bool isPlaying() const { return host.isPlaying(); }
+    void toStart();
+    void setTempo(double beatsPerMinute);
+    // Bars from 1, the last one included; none when `on` is false.
+    void setCycle(bool on, int firstBar, int lastBar);
+    void stepPreset(int direction); // -1 or 1
+    std::string presetName();
+    std::string soundText() const; // what plays, or that nothing does
+    LiveHost& effect() { return host; }
+
+private:
+    void followPanel();
+
+    LiveHost host;
+    SoundWishes sound;
+    std::unique_ptr<AudioDriver> driver;
+    PlayLink link;
+    int64_t nextTry = 0; // of opening lost sound, nanoseconds
+};

@@ -1,0 +1,20 @@
+// What the user asks of the program on the command line.
+#pragma once
+
+#include "apps/ormund/AudioDriver.h"
+
+#include <optional>
+#include <string>
+
+struct PlayerOptions {
+    std::string file; // kwe, kws or kwm
+    SoundWishes sound;
+    double tempo = 120; // beats per minute
+    bool play = false;
+    bool hasWindow = true;
+    bool listDevices = false;
+};
+
+// Fills `options`. Answers the exit code when the program is to end at once (help or a mistake,
+// both printed), nothing when it is to go on.
+std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions& options);

@@ -1,0 +1,23 @@
+// Plays messages alone, by the clock, where there is no sound.
+#pragma once
+
+#include "apps/ormund/AudioDriver.h"
+#include "apps/ormund/ClockedBlocks.h"
+
+#include <thread>
+#include <vector>
+
+class SilentDriver final : public AudioDriver {
+public:
+    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes);
+    ~SilentDriver() override;
+    std::string describe() const override;
+
+private:
+    SilentDriver(LiveHost& host, const SoundWishes& wishes, int rate, int block);
+    void play(int rate, int block);
+
+    std::unique_ptr<ClockedBlocks> blocks;
+    OneWayFlag over;
+    std::thread thread;
+};
