@@ -1,5 +1,6 @@
 // The renderer as a user runs it: arguments in, files and exit code out.
 #include "data/MidiFile.h"
+#include "tests/support/Command.h"
 #include "tests/support/MidiExamples.h"
 #include "tests/support/OwnHome.h"
 
@@ -7,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sndfile.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cmath>
@@ -26,12 +26,6 @@ namespace {
 
 const std::string kExamples = ORMUND_SOURCE_DIR "/tests/data/";
 
-struct Outcome {
-    int code = -1;
-    std::string text; // both outputs
-    long lines() const { return std::count(text.begin(), text.end(), '\n'); }
-};
-
 class Renderer : public testing::Test {
 protected:
     void SetUp() override
@@ -43,14 +37,7 @@ protected:
     }
     Outcome run(const std::string& arguments)
     {
-        FILE* pipe = popen((ORMUND_BIN_DIR "/ormund-render " + arguments + " 2>&1").c_str(), "r");
-        Outcome outcome;
-        char buffer[4096];
-        while (const size_t count = std::fread(buffer, 1, sizeof buffer, pipe))
-            outcome.text.append(buffer, count);
-        const int status = pclose(pipe);
-        outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return outcome;
+        return runCommand(ORMUND_BIN_DIR "/ormund-render " + arguments);
     }
     std::vector<uint8_t> bytesOf(const std::string& path)
     {

@@ -1,0 +1,172 @@
+#include "tests/support/JackServer.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <jack/midiport.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace {
+
+constexpr int kStepMs = 20;
+
+template <typename Condition>
+bool waitUntil(int milliseconds, Condition condition)
+{
+    for (int waited = 0; waited < milliseconds; waited += kStepMs) {
+        if (condition())
+            return true;
+        usleep(kStepMs * 1000);
+    }
+    return condition();
+}
+
+void beQuiet()
+{
+    jack_set_error_function([](const char*) {});
+    jack_set_info_function([](const char*) {});
+}
+
+} // namespace
+
+bool JackServer::isInstalled() { return access("/usr/bin/jackd", X_OK) == 0; }
+
+JackServer::JackServer()
+{
+    beQuiet();
+    const std::string name = "ormund-test-" + std::to_string(getpid());
+    setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
+    setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    const std::string rate = std::to_string(kRate);
+    const std::string block = std::to_string(kBlock);
+    // Synchronous and patient: a client that is late on a busy machine loses nothing.
+    const char* arguments[] = {"jackd", "-n", name.c_str(), "-r", "-S", "-t", "5000", "-d", "dummy",
+        "-r", rate.c_str(), "-p", block.c_str(), nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (const int output : {1, 2})
+        posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
+    if (posix_spawnp(&process, "jackd", &actions, nullptr, const_cast<char**>(arguments), environ)
+        != 0)
+        process = -1;
+    posix_spawn_file_actions_destroy(&actions);
+    answers = waitUntil(20000, [] {
+        jack_client_t* visitor = jack_client_open("visitor", JackNoStartServer, nullptr);
+        if (visitor)
+            jack_client_close(visitor);
+        return visitor != nullptr;
+    });
+}
+
+JackServer::~JackServer()
+{
+    stop();
+    unsetenv("JACK_DEFAULT_SERVER");
+}
+
+void JackServer::stop()
+{
+    if (process <= 0)
+        return;
+    kill(process, SIGTERM);
+    waitpid(process, nullptr, 0);
+    process = -1;
+}
+
+JackListener::JackListener()
+    : client(jack_client_open("listener", JackNoStartServer, nullptr))
+    , input(jack_port_register(client, "in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0))
+    , output(jack_port_register(client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0))
+{
+    jack_set_process_callback(
+        client,
+        [](jack_nframes_t frames, void* self) {
+            return static_cast<JackListener*>(self)->process(frames);
+        },
+        this);
+    jack_activate(client);
+}
+
+JackListener::~JackListener() { jack_client_close(client); }
+
+int JackListener::process(jack_nframes_t frames)
+{
+    jack_position_t position;
+    const bool rolls = jack_transport_query(client, &position) == JackTransportRolling;
+    void* incoming = jack_port_get_buffer(input, frames);
+    for (uint32_t i = 0, count = jack_midi_get_event_count(incoming); i < count; ++i) {
+        jack_midi_event_t event;
+        if (jack_midi_event_get(&event, incoming, i) != 0)
+            continue;
+        Heard one{rolls ? int64_t{position.frame} + event.time : -1, {}};
+        std::copy_n(event.buffer, std::min<size_t>(event.size, 3), one.bytes.begin());
+        heard.push(one);
+    }
+    void* outgoing = jack_port_get_buffer(output, frames);
+    jack_midi_clear_buffer(outgoing);
+    std::array<uint8_t, 3> bytes;
+    while (toSend.take(bytes))
+        jack_midi_event_write(outgoing, 0, bytes.data(), bytes.size());
+    return 0;
+}
+
+bool JackListener::connect(const std::string& from, const std::string& to)
+{
+    return waitUntil(10000, [&] { return jack_connect(client, from.c_str(), to.c_str()) == 0; });
+}
+
+bool JackListener::connectFrom(const std::string& port)
+{
+    return connect(port, jack_port_name(input));
+}
+
+bool JackListener::connectTo(const std::string& port)
+{
+    return connect(jack_port_name(output), port);
+}
+
+void JackListener::play(bool on)
+{
+    if (on)
+        jack_transport_start(client);
+    else
+        jack_transport_stop(client);
+}
+
+bool JackListener::isRolling() const
+{
+    return jack_transport_query(client, nullptr) == JackTransportRolling;
+}
+
+bool JackListener::waitRolling(bool wanted, int milliseconds) const
+{
+    return waitUntil(milliseconds, [&] { return isRolling() == wanted; });
+}
+
+bool JackListener::waitFrame(unsigned wanted, int milliseconds) const
+{
+    return waitUntil(milliseconds, [&] { return frame() >= wanted; });
+}
+
+double JackListener::tempo() const
+{
+    jack_position_t position;
+    jack_transport_query(client, &position);
+    return position.valid & JackPositionBBT ? position.beats_per_minute : 0;
+}
+
+void JackListener::send(std::array<uint8_t, 3> bytes) { toSend.push(bytes); }
+
+std::vector<JackListener::Heard> JackListener::take()
+{
+    std::vector<Heard> all;
+    Heard one;
+    while (heard.take(one))
+        all.push_back(one);
+    return all;
+}

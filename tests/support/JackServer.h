@@ -1,0 +1,70 @@
+// A JACK server without a sound device, for one test, and another client of it that listens to
+// messages and handles the transport. Tests never touch the server of the one who runs them.
+#pragma once
+
+#include "base/Ring.h"
+
+#include <array>
+#include <cstdint>
+#include <jack/jack.h>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+class JackServer {
+public:
+    static constexpr int kRate = 48000; // Hz
+    static constexpr int kBlock = 256;  // frames
+
+    JackServer();
+    ~JackServer();
+    JackServer(const JackServer&) = delete;
+    JackServer& operator=(const JackServer&) = delete;
+
+    static bool isInstalled();
+    bool isRunning() const { return answers; }
+    void stop();
+
+private:
+    pid_t process = -1;
+    bool answers = false;
+};
+
+class JackListener {
+public:
+    struct Heard {
+        int64_t frame; // of the transport
+        std::array<uint8_t, 3> bytes;
+        friend bool operator==(const Heard&, const Heard&) = default;
+    };
+
+    JackListener();
+    ~JackListener();
+    JackListener(const JackListener&) = delete;
+    JackListener& operator=(const JackListener&) = delete;
+
+    // Waits for the ports of the other client, up to ten seconds.
+    bool connectFrom(const std::string& port);
+    bool connectTo(const std::string& port);
+    void play(bool on);
+    void locate(unsigned frame) { jack_transport_locate(client, frame); }
+    bool isRolling() const;
+    unsigned frame() const { return jack_get_current_transport_frame(client); }
+    bool waitRolling(bool wanted, int milliseconds = 5000) const;
+    bool waitFrame(unsigned wanted, int milliseconds = 20000) const;
+    // Tempo that the server tells, 0 for none.
+    double tempo() const;
+    void send(std::array<uint8_t, 3> bytes);
+    std::vector<Heard> take();
+
+    jack_client_t* client;
+
+private:
+    int process(jack_nframes_t frames);
+    bool connect(const std::string& from, const std::string& to);
+
+    jack_port_t* input;
+    jack_port_t* output;
+    Ring<Heard, 16384> heard;
+    Ring<std::array<uint8_t, 3>, 64> toSend;
+};
