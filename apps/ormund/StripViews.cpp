@@ -37,8 +37,12 @@ void IconButton::draw(CDrawContext* context)
     context->setFrameColor(isHovered ? look::kFrameHover : look::kRaisedFrame);
     context->drawRoundRect(size, kRadius, kDrawFilledAndStroked);
     Paint paint(context->cairo(), context->getScale(), size.right, size.bottom);
-    drawIcon(paint, icon, (size.left + size.right) / 2.0, (size.top + size.bottom) / 2.0, kIconSize,
-        isLit ? hue : palette::kBodyText);
+    const double x = (size.left + size.right) / 2.0;
+    const double y = (size.top + size.bottom) / 2.0;
+    const Ink& colour = isLit ? hue : palette::kBodyText;
+    drawIcon(paint, icon, x, y, kIconSize, colour);
+    if (isToEnd)
+        paint.line(x - kBarLeft, y - kBarHalf, x - kBarLeft, y + kBarHalf, kBarWidth, colour);
     setDirty(false);
 }
 
