@@ -121,7 +121,7 @@ void FormatPlugin::run(
     stateRules = 0;
     for (uint32_t i = 0; i < count; ++i)
         wrapped.queueMidi(static_cast<int>(std::min(events[i].frame, frames)), events[i].data,
-            static_cast<int>(std::min<uint32_t>(events[i].size, MidiEvent::kDataSize)));
+            static_cast<int>(std::min<uint32_t>(events[i].size, uint32_t{MidiEvent::kDataSize})));
     const SongPlace place = follower.follow(barPlace(), static_cast<int>(frames), getSampleRate());
     wrapped.run(&place, outputs, static_cast<int>(frames));
 }
