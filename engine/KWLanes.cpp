@@ -21,7 +21,8 @@ void Lane::readLoop(int row)
 
 int Lane::position(float masterStep, PlaybackMode mode)
 {
-    const auto count = static_cast<unsigned>(masterStep);
+    // Before the song's start the count is below zero.
+    const auto count = static_cast<unsigned>(static_cast<int64_t>(masterStep));
     const bool countMoved = countSeen.changed(count);
     if (!modeSeen.changed(mode) && !countMoved && !loopRead)
         return place;

@@ -22,7 +22,7 @@ OpenedDriver SilentDriver::open(LiveHost& host, const SoundWishes& wishes)
 SilentDriver::SilentDriver(LiveHost& host, const SoundWishes& wishes, int rate, int block)
     : blocks(
         std::make_unique<ClockedBlocks>(host, rate, block, block, wishes.midiIn, wishes.midiOut))
-    , thread([this, rate, block] { play(rate, block); })
+    , thread([this, rate, block] { keepTime(rate, block); })
 {
 }
 
@@ -37,7 +37,7 @@ std::string SilentDriver::describe() const
     return blocks->hasOutput() ? "no sound, MIDI alone" : "no sound, no MIDI";
 }
 
-void SilentDriver::play(int rate, int block)
+void SilentDriver::keepTime(int rate, int block)
 {
     const auto size = static_cast<size_t>(block);
     std::vector<float> sides(2 * size);

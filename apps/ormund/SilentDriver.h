@@ -15,7 +15,7 @@ public:
 
 private:
     SilentDriver(LiveHost& host, const SoundWishes& wishes, int rate, int block);
-    void play(int rate, int block);
+    void keepTime(int rate, int block);
 
     std::unique_ptr<ClockedBlocks> blocks;
     OneWayFlag over;

@@ -199,8 +199,8 @@ private:
     static const void* extension(const clap_host_t*, const char* id)
     {
         static const clap_host_gui_t window{[](const clap_host_t*) {},
-            [](const clap_host_t* host, uint32_t width, uint32_t height) {
-                static_cast<ClapHost*>(host->host_data)->resized(width, height);
+            [](const clap_host_t* host, uint32_t wide, uint32_t high) {
+                static_cast<ClapHost*>(host->host_data)->resized(wide, high);
                 return true;
             },
             [](const clap_host_t*) { return true; }, [](const clap_host_t*) { return true; },

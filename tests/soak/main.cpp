@@ -14,8 +14,7 @@
 namespace fs = std::filesystem;
 
 namespace {
-constexpr double kRound = 600; // seconds from one silence to the next
-constexpr double kKilobyte = 1024;
+constexpr double kRound = 600;      // seconds from one silence to the next
 constexpr double kMostGrowth = 512; // KB, between the first quarter and the end
 
 struct Memory {
@@ -28,7 +27,7 @@ Memory memoryNow()
     Memory memory;
 #ifndef ORMUND_CHECKED
     malloc_trim(0);
-    memory.inUse = static_cast<double>(mallinfo2().uordblks) / kKilobyte;
+    memory.inUse = static_cast<double>(mallinfo2().uordblks) / 1024;
 #endif
     if (FILE* file = std::fopen("/proc/self/statm", "r")) {
         long size = 0;

@@ -18,15 +18,18 @@ Stereo tune(float rate, const AudioLoops& loops, const SynthPlayer::Split& split
         player.set(tag, 0.3f + 0.4f * dice.unit());
     Stereo all;
     for (int step = 0; step < 150; ++step) {
-        player.noteOn(dice.note(30, 60), dice.note(1, 127));
+        const unsigned velocity = dice.note(1, 127);
+        player.noteOn(dice.note(30, 60), velocity);
         if (step % 3 == 0)
             player.noteOff(dice.note(30, 60));
         if (step % 20 == 19) {
             for (unsigned note = 30; note < 90; ++note)
                 player.noteOff(note);
         }
-        player.set(KWSynth::kFirstTag + dice.below(19), dice.unit());
-        const Stereo part = player.play(5 + dice.below(30), dice.unit(), split);
+        const float value = dice.unit();
+        player.set(KWSynth::kFirstTag + dice.below(19), value);
+        const float bend = dice.unit();
+        const Stereo part = player.play(5 + dice.below(30), bend, split);
         all.left.insert(all.left.end(), part.left.begin(), part.left.end());
         all.right.insert(all.right.end(), part.right.begin(), part.right.end());
     }
