@@ -199,19 +199,19 @@ private:
     static const void* extension(const clap_host_t*, const char* id)
     {
         static const clap_host_gui_t window{[](const clap_host_t*) {},
-            [](const clap_host_t* host, uint32_t wide, uint32_t high) {
-                static_cast<ClapHost*>(host->host_data)->resized(wide, high);
+            [](const clap_host_t* asking, uint32_t wide, uint32_t high) {
+                static_cast<ClapHost*>(asking->host_data)->resized(wide, high);
                 return true;
             },
             [](const clap_host_t*) { return true; }, [](const clap_host_t*) { return true; },
             [](const clap_host_t*, bool) {}};
         static const clap_host_timer_support_t timers{
-            [](const clap_host_t* host, uint32_t, clap_id* timerId) {
+            [](const clap_host_t* asking, uint32_t, clap_id* timerId) {
                 *timerId = kTimer;
-                return static_cast<ClapHost*>(host->host_data)->ticking = true;
+                return static_cast<ClapHost*>(asking->host_data)->ticking = true;
             },
-            [](const clap_host_t* host, clap_id) {
-                static_cast<ClapHost*>(host->host_data)->ticking = false;
+            [](const clap_host_t* asking, clap_id) {
+                static_cast<ClapHost*>(asking->host_data)->ticking = false;
                 return true;
             }};
         if (std::strcmp(id, CLAP_EXT_GUI) == 0)
