@@ -5,6 +5,7 @@
 #include <cairo.h>
 #include <hb-ot.h>
 #include <hb.h>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -45,9 +46,14 @@ using Outline = std::vector<OutlineStep>;
 
 void add(void* outline, OutlineStep step) { static_cast<Outline*>(outline)->push_back(step); }
 
+// Goes with the module, which some hosts load and unload many times.
+struct DestroyCalls {
+    void operator()(hb_draw_funcs_t* calls) const { hb_draw_funcs_destroy(calls); }
+};
+
 hb_draw_funcs_t* outlineCalls()
 {
-    static hb_draw_funcs_t* const calls = [] {
+    static const std::unique_ptr<hb_draw_funcs_t, DestroyCalls> calls([] {
         hb_draw_funcs_t* made = hb_draw_funcs_create();
         hb_draw_funcs_set_move_to_func(
             made,
@@ -76,8 +82,8 @@ hb_draw_funcs_t* outlineCalls()
             nullptr, nullptr);
         hb_draw_funcs_make_immutable(made);
         return made;
-    }();
-    return calls;
+    }());
+    return calls.get();
 }
 
 } // namespace
