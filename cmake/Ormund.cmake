@@ -13,8 +13,6 @@ if(ORMUND_WERROR)
 endif()
 if(ORMUND_SANITIZE)
   add_compile_options(-fsanitize=${ORMUND_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
-  # The framework's entry points take records that it declares by itself.
-  add_compile_options($<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
   add_link_options(-fsanitize=${ORMUND_SANITIZE})
   add_compile_definitions(ORMUND_CHECKED)
   foreach(checker ADDRESS REALTIME)
