@@ -1,5 +1,6 @@
 #include "controls/KWButton.h"
 
+#include "controls/KWFrame.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 
@@ -216,7 +217,26 @@ void KWButton::updateControl(void* context)
     KWControl::updateControl(context);
 }
 
-// From the keyboard a button is pressed and let go; a cycling one goes either way.
+// Return is a click in the middle.
+bool KWButton::onKeyDown(const CKeyEvent& event)
+{
+    const bool pressed = event.key == CKey::Return || event.key == CKey::Enter;
+    if (!pressed || event.modifiers != 0 || !isLive() || !getMouseEnabled())
+        return KWControl::onKeyDown(event);
+    const bool wasHovered = hovered;
+    const CPoint middle((mouseableArea.left + mouseableArea.right) / 2,
+        (mouseableArea.top + mouseableArea.bottom) / 2);
+    onMouseDown(middle, kLButton);
+    onMouseUp(middle, 0);
+    hovered = wasHovered;
+    if (!wasHovered)
+        startHideTimer();
+    if (frame)
+        frame->showFocusRing(true);
+    return true;
+}
+
+// A cycling button goes either way.
 bool KWButton::stepValue(int steps, bool)
 {
     if (buttonType != kCycle || stateCount < 1)

@@ -41,6 +41,7 @@ public:
     void updateControl(void* context) override;
     void setPopupControl(KWControl* popup) override { popupControl = popup; }
     bool stepValue(int steps, bool fine) override;
+    bool onKeyDown(const CKeyEvent& event) override;
 
     // The button stays lit while its menu is open.
     void menuOpened() override;

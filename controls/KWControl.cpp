@@ -179,7 +179,8 @@ bool KWControl::stepValue(int steps, bool fine)
 bool KWControl::onKeyDown(const CKeyEvent& event)
 {
     const bool modalElsewhere = frame && frame->modalControl && frame->modalControl != this;
-    if (!isLive() || !getMouseEnabled() || modalElsewhere || (event.modifiers & ~kShift))
+    if (!takesKeys() || !isLive() || !getMouseEnabled() || modalElsewhere
+        || (event.modifiers & ~kShift))
         return false;
     const bool up = event.key == CKey::Up || event.key == CKey::Right;
     const bool down = event.key == CKey::Down || event.key == CKey::Left;

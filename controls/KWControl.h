@@ -69,8 +69,10 @@ public:
     virtual void setMenuValue(float) { }
     virtual void addHoverView(CView* view);
     virtual void addHoverViewAlt(CView* view);
+    // Whether the keyboard moves it, so that it can have the focus ring.
+    virtual bool takesKeys() const { return true; }
     // The arrow keys of a focused control: up and right are 1, down and left -1; `fine` with Shift.
-    // False where the keyboard moves nothing.
+    // False where this key moves nothing.
     virtual bool stepValue(int steps, bool fine);
     bool onKeyDown(const CKeyEvent& event) override;
     // The focus ring's rectangle; empty for a control that shows none.

@@ -4,6 +4,7 @@
 #include "view/CDrawContext.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 constexpr double kRingWidth = 1.5;
@@ -165,13 +166,41 @@ void KWFrame::idle()
 // Keys that the focused view left. A modal control hears them all, since no other takes a key then.
 bool KWFrame::onKeyDown(const CKeyEvent& event)
 {
-    if (!modalControl)
+    if (!modalControl) {
+        if (event.key == CKey::Tab && (event.modifiers & ~kShift) == 0)
+            return moveFocus((event.modifiers & kShift) != 0);
         return CFrame::onKeyDown(event);
+    }
     if (event.key == CKey::Escape) {
         modalControl->endModal(0);
         return true;
     }
     return modalControl->onKeyDown(event);
+}
+
+bool KWFrame::moveFocus(bool backward)
+{
+    std::vector<KWControl*> reachable;
+    for (KWControl* control : controls)
+        if (control->takesKeys() && control->isLive() && control->getMouseEnabled()
+            && !control->focusRect().isEmpty())
+            reachable.push_back(control);
+    if (reachable.empty())
+        return false;
+    std::stable_sort(
+        reachable.begin(), reachable.end(), [](const KWControl* one, const KWControl* other) {
+            const CRect& a = one->getViewSize();
+            const CRect& b = other->getViewSize();
+            return std::tie(a.top, a.left) < std::tie(b.top, b.left);
+        });
+    const auto here = std::find(reachable.begin(), reachable.end(), getFocusView());
+    const size_t count = reachable.size();
+    size_t index = backward ? count - 1 : 0; // without a focus, at the near end
+    if (here != reachable.end())
+        index = (size_t(here - reachable.begin()) + (backward ? count - 1 : 1)) % count;
+    setFocusView(reachable[index]);
+    showFocusRing(true);
+    return true;
 }
 
 void KWFrame::setFocusView(CView* view)

@@ -52,6 +52,9 @@ public:
     bool focusRingShown = false;
 
 private:
+    // To the next control that the keyboard moves, in reading order and round; or to the one
+    // before.
+    bool moveFocus(bool backward);
     bool isModalAttached() const;
     void drawFocusRing(CDrawContext* context);
     void invalidFocusRing();

@@ -26,7 +26,7 @@ public:
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
     void updateControl(void* context) override;
     void valueChanged(CControl* sender) override;
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
 
     // The note at a point, -1 for none.
     int noteAt(const CPoint& where) const;

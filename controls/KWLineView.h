@@ -12,7 +12,7 @@ public:
 
     void draw(CDrawContext* context) override;
     void setPopupControl(KWControl* popup) override { popupControl = popup; }
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
 
     // The cell at x, clamped into the row; -1 without a line.
     int cellAt(int x) const;

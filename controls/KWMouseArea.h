@@ -21,7 +21,7 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
 
     const State& getState() const { return state; }
     bool isTracking() const { return tracking; }

@@ -38,7 +38,7 @@ public:
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
     void updateControl(void* context) override;
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
 
     CRect objectRect(int index) const;
     // The topmost object at a point, -1 for none.

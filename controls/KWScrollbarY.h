@@ -12,7 +12,7 @@ public:
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseUp(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
 
     // Grows with the share of the list that is visible.
     CRect thumbRect() const;

@@ -28,7 +28,7 @@ public:
     void updateControl(void* context) override;
     void setViewSize(const CRect& rect, bool invalidate = true) override;
     void setPopupControl(KWControl* popup) override { popupControl = popup; }
-    bool stepValue(int, bool) override { return false; }
+    bool takesKeys() const override { return false; }
     virtual void setTable(KWTable* newTable);
     void valueChanged(CControl* sender) override;
 

@@ -219,6 +219,60 @@ TEST_F(Card, KeysPlayUndoAndSize)
     EXPECT_EQ(rig.editor.getScale(), scale);
 }
 
+TEST_F(Card, TabWalksArrowsMoveAndMenusAnswerToKeys)
+{
+    std::set<const CView*> visited;
+    const CView* first = nullptr;
+    for (int i = 0; i < 30; ++i) {
+        ASSERT_TRUE(key(CKey::Tab, 0, 0));
+        visited.insert(rig.editor.getFrame()->getFocusView());
+        first = first ? first : rig.editor.getFrame()->getFocusView();
+    }
+    EXPECT_EQ(visited.size(), 30u);
+    for (int i = 0; i < 29; ++i)
+        ASSERT_TRUE(key(CKey::Tab, 0, kShift));
+    EXPECT_EQ(rig.editor.getFrame()->getFocusView(), first);
+
+    const auto focus = [&](int tag) {
+        for (int i = 0; i < 700; ++i) {
+            key(CKey::Tab, 0, 0);
+            const auto* control = dynamic_cast<CControl*>(rig.editor.getFrame()->getFocusView());
+            if (control && control->getTag() == tag)
+                return true;
+        }
+        return false;
+    };
+    ASSERT_TRUE(focus(Tag::MasterGateTime));
+    const float before = rig.engine.parameters.raw(Tag::MasterGateTime);
+    EXPECT_TRUE(key(CKey::Up, 0, 0));
+    const float coarse = rig.engine.parameters.raw(Tag::MasterGateTime) - before;
+    EXPECT_GT(coarse, 0);
+    EXPECT_TRUE(key(CKey::Up, 0, kShift));
+    const float fine = rig.engine.parameters.raw(Tag::MasterGateTime) - before - coarse;
+    EXPECT_GT(fine, 0);
+    EXPECT_LT(fine, coarse);
+
+    ASSERT_TRUE(focus(Tag::HalfSpeed));
+    EXPECT_TRUE(key(CKey::Return, 0, 0));
+    EXPECT_EQ(rig.engine.parameters.index(Tag::HalfSpeed), 1);
+    ASSERT_TRUE(focus(Tag::PitchRandom));
+    const StateImage drawn(rig.engine);
+    EXPECT_TRUE(key(CKey::Return, 0, 0));
+    EXPECT_THAT(StateImage(rig.engine).changedSince(drawn), testing::ElementsAre(Tag::Pitch));
+
+    ASSERT_TRUE(focus(Tag::Scale));
+    const int scale = rig.engine.parameters.index(Tag::Scale);
+    for (const CKey last : {CKey::Escape, CKey::Return}) {
+        EXPECT_TRUE(key(CKey::Return, 0, 0));
+        rig.idle();
+        EXPECT_TRUE(key(CKey::Down, 0, 0));
+        EXPECT_TRUE(key(CKey::Down, 0, 0));
+        EXPECT_TRUE(key(last, 0, 0));
+        rig.idle();
+        EXPECT_EQ(rig.engine.parameters.index(Tag::Scale) == scale, last == CKey::Escape);
+    }
+}
+
 TEST_F(Card, TheKeyboardHoldsAndLatches)
 {
     const CRect white = keyRect(60, findControl(551)->place.height());
