@@ -60,6 +60,24 @@ TEST(Clock, AStoppedHostIsSilentInEveryTriggerMode)
     }
 }
 
+TEST(Clock, AHeldKeyIsTheGateInKeyboardMode)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TriggerMode, 0.0f);
+    player.start();
+    player.playBeats(1.1);
+    EXPECT_TRUE(player.noteOns().empty());
+    player.send(0x90, 72, 100);
+    player.playBeats(1);
+    EXPECT_EQ(player.noteOns().size(), 5u); // the step that it falls into, too
+    player.send(0x80, 72, 0);
+    player.play(64);
+    player.forget();
+    player.playBeats(1);
+    EXPECT_TRUE(player.noteOns().empty());
+}
+
 TEST(Clock, TheKeyboardTogglesItsOwnClock)
 {
     Player player;

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <set>
 
 using testing::ElementsAre;
@@ -169,6 +170,76 @@ TEST(Notes, RandomCommandsChangeOneValueOfTheStep)
     }
     EXPECT_GT(pitches.size(), 5u);
     EXPECT_GT(velocities.size(), 5u);
+}
+
+TEST(Notes, EachRandomCommandMovesItsOwnValue)
+{
+    // What eight beats of one command at every step let out.
+    struct Heard {
+        std::set<int> pitches, velocities, lengths, statuses, chordSizes, controllers;
+        size_t notes = 0;
+    };
+    const auto hear = [](int command) {
+        Player player;
+        player.writePlainNotes();
+        for (int k = 0; k < kModTracks; ++k) {
+            player.engine().setParameter(Tag::ModTrackOn + k, 1);
+            player.engine().setParameter(Tag::ModTarget + k, (float(20 + k) + 0.5f) / 130.0f);
+        }
+        for (int step = 0; step < 32; ++step)
+            player.engine().tracks.performance.setStep(step, float(command));
+        player.start();
+        player.playBeats(8);
+        Heard heard;
+        std::map<int64_t, int> together;
+        std::map<int, int64_t> started;
+        for (const MidiOut& event : player.events()) {
+            if (event.frame > 0) // all controllers go out at the start
+                heard.statuses.insert(event.status & 0xF0);
+            if (event.isNoteOn()) {
+                ++heard.notes;
+                ++together[event.frame];
+                heard.pitches.insert(event.data1);
+                heard.velocities.insert(event.data2);
+                started[event.data1] = event.frame;
+            } else if (event.isNoteOff()) {
+                heard.lengths.insert(int(event.frame - started[event.data1]) / 64);
+            } else if ((event.status & 0xF0) == 0xB0 && event.frame > 0) {
+                heard.controllers.insert(event.data1);
+            }
+        }
+        for (const auto& [frame, size] : together)
+            heard.chordSizes.insert(size);
+        return heard;
+    };
+    const Heard plain = hear(0);
+    EXPECT_EQ(plain.notes, 32u);
+    EXPECT_THAT(plain.pitches, ElementsAre(kMiddle));
+
+    const size_t muted = hear(int(StepCommand::VelocityOn)).notes;
+    EXPECT_GT(muted, 5u);
+    EXPECT_LT(muted, 27u);
+
+    const Heard gates = hear(int(StepCommand::Gate));
+    EXPECT_GT(gates.lengths.size(), plain.lengths.size() + 5);
+    EXPECT_EQ(gates.pitches, plain.pitches);
+
+    const Heard octaves = hear(int(StepCommand::Octave));
+    EXPECT_GT(octaves.pitches.size(), 2u);
+    for (const int pitch : octaves.pitches)
+        EXPECT_EQ((pitch - kMiddle) % 12, 0) << pitch;
+
+    EXPECT_THAT(hear(int(StepCommand::PitchBend)).statuses, testing::Contains(0xE0));
+    EXPECT_THAT(plain.statuses, testing::Not(testing::Contains(0xE0)));
+
+    for (const StepCommand chord : {StepCommand::MajorChord, StepCommand::MinorChord})
+        EXPECT_GE(*hear(int(chord)).chordSizes.rbegin(), 3) << int(chord);
+
+    EXPECT_GT(hear(int(StepCommand::Arpeggio)).notes, 40u);
+
+    for (int k = 0; k < kModTracks; ++k)
+        EXPECT_THAT(hear(int(StepCommand::FirstMod) + k).controllers, ElementsAre(20 + k)) << k;
+    EXPECT_THAT(plain.controllers, IsEmpty());
 }
 
 TEST(Lanes, EveryModeWalksItsLoop)

@@ -224,6 +224,30 @@ TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndTwinsAgree)
     }
 }
 
+TEST(Patterns, ARetriggerBeginsTheSongAnew)
+{
+    Player player;
+    Tracks& tracks = player.engine().tracks;
+    for (int row = 0; row < 16; ++row) {
+        tracks.selectRow(row);
+        player.writePlainNotes();
+        fill(tracks.pitch, static_cast<float>(row - 8));
+    }
+    tracks.selectRow(0);
+    for (int i = 0; i < 8; ++i)
+        tracks.patternNumbers.setStep(i, static_cast<float>(i + 3));
+    player.engine().setParameter(Tag::SongSpeed, 1.5f / 6.0f); // two steps
+    player.engine().setParameter(Tag::SongOn, 1);
+    player.start();
+    player.playBeats(1.1);
+    player.engine().setParameter(Tag::Retrigger, 1);
+    player.playBeats(0.6);
+    std::vector<int> rows;
+    for (const MidiOut& on : player.noteOns())
+        rows.push_back(on.data1 - 48 + 8);
+    EXPECT_THAT(rows, ElementsAre(3, 3, 4, 4, 5, 3, 4));
+}
+
 TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
 {
     Player player;
