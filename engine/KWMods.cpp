@@ -5,9 +5,7 @@
 #include "data/Tracks.h"
 #include "engine/EventQueues.h"
 
-namespace {
-// The synth parameter that each track drives.
-constexpr int kSynthTarget[KWMods::kTracks] = {
+const std::array<int, KWMods::kTracks> KWMods::kSynthTargets = {
     Tag::SynthLevel,
     Tag::SynthPan,
     Tag::SynthWave,
@@ -17,6 +15,8 @@ constexpr int kSynthTarget[KWMods::kTracks] = {
     Tag::SynthPeak,
     Tag::DelayMix,
 };
+
+namespace {
 // Deliberate: the last two go to the synth in this order.
 constexpr int kSynthOrder[KWMods::kTracks] = {0, 1, 2, 3, 4, 5, 7, 6};
 
@@ -76,7 +76,7 @@ void KWMods::tick(const KWLanes::Out& lanes, const KWPerformance::Out& performan
         const bool drives = enabled && settings.on[k] != 0 && settings.toSynth[k] != 0;
         if (drives && values[k] != cell.sentToSynth) {
             cell.sentToSynth = values[k];
-            sink.setParameter(kSynthTarget[track], values[k]);
+            sink.setParameter(kSynthTargets[k], values[k]);
         }
     }
 }

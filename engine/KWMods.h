@@ -17,6 +17,8 @@ class Tracks;
 class KWMods {
 public:
     static constexpr int kTracks = 8;
+    // The synth's parameter that each track drives, by its tag.
+    static const std::array<int, kTracks> kSynthTargets;
 
     struct Settings {                  // written by setParameter, on any thread
         Crossing<int32_t> enabled = 1; // all of them

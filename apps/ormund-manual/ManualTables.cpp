@@ -9,6 +9,7 @@
 #include "data/Tracks.h"
 #include "editor/ControlCatalogue.h"
 #include "engine/KWKeys.h"
+#include "engine/KWMods.h"
 #include "skin/ChoiceGrids.h"
 #include "synth/Lanes.h"
 
@@ -183,6 +184,14 @@ std::string patternKeys()
     return table.text();
 }
 
+std::string synthKnobs()
+{
+    HtmlTable table("knobs", {"Modulation track", "Knob of the synth"});
+    for (int track = 0; track < KWMods::kTracks; ++track)
+        table.row({std::to_string(track + 1), hintOfControl(KWMods::kSynthTargets[size_t(track)])});
+    return table.text();
+}
+
 struct Maker {
     std::string_view name;
     std::function<std::string()> make;
@@ -194,6 +203,7 @@ const Maker kMakers[] = {
     {"bends", bends},
     {"host parameters", automation},
     {"action keys", actionKeys},
+    {"synth knobs", synthKnobs},
     {"pattern keys", patternKeys},
 };
 
