@@ -224,7 +224,11 @@ void runVoices(VoiceBank& bank, const VoiceMix& mix, float* left, float* right, 
             rests &= runPulsesAndFilter<false>(bank, mix, g, saws, out, samples);
         }
     }
-    // Whole registers of samples; what lies beyond the run is computed and left.
+    // Whole registers of samples; what lies beyond the run is computed and left. It is silence, not
+    // what the stack held: that could be denormals, which cost a hundred times as much.
+    static_assert(kMaxRun % kWidth == 0);
+    const int beyond = (kWidth - samples % kWidth) % kWidth;
+    __builtin_memset(out + samples, 0, static_cast<size_t>(beyond) * sizeof out[0]);
     float sides[2][kMaxRun];
     for (int i = 0; i < samples; i += kWidth) {
         // Beyond 4 the clip would turn over. A sum that is no number becomes silence.
