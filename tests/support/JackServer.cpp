@@ -44,14 +44,16 @@ JackServer::JackServer()
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     const std::string rate = std::to_string(kRate);
     const std::string block = std::to_string(kBlock);
-    // Synchronous and patient: a client that is late on a busy machine loses nothing.
-    const char* arguments[] = {"jackd", "-n", name.c_str(), "-r", "-S", "-t", "5000", "-d", "dummy",
-        "-r", rate.c_str(), "-p", block.c_str(), nullptr};
+    // Synchronous and patient: a client that is late on a busy machine loses nothing. The server
+    // ends with the test even when that crashes.
+    const char* arguments[] = {"setpriv", "--pdeathsig", "TERM", "jackd", "-n", name.c_str(), "-r",
+        "-S", "-t", "5000", "-d", "dummy", "-r", rate.c_str(), "-p", block.c_str(), nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     for (const int output : {1, 2})
         posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
-    if (posix_spawnp(&process, "jackd", &actions, nullptr, const_cast<char**>(arguments), environ)
+    if (posix_spawnp(
+            &process, arguments[0], &actions, nullptr, const_cast<char**>(arguments), environ)
         != 0)
         process = -1;
     posix_spawn_file_actions_destroy(&actions);

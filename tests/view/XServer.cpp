@@ -36,13 +36,16 @@ XServer::XServer()
         return;
     // The server picks a free display number and writes it to the pipe.
     const std::string target = std::to_string(ends[1]);
-    const char* arguments[] = {"Xvfb", "-displayfd", target.c_str(), "-screen", "0", "2400x1500x24",
-        "-nolisten", "tcp", "-noreset", nullptr};
+    // It ends with the test even when that crashes, and holds no pipe that somebody waits for.
+    const char* arguments[] = {"setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd",
+        target.c_str(), "-screen", "0", "2400x1500x24", "-nolisten", "tcp", "-noreset", nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    for (const int output : {1, 2})
+        posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addclose(&actions, ends[0]);
-    if (posix_spawnp(&process, "Xvfb", &actions, nullptr, const_cast<char**>(arguments), environ)
+    if (posix_spawnp(
+            &process, arguments[0], &actions, nullptr, const_cast<char**>(arguments), environ)
         != 0)
         process = -1;
     posix_spawn_file_actions_destroy(&actions);
