@@ -44,10 +44,10 @@ public:
             throw std::runtime_error(dlerror());
         const auto enter = reinterpret_cast<bool (*)(void*)>(dlsym(library, "ModuleEntry"));
         const auto getFactory =
-            reinterpret_cast<v3_plugin_factory** (*)()>(dlsym(library, "GetPluginFactory"));
+            reinterpret_cast<const void* (*)()>(dlsym(library, "GetPluginFactory"));
         if (!enter || !getFactory || !enter(library))
             throw std::runtime_error("no VST3 module");
-        factory = getFactory();
+        factory = static_cast<v3_plugin_factory**>(const_cast<void*>(getFactory()));
         v3_class_info info{};
         v3_cpp_obj(factory)->get_class_info(factory, 0, &info);
         create(info.class_id, v3_component_iid, component);
