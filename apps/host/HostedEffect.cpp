@@ -9,13 +9,6 @@ namespace {
 // The instance that is being made calls its host before it can be told apart from others.
 thread_local HostedEffect* hostInConstruction = nullptr;
 
-#ifdef ORMUND_ADDRESS_CHECKED
-// What libraries keep for good would count as lost once they are unloaded.
-constexpr int kStaysLoaded = RTLD_NODELETE;
-#else
-constexpr int kStaysLoaded = 0;
-#endif
-
 constexpr char kHostVendor[] = "Kelda Works";
 
 } // namespace
@@ -29,7 +22,7 @@ HostedEffect::~HostedEffect()
 
 HostedEffect::Entry HostedEffect::loadModule(const std::string& path)
 {
-    module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | kStaysLoaded);
+    module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module) {
         problem = dlerror();
         return nullptr;
