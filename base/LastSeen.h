@@ -23,6 +23,7 @@ public:
     }
     T value() const { return seen; }
     void set(T value) { seen = value; }
+    friend bool operator==(const LastSeen&, const LastSeen&) = default;
 
 private:
     T seen{};

@@ -8,9 +8,7 @@
 
 namespace {
 constexpr double kPoints = 32.0;
-constexpr float kCentre = 64.0f;
 constexpr float kSemitones = 2.0f; // range of the synth's bend
-constexpr float kEighths = 8.0f;   // the bend moves so many times a beat
 constexpr float kShortestGate = 0.025f;
 constexpr int kPitchBendStatus = 0xE0;
 } // namespace
@@ -24,11 +22,9 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
     if (trigger.changed(position) && position > 0)
         event = event == 1.0f ? 0.5f : 1.0f;
 
-    eighthCounter += kEighths / clock.ticksPerBeat;
-    const bool starts = eventSeen.changed(event);
-    if (starts || eighthCounter >= kEighths)
+    advanceEighths(clock);
+    if (eventSeen.changed(event)) {
         eighthCounter = 0;
-    if (starts) {
         // The shape lasts as long as the note, in the default multiple.
         const double steps = 4.0 * static_cast<double>(std::max(notes.gate, kShortestGate));
         sweepRate = kPoints / steps * clock.stepsPerTick;

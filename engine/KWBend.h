@@ -17,7 +17,31 @@ public:
         const KWNotes::Out&, OutgoingList& outgoing);
     float semitones() const { return latchedSemitones; } // for the synth
 
+    // Whether another tick would bend nothing and send nothing, as long as nothing moves that it
+    // reads.
+    bool holds() const
+    {
+        return !(sweep > 0) && event == finishedEvent && latchedSemitones == 0
+            && latchedMidi == kCentre && sentMidi == kCentre;
+    }
+    // Instead of tick() where it holds.
+    void rest(const KWClock::Out& clock)
+    {
+        advanceEighths(clock);
+        eighth.set(static_cast<int>(eighthCounter));
+    }
+
 private:
+    static constexpr float kCentre = 64.0f; // of what MIDI calls the bend
+    static constexpr float kEighths = 8.0f; // the bend moves so many times a beat
+
+    void advanceEighths(const KWClock::Out& clock)
+    {
+        eighthCounter += kEighths / clock.ticksPerBeat;
+        if (eighthCounter >= kEighths)
+            eighthCounter = 0;
+    }
+
     const Tracks& tracks;
     LastSeen<float> trigger;
     float event = 0; // 1 and 0.5 by turns
@@ -28,7 +52,7 @@ private:
     double sweepRate = 0; // points a tick
     double sweep = 0;     // 0 to 32, 0 at rest
     int shape = 0;
-    float latchedMidi = 64;
+    float latchedMidi = kCentre;
     float latchedSemitones = 0;
-    float sentMidi = 64;
+    float sentMidi = kCentre;
 };

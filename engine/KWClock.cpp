@@ -3,15 +3,6 @@
 #include "data/ParameterSink.h"
 #include "data/Tags.h"
 
-#include <algorithm>
-
-namespace {
-constexpr double kOwnClockWrap = 32000.0;
-// Rounding must never decide a step: a position that is meant to be on the line counts as on it.
-constexpr double kPositionSlack = 1e-9;
-constexpr double kMostSteps = 2e9;
-} // namespace
-
 KWClock::KWClock(
     KWSystemInfo& timeBase, ParameterSink& parameterSink, const Crossing<float>& reloads)
     : info(timeBase), sink(parameterSink), reloadCounter(reloads)
@@ -33,8 +24,7 @@ void KWClock::deriveSpeed()
 
 void KWClock::sampleRateChanged()
 {
-    for (SwingLine* line : {&mainSwing, &retriggerSwing, &slowdownSwing, &looperSwing})
-        line->setRateRatio(info.rateRatio);
+    ring.setRateRatio(info.rateRatio);
     deriveSpeed();
 }
 
@@ -53,15 +43,6 @@ float KWClock::playWanted(float gate)
     }
 }
 
-float KWClock::rawStep() const
-{
-    const bool ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
-    const double steps = ownClockRuns
-        ? ownClock
-        : static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise + kPositionSlack;
-    return static_cast<float>(static_cast<int>(std::min(steps, kMostSteps)));
-}
-
 void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
 {
     values.reload = reloadCounter;
@@ -75,28 +56,28 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
     values.samplesPerMs = info.samplesPerMillisecond;
     values.ticksPerBeat = info.ticksPerBeat;
 
-    if (values.play > 0)
-        ownClock += values.stepsPerTick;
-    if (ownClock > kOwnClockWrap)
-        ownClock -= kOwnClockWrap;
+    ownClock = nextOwnClock();
     const float start = wanted + values.reload + values.play;
     if (startSeen.changed(start) && start > 0)
         ownClock = 0;
 
     const StepSpeed speed{
         values.stepsPerTick, settings.swingAmount, static_cast<int>(swingDelayTicks.load())};
-    const float raw = rawStep();
+    runningSeen = info.hostRunning;
+    raw = rawStep(ownClock);
     values.retrigger = static_cast<float>(settings.retrigger);
     values.manualStep = settings.manualStep != 0;
 
-    float count = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
-    count = half.tick(count, settings.halfSpeed != 0);
+    swungStep = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
+    float count = half.tick(swungStep, settings.halfSpeed != 0);
     count = retriggerLink.tick(count, settings.retrigger != 0, speed);
     count = slowdownLink.tick(count, settings.slowdown != 0, settings.slowdownCurve, speed);
     count = manual.tick(count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
     const int parityCount = static_cast<int>(values.manualStep ? manual.manualCount() : raw);
     values.stepParity = static_cast<float>(parityCount % 2);
     count = looperLink.tick(count, settings.looper != 0, settings.looperSteps, speed);
+    ring.advance();
+    isSteady = !retriggerLink.isActive() && !slowdownLink.isActive() && !looperLink.isActive();
 
     values.masterStep = count * values.play;
     values.stepChange = keys.keyStep + values.masterStep;

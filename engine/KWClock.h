@@ -8,6 +8,8 @@
 #include "engine/KWKeys.h"
 #include "engine/StepChain.h"
 
+#include <algorithm>
+
 class ParameterSink;
 
 class KWClock {
@@ -52,9 +54,43 @@ public:
     void tick(const KWSystemInfo&, const KWKeys::Out&);
     const Out& out() const { return values; }
 
+    // Whether another tick would find the same count in every link, as long as no setting and no
+    // key moves.
+    bool holds() const
+    {
+        return isSteady && info.hostRunning == runningSeen && rawStep(nextOwnClock()) == raw
+            && mainSwing.swung(raw, settings.swingAmount, static_cast<int>(swingDelayTicks))
+            == swungStep;
+    }
+    // Instead of tick() where it holds.
+    void rest()
+    {
+        ownClock = nextOwnClock();
+        ring.repeat(looperLink.rest(settings.looperSteps, values.stepsPerTick));
+    }
+
 private:
+    // Rounding must never decide a step: a position that is meant to be on the line counts as on
+    // it.
+    static constexpr double kPositionSlack = 1e-9;
+    static constexpr double kMostSteps = 2e9;
+    static constexpr double kOwnClockWrap = 32000.0;
+
     float playWanted(float gate);
-    float rawStep() const;
+    float rawStep(double ownSteps) const
+    {
+        const bool ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
+        const double steps = ownClockRuns
+            ? ownSteps
+            : static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise
+                + kPositionSlack;
+        return static_cast<float>(static_cast<int>(std::min(steps, kMostSteps)));
+    }
+    double nextOwnClock() const
+    {
+        const double next = values.play > 0 ? ownClock + values.stepsPerTick : ownClock;
+        return next > kOwnClockWrap ? next - kOwnClockWrap : next;
+    }
 
     KWSystemInfo& info;
     ParameterSink& sink;
@@ -72,13 +108,17 @@ private:
     int toggleState = 0;
     double ownClock = 0; // steps, for the keyboard's toggle
 
-    SwingLine mainSwing;
-    SwingLine retriggerSwing;
-    SwingLine slowdownSwing;
-    SwingLine looperSwing;
+    // What the last tick found.
+    float runningSeen = 0;
+    float raw = 0;         // the song position in whole steps
+    float swungStep = 0;   // the same behind the main swing
+    bool isSteady = false; // no link plays a count of its own
+
+    SwingRing ring;
+    SwingLine mainSwing{ring, SwingRing::Main};
     HalfSpeedLink half;
-    RetriggerLink retriggerLink{retriggerSwing};
-    SlowdownLink slowdownLink{slowdownSwing};
+    RetriggerLink retriggerLink{ring};
+    SlowdownLink slowdownLink{ring};
     ManualLink manual;
-    LooperLink looperLink{looperSwing};
+    LooperLink looperLink{ring};
 };

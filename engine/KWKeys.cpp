@@ -1,6 +1,5 @@
 #include "engine/KWKeys.h"
 
-#include "data/KWKeyState.h"
 #include "data/KWTableXY.h"
 #include "data/ParameterSink.h"
 #include "data/Tags.h"
@@ -198,9 +197,7 @@ void KWKeys::tick(const KWSystemInfo&)
     // Held keys act at once or on the next line of the grid.
     const ZoneSet& set = sets[mode];
     const int sync = settings.keySyncIndex;
-    const double beats = static_cast<double>(info.songPosition);
-    const double lines = static_cast<double>(settings.keySyncFactor) * beats + 1e-9;
-    if (grid.changed(static_cast<int>(std::min(lines, 2e9))) || sync == 0) {
+    if (grid.changed(gridLine()) || sync == 0) {
         keyTranspose = set.transpose;
         keyPatternRaw = set.pattern;
     }

@@ -5,12 +5,13 @@
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
 #include "base/ParkMiller.h"
+#include "data/KWKeyState.h"
 #include "data/KWSystemInfo.h"
 #include "engine/EventQueues.h"
 
+#include <algorithm>
 #include <array>
 
-class KWKeyState;
 class KWTableXY;
 class ParameterSink;
 
@@ -69,8 +70,25 @@ public:
     // After the lanes have moved, so that a live recording writes the step that plays.
     void record(int mainPosition);
     const Out& out() const { return values; }
+    // Whether another tick would change nothing, as long as no setting moves and no event comes.
+    bool holds() const
+    {
+        return keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty()
+            && (settings.keySyncIndex == 0 || gridLine() == grid.value());
+    }
+    // Instead of tick() where it holds.
+    void rest() { grid.set(gridLine()); }
 
 private:
+    // The line of the grid that the song position has passed last.
+    int gridLine() const
+    {
+        const double lines =
+            static_cast<double>(settings.keySyncFactor) * static_cast<double>(info.songPosition)
+            + 1e-9;
+        return static_cast<int>(std::min(lines, 2e9));
+    }
+
     static constexpr int kSlots = 4;
     struct Slot {
         int note = 0;

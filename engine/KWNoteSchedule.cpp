@@ -1,6 +1,5 @@
 #include "engine/KWNoteSchedule.h"
 
-#include "data/KWSystemInfo.h"
 #include "engine/EventQueues.h"
 #include "synth/KWSimpleMidiManager.h"
 

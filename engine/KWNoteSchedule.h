@@ -1,6 +1,8 @@
 // The notes to come: ons and offs in time order, each counted from the one before it.
 #pragma once
 
+#include "data/KWSystemInfo.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -27,6 +29,15 @@ public:
     // voices. A note off that finds the list full waits for the next tick; a note on is given up
     // together with its off.
     void drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voices);
+
+    // Whether nothing falls due in the coming period.
+    bool holds() const { return head == kNone || at(head).delay >= kTickSamples; }
+    // Instead of drain() where it holds.
+    void rest()
+    {
+        if (head != kNone)
+            at(head).delay -= kTickSamples;
+    }
 
     bool isEmpty() const { return head == kNone; }
     int pendingOffs(int note) const;

@@ -37,20 +37,6 @@ void KWNotes::copyVelocityRow(int pattern, const KWClock::Out& clock)
         workingVelocity[at(i)] = tracks.velocity.step(i);
 }
 
-void KWNotes::advanceSubStep(const KWClock::Out& clock, int lane)
-{
-    subStep += clock.stepsPerTick * subStepPace;
-    if (subStep >= 4.0 || arpeggioLane.changed(lane))
-        subStep = 0;
-}
-
-bool KWNotes::rest(const KWClock::Out& clock, const KWLanes::Out& lanes)
-{
-    if (!arpeggioRuns)
-        advanceSubStep(clock, lanes.performance);
-    return !arpeggioRuns;
-}
-
 KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWClock::Out& clock,
     const KWLanes::Out& lanes, const KWPerformance::Out& performance)
 {

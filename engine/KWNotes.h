@@ -42,9 +42,14 @@ public:
 
     void tick(int pattern, const KWClock::Out&, const KWKeys::Out&, const KWLanes::Out&,
         const KWPerformance::Out&);
-    // Instead of tick() where nothing that it reads has moved: only the arpeggio's clock goes on.
-    // False while an arpeggio plays, for then the tick is needed.
-    bool rest(const KWClock::Out&, const KWLanes::Out&);
+    // Whether another tick would change nothing but the arpeggio's clock, as long as nothing moves
+    // that it reads.
+    bool holds() const { return !arpeggioRuns; }
+    // Instead of tick() where it holds.
+    void rest(const KWClock::Out& clock, const KWLanes::Out& lanes)
+    {
+        advanceSubStep(clock, lanes.performance);
+    }
     // Starts the notes of the tick if the trigger value has moved.
     void trigger(KWNoteSchedule& schedule);
     const Out& out() const { return values; }
@@ -57,7 +62,12 @@ private:
         float subGate = 0; // 0 to 1
     };
 
-    void advanceSubStep(const KWClock::Out&, int lane);
+    void advanceSubStep(const KWClock::Out& clock, int lane)
+    {
+        subStep += clock.stepsPerTick * subStepPace;
+        if (subStep >= 4.0 || arpeggioLane.changed(lane))
+            subStep = 0;
+    }
     void copyVelocityRow(int pattern, const KWClock::Out&);
     Arpeggio arpeggio(int degree, int scale, float base, const KWClock::Out&, const KWLanes::Out&,
         const KWPerformance::Out&);

@@ -2,7 +2,6 @@
 
 #include "data/ParameterSink.h"
 #include "data/PatternStore.h"
-#include "data/Tracks.h"
 
 #include <algorithm>
 
@@ -17,58 +16,62 @@ KWPatterns::KWPatterns(Tracks& allTracks, PatternStore& patternStore, ParameterS
 
 void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
 {
-    const bool stepChanged = parity.changed(clock.stepParity);
-    if (lockEdge.rose(settings.lockButton))
-        lockState = (lockState + 1) % 2;
-    if (playSeen.changed(clock.play))
-        playFlag = clock.play;
-    const bool reloaded = reloadSeen.changed(clock.reload);
+    const Cells before = cells;
+    const Out valuesBefore = values;
+    const bool stepChanged = cells.parity.changed(clock.stepParity);
+    if (cells.lockEdge.rose(settings.lockButton))
+        cells.lockState = (cells.lockState + 1) % 2;
+    if (cells.playSeen.changed(clock.play))
+        cells.playFlag = clock.play;
+    const bool reloaded = cells.reloadSeen.changed(clock.reload);
     if (reloaded)
-        playFlag = clock.reload;
+        cells.playFlag = clock.reload;
 
-    const int first = tracks.sequenceLoop.start(0);
-    const int length = std::max(tracks.sequenceLoop.end(0) + 1 - first, 1);
+    cells.loop = tracks.sequenceLoop.zone(0);
+    const int first = cells.loop.start;
+    const int length = std::max(cells.loop.end + 1 - first, 1);
     const float repeats = tracks.patternRepeats.step(values.songIndex);
     const float unitCount = (repeats + 1.0f) * settings.stepsPerUnit;
     if (stepChanged)
-        stepCounter += 1.0f;
-    if (stepCounter >= unitCount + 1.0f)
-        stepCounter = 0;
-    if (counterRestart.changed(advance + clock.play + clock.retrigger))
-        stepCounter = 0;
-    advance = unitCount <= stepCounter ? 1.0f : 0.0f;
-    if (advance > 0)
-        ++positionRun;
-    if (positionRun >= length)
-        positionRun = 0;
-    const float restart = playFlag + clock.retrigger;
-    if (positionRestart.changed(restart) && restart > 0)
-        positionRun = 0;
-    const int position = clock.play > 0 ? positionRun : 0;
+        cells.stepCounter += 1.0f;
+    if (cells.stepCounter >= unitCount + 1.0f)
+        cells.stepCounter = 0;
+    if (cells.counterRestart.changed(cells.advance + clock.play + clock.retrigger))
+        cells.stepCounter = 0;
+    cells.advance = unitCount <= cells.stepCounter ? 1.0f : 0.0f;
+    if (cells.advance > 0)
+        ++cells.positionRun;
+    if (cells.positionRun >= length)
+        cells.positionRun = 0;
+    const float restart = cells.playFlag + clock.retrigger;
+    if (cells.positionRestart.changed(restart) && restart > 0)
+        cells.positionRun = 0;
+    const int position = clock.play > 0 ? cells.positionRun : 0;
     values.songIndex = position % length + first;
 
     const bool songOn = settings.songOn != 0;
     const int chosen =
         songOn ? static_cast<int>(tracks.patternNumbers.step(values.songIndex)) : keys.keyPattern;
-    values.locked = lockState != 0;
+    values.locked = cells.lockState != 0;
     const int wanted = values.locked ? settings.lockedPattern.load() : chosen;
-    if (wantedSeen.changed(wanted) || wantedForgotten)
-        patternCell = static_cast<float>(wanted);
-    wantedForgotten = false;
+    if (cells.wantedSeen.changed(wanted) || cells.wantedForgotten)
+        cells.patternCell = static_cast<float>(wanted);
+    cells.wantedForgotten = false;
 
     // After a load the cell falls to the first pattern for a tick; then the wanted one is taken
     // anew, so that its stored values are replayed.
     const float pulseNow =
-        pulseReload.changed(clock.reload) && clock.reload != 0 ? kRestartPulse : 0.0f;
-    if (pulse.changed(pulseNow)) {
-        patternCell = pulseNow;
-        wantedForgotten = pulseNow == 0;
+        cells.pulseReload.changed(clock.reload) && clock.reload != 0 ? kRestartPulse : 0.0f;
+    if (cells.pulse.changed(pulseNow)) {
+        cells.patternCell = pulseNow;
+        cells.wantedForgotten = pulseNow == 0;
     }
 
-    const int pattern = std::clamp(static_cast<int>(patternCell), 0, kPatterns - 1);
-    if (patternSeen.changed(pattern))
+    const int pattern = std::clamp(static_cast<int>(cells.patternCell), 0, kPatterns - 1);
+    if (cells.patternSeen.changed(pattern))
         select(pattern);
     values.pattern = pattern;
+    isSettled = cells == before && values == valuesBefore;
 }
 
 void KWPatterns::select(int pattern)

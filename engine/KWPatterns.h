@@ -4,12 +4,12 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
+#include "data/Tracks.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 
 class ParameterSink;
 class PatternStore;
-class Tracks;
 
 class KWPatterns {
 public:
@@ -31,6 +31,8 @@ public:
 
     void tick(const KWClock::Out&, const KWKeys::Out&);
     const Out& out() const { return values; }
+    // Whether another tick would change nothing, as long as no setting, step, key or count moves.
+    bool holds() const { return isSettled && tracks.sequenceLoop.zone(0) == cells.loop; }
 
 private:
     void select(int pattern);
@@ -39,22 +41,28 @@ private:
     PatternStore& store;
     ParameterSink& sink;
 
+    struct Cells {
+        LastSeen<float> parity;
+        LastSeen<float> lockEdge;
+        int lockState = 0;
+        LastSeen<float> playSeen;
+        LastSeen<float> reloadSeen;
+        float playFlag = 0;
+        LastSeen<float> counterRestart;
+        LastSeen<float> positionRestart;
+        float stepCounter = 0;
+        float advance = 0;
+        int positionRun = 0;
+        LastSeen<int> wantedSeen;
+        bool wantedForgotten = false;
+        LastSeen<float> pulseReload;
+        LastSeen<float> pulse;
+        float patternCell = 0;
+        LastSeen<int> patternSeen;
+        LoopZone loop;
+        friend bool operator==(const Cells&, const Cells&) = default;
+    };
     Out values;
-    LastSeen<float> parity;
-    LastSeen<float> lockEdge;
-    int lockState = 0;
-    LastSeen<float> playSeen;
-    LastSeen<float> reloadSeen;
-    float playFlag = 0;
-    LastSeen<float> counterRestart;
-    LastSeen<float> positionRestart;
-    float stepCounter = 0;
-    float advance = 0;
-    int positionRun = 0;
-    LastSeen<int> wantedSeen;
-    bool wantedForgotten = false;
-    LastSeen<float> pulseReload;
-    LastSeen<float> pulse;
-    float patternCell = 0;
-    LastSeen<int> patternSeen;
+    Cells cells;
+    bool isSettled = false; // the last tick left all cells as they were
 };

@@ -125,27 +125,27 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
     const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
     const double recordPosition = record ? record->ppqPos : 0.0;
     transport.evaluate(record, sampleFrames);
-    blockOutputs = outputs;
     clearOutputs(outputs, sampleFrames);
 
     for (int i = 0; i < sampleFrames;) {
-        if (info.controlCounter == kTickSamples)
-            tick(i);
+        if (info.controlCounter == kTickSamples) {
+            info.controlCounter = 0;
+            if (isResting())
+                restingTick();
+            else
+                tick(i);
+        }
         const int run = std::min(kTickSamples - info.controlCounter, sampleFrames - i);
-        renderRun(run);
+        renderRun(outputs, i, run);
         transport.advance(run);
         info.controlCounter += run;
-        audioRunLength += run;
         i += run;
     }
-    flushRun(outputs, sampleFrames);
     sendOutgoing(recordPosition);
 }
 
 void KWUniClient::tick(int sample)
 {
-    flushRun(blockOutputs, sample);
-    info.controlCounter = 0;
     while (const InternalEvent* event = inputQueue.popDue())
         handle(*event);
     inputQueue.advance(kTickSamples);
@@ -165,8 +165,10 @@ void KWUniClient::tick(int sample)
     keys.record(lanes.out().main);
     if (moved)
         performance.tick(lanes.out());
-    if (moved || !notes.rest(clock.out(), lanes.out()))
+    if (moved || !notes.holds())
         notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
+    else
+        notes.rest(clock.out(), lanes.out());
     bend.tick(clock.out(), lanes.out(), performance.out(), notes.out(), outgoing);
     notes.trigger(schedule);
     synthTicked = synthOn != 0;
@@ -179,6 +181,29 @@ void KWUniClient::tick(int sample)
     if (moved)
         publish();
     screen.bendSemitones = bend.semitones();
+    mayRest = !moved && patterns.holds() && notes.holds() && bend.holds() && !mods.hasUnsent();
+}
+
+// Nearly all ticks fall between two steps, and nothing comes from outside. Then the last tick in
+// full has left every cell of every stage as it was, so another one would do the same: only what
+// counts ticks goes on.
+bool KWUniClient::isResting() const
+{
+    return mayRest && info.changes.load() == stepInputs.value().changes && inputQueue.isEmpty()
+        && transport.blockTempo() == info.tempo && keys.holds() && clock.holds() && patterns.holds()
+        && schedule.holds();
+}
+
+void KWUniClient::restingTick()
+{
+    keys.rest();
+    clock.rest();
+    notes.rest(clock.out(), lanes.out());
+    bend.rest(clock.out());
+    synthTicked = synthOn != 0;
+    if (synthTicked)
+        synth.controlTick(bend.semitones());
+    schedule.rest();
 }
 
 void KWUniClient::handle(const InternalEvent& event)
@@ -223,30 +248,17 @@ void KWUniClient::followTempo()
     clock.deriveSpeed();
 }
 
-void KWUniClient::renderRun(int samples)
+// The outputs are clear where the synth is silent.
+void KWUniClient::renderRun(float** outputs, int frame, int samples)
 {
-    float* left = runLeft + audioRunLength;
-    float* right = runRight + audioRunLength;
-    if (synthTicked && synthOn != 0) {
-        synth.renderVoices(left, right, samples);
-    } else {
-        std::fill_n(left, samples, 0.0f);
-        std::fill_n(right, samples, 0.0f);
-    }
-}
-
-void KWUniClient::flushRun(float** outputs, int frame)
-{
-    if (audioRunLength <= 0)
+    if (!synthTicked || synthOn == 0)
         return;
-    if (synthTicked && synthOn != 0)
-        synth.delay().process(runLeft, runRight, audioRunLength);
-    const int start = frame - audioRunLength;
+    synth.renderVoices(runLeft, runRight, samples);
+    synth.delay().process(runLeft, runRight, samples);
     const float* run[kOutputs] = {runLeft, runRight};
     for (int channel = 0; outputs && channel < kOutputs; ++channel)
         if (outputs[channel])
-            std::copy_n(run[channel], audioRunLength, outputs[channel] + start);
-    audioRunLength = 0;
+            std::copy_n(run[channel], samples, outputs[channel] + frame);
 }
 
 void KWUniClient::sendOutgoing(double songPosition)

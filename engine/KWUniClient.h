@@ -90,7 +90,11 @@ public:
     // What depends on the sample rate is derived anew from the stored values.
     void reapplyParameters();
     // All stages that must start afresh after a load watch this.
-    void countReload() { reloadCounter = reloadCounter + 1.0f; }
+    void countReload()
+    {
+        reloadCounter = reloadCounter + 1.0f;
+        info.changes.count();
+    }
     float reloads() const { return reloadCounter; }
     LoadResult loadPreset(PresetKind kind, const std::string& path);
     LoadResult savePreset(PresetKind kind, const std::string& path);
@@ -104,7 +108,11 @@ public:
     // calls it at idle; without a window it runs at the host's own idle and before a state is
     // given away.
     void runDeferred();
-    void setLockButton(bool down) { patterns.settings.lockButton = down ? 1.0f : 0.0f; }
+    void setLockButton(bool down)
+    {
+        patterns.settings.lockButton = down ? 1.0f : 0.0f;
+        info.changes.count();
+    }
 
     KWSystemInfo info;
     Parameters parameters;
@@ -130,10 +138,11 @@ private:
     // engine/KWUniClient.cpp
     void dropOutdatedEvents();
     void tick(int sample);
+    bool isResting() const;
+    void restingTick();
     void handle(const InternalEvent& event);
     void followTempo();
-    void flushRun(float** outputs, int frame);
-    void renderRun(int samples);
+    void renderRun(float** outputs, int frame, int samples);
     void sendOutgoing(double songPosition);
     void publish();
     // engine/KWUniClientParameters.cpp
@@ -199,9 +208,8 @@ private:
         friend bool operator==(const StepInputs&, const StepInputs&) = default;
     };
     LastSeen<StepInputs> stepInputs;
+    bool mayRest = false;     // the last tick in full moved nothing but counters
     bool synthTicked = false; // the synth has had its control step for this period
-    int audioRunLength = 0;   // samples collected since the last flush
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};
-    float** blockOutputs = nullptr;
 };

@@ -2,8 +2,6 @@
 
 namespace {
 constexpr double kCountWrap = 32000.0;
-
-float wholePart(double count) { return static_cast<float>(static_cast<int>(count)); }
 } // namespace
 
 float HalfSpeedLink::tick(float count, bool on)

@@ -12,6 +12,8 @@ struct StepSpeed {
     int swingDelay;    // ticks
 };
 
+inline float wholePart(double count) { return static_cast<float>(static_cast<int>(count)); }
+
 // Half the pace from the count at which it was switched. The count turns fractional here; the links
 // behind truncate where they read.
 class HalfSpeedLink {
@@ -27,11 +29,12 @@ private:
 // acts from the next step on.
 class RetriggerLink {
 public:
-    explicit RetriggerLink(SwingLine& line) : swing(line) { }
+    explicit RetriggerLink(SwingRing& ring) : swing(ring, SwingRing::Retrigger) { }
     float tick(float count, bool on, const StepSpeed& speed);
+    bool isActive() const { return latched; }
 
 private:
-    SwingLine& swing;
+    SwingLine swing;
     LastSeen<int> step;
     LastSeen<int> activeEdge;
     bool latched = false;
@@ -41,12 +44,13 @@ private:
 // Steps that come ever later: the speed decays hyperbolically and never stops.
 class SlowdownLink {
 public:
-    explicit SlowdownLink(SwingLine& line) : swing(line) { }
+    explicit SlowdownLink(SwingRing& ring) : swing(ring, SwingRing::Slowdown) { }
     // `curve` tells how fast the speed decays.
     float tick(float count, bool on, float curve, const StepSpeed& speed);
+    bool isActive() const { return active; }
 
 private:
-    SwingLine& swing;
+    SwingLine swing;
     LastSeen<int> step;
     LastSeen<int> activeEdge;
     bool active = false;
@@ -73,11 +77,21 @@ private:
 // Repeats the next `steps` steps.
 class LooperLink {
 public:
-    explicit LooperLink(SwingLine& line) : swing(line) { }
+    explicit LooperLink(SwingRing& ring) : swing(ring, SwingRing::Looper) { }
     float tick(float count, bool on, int steps, const StepSpeed& speed);
+    bool isActive() const { return active; }
+    // Instead of tick() while it is not active and its input holds still: only its own count goes
+    // on. Gives the count that enters the ring.
+    float rest(int steps, double stepsPerTick)
+    {
+        ownCount += stepsPerTick;
+        if (ownCount >= steps)
+            ownCount = 0;
+        return wholePart(ownCount);
+    }
 
 private:
-    SwingLine& swing;
+    SwingLine swing;
     LastSeen<int> step;
     LastSeen<bool> activeSeen;
     bool active = false;

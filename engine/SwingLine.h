@@ -1,23 +1,69 @@
-// Swing for one counter of the step chain: a ring of its past values, one a tick.
+// Swing for the counters of the step chain: a ring of their past values, an entry a tick.
 #pragma once
 
 #include "base/ZeroedArray.h"
 
-// Audio thread, but for setSampleRate, which runs while no block does or inside a tick; it
-// allocates nothing.
-class SwingLine {
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+// The past of all four counters that swing. Audio thread, but for setRateRatio, which runs while no
+// block does or inside a tick; it allocates nothing.
+class SwingRing {
 public:
-    SwingLine();
+    enum Line : size_t { Main, Retrigger, Slowdown, Looper, kLines };
+    using Counts = std::array<float, kLines>;
+
+    SwingRing();
 
     // Half of the longest step at the slowest tempo, in ticks, is 3675 at 44.1 kHz.
     void setRateRatio(float rateRatio);
 
-    // `count` is the counter's value of this tick, `delay` in ticks. Even steps pass; odd ones are
-    // late by `delay` while `amount` is above 0. So the beat itself never moves.
-    float tick(float count, float amount, int delay);
+    void put(Line line, float count) { entries[write][line] = count; }
+    // What the line's count was `delay` ticks before the one that is being written; 1 and up.
+    float past(Line line, size_t delay) const
+    {
+        return entries[write >= delay ? write - delay : write + length - delay][line];
+    }
+    size_t longestDelay() const { return length - 1; }
+    void advance() { write = write + 1 < length ? write + 1 : 0; }
+    // A whole tick in which only the looper's count may be another than in the tick before.
+    void repeat(float looperCount)
+    {
+        Counts counts = entries[write > 0 ? write - 1 : length - 1];
+        counts[Looper] = looperCount;
+        entries[write] = counts;
+        advance();
+    }
 
 private:
-    ZeroedArray<float> ring; // as long as the highest rate asks for
-    int length;
-    int write = 0;
+    ZeroedArray<Counts> entries; // as long as the highest rate asks for
+    size_t length;
+    size_t write = 0;
+};
+
+// One counter's swing. Even steps pass; odd ones are late by the delay while the amount is above 0.
+// So the beat itself never moves.
+class SwingLine {
+public:
+    SwingLine(SwingRing& allCounts, SwingRing::Line itsLine) : ring(allCounts), line(itsLine) { }
+
+    // Enters `count`, the counter's value of this tick. `delay` in ticks.
+    float tick(float count, float amount, int delay)
+    {
+        ring.put(line, count);
+        return swung(count, amount, delay);
+    }
+    // What a tick would give, without taking it.
+    float swung(float count, float amount, int delay) const
+    {
+        const bool isLate = amount > 0 && static_cast<int>(count) % 2 == 1;
+        if (!isLate || delay < 1)
+            return count;
+        return ring.past(line, std::min(static_cast<size_t>(delay), ring.longestDelay()));
+    }
+
+private:
+    SwingRing& ring;
+    SwingRing::Line line;
 };

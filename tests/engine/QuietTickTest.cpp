@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+
 namespace {
 constexpr int kBlocks = 60000;
 
@@ -21,6 +23,9 @@ public:
 private:
     ParkMiller random{20231};
 };
+
+constexpr int kTimeTags[] = {Tag::Swing, Tag::Swing, Tag::StepSpeed, Tag::KeySync, Tag::KeySync,
+    Tag::Looper, Tag::Retrigger, Tag::Slowdown, Tag::HalfSpeed, Tag::TriggerMode, Tag::SongSpeed};
 
 // Edit buttons draw from the numbers of the whole process, and presets would need files.
 bool isRepeatable(int tag)
@@ -39,7 +44,7 @@ void disturb(Player& player, Dice& dice)
     const float value = dice.unit();
     const auto mod = static_cast<size_t>(dice.below(kModTracks));
     const int tag = dice.below(kTagCount);
-    switch (dice.below(16)) {
+    switch (dice.below(24)) {
     case 0:
         tracks.pitch.setValue(step, value * 24 - 12);
         break;
@@ -71,6 +76,9 @@ void disturb(Player& player, Dice& dice)
         engine.setLockButton(value < 0.5f);
         break;
     case 10:
+    case 17:
+    case 18:
+    case 19:
         player.send(value < 0.5f ? 0x80 : 0x90, 24 + dice.below(60), 90);
         break;
     case 11:
@@ -80,12 +88,25 @@ void disturb(Player& player, Dice& dice)
         if (value < 0.3f)
             engine.countReload();
         break;
+    case 13: // what decides when the next step comes
+        engine.setParameter(kTimeTags[dice.below(std::ssize(kTimeTags))], value);
+        break;
+    case 14:
+        player.start(dice.below(3) == 0 ? -1.5 : 64 * static_cast<double>(value));
+        break;
+    case 15:
+        engine.keyState.noteOnVelocity = 100;
+        (value < 0.5f ? engine.keyState.noteOn : engine.keyState.noteOff).post(30 + dice.below(60));
+        break;
+    case 16:
+        tracks.sequenceLoop.setZone(0, {step / 8, step / 4});
+        break;
     default:
         if (isRepeatable(tag))
             engine.setParameter(tag, value);
         // Whatever it was, the notes go on.
         engine.setParameter(Tag::Mute, 0);
-        engine.setParameter(Tag::TriggerMode, 1);
+        engine.setParameter(Tag::TriggerMode, value < 0.6f ? 1.0f : 0.5f);
         engine.setParameter(Tag::SynthOn, 1);
         engine.setParameter(Tag::StepPlay, value < 0.2f ? 1.0f : 0.0f);
         break;
