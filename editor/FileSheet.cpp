@@ -77,10 +77,11 @@ void FileSheet::ask(const KWFileChooser::Request& request, KWFileChooser::Answer
     const char* home = std::getenv("HOME");
     const bool isThere = fs::is_directory(asked.startFolder, error);
     enter(isThere ? asked.startFolder : home ? home : "/");
-    // Typing goes on at the name's end, so it stands there without its ending, which accept() adds.
+    // Without its ending, which accept() adds: whoever goes on typing means the name.
     name = asked.kind == KWFileChooser::Kind::Save ? asked.fileName : "";
     if (name.ends_with("." + asked.extension))
         name.resize(name.size() - asked.extension.size() - 1);
+    nameMarked = !name.empty();
     setVisible(true);
     beginModal(3, nullptr, 0);
 }
@@ -149,7 +150,14 @@ void FileSheet::activate(int index)
 void FileSheet::setName(const std::string& newName)
 {
     name = newName;
+    nameMarked = false;
     mayReplace = false;
+    setDirty(true);
+}
+
+void FileSheet::markName(bool marked)
+{
+    nameMarked = marked && !name.empty();
     setDirty(true);
 }
 
@@ -259,6 +267,8 @@ CMouseEventResult FileSheet::onMouseDown(const CPoint& where, int buttons)
         finish("");
     } else if (acceptRect().pointInside(where)) {
         accept();
+    } else if (nameRect().pointInside(where)) {
+        markName((buttons & kDoubleClick) != 0);
     } else if (const int index = rowAt(where); index >= 0) {
         if (rows[static_cast<size_t>(index)].isFolder || (buttons & kDoubleClick))
             activate(index);
@@ -314,19 +324,27 @@ bool FileSheet::onKeyDown(const CKeyEvent& event)
         return true;
     case CKey::Backspace:
         if (asked.kind == KWFileChooser::Kind::Save) {
-            std::string shorter = name;
+            std::string shorter = nameMarked ? "" : name;
             dropLastCharacter(shorter);
             setName(shorter);
         } else {
             activate(findRow(".."));
         }
         return true;
+    case CKey::Right:
+    case CKey::End:
+        markName(false);
+        return true;
     default:
         break;
     }
+    if ((event.modifiers & kControl) && (event.character | 0x20) == U'a') {
+        markName(true);
+        return true;
+    }
     const bool isText = event.character >= U' ' && !(event.modifiers & (kControl | kAlt | kApple));
     if (isText && asked.kind == KWFileChooser::Kind::Save && name.size() < kMaxName) {
-        std::string longer = name;
+        std::string longer = nameMarked ? "" : name;
         appendCharacter(longer, event.character);
         selected = -1;
         setName(longer);
@@ -400,8 +418,15 @@ void FileSheet::draw(CDrawContext* context)
         context->setFillColor(look::kWell);
         context->drawRect(field, kDrawFilledAndStroked);
         field.inset(8, 0);
-        context->setFontColor(look::kText);
-        context->drawString(name + "_", field, false, kLeftText);
+        if (nameMarked) {
+            CRect mark = field;
+            mark.right = std::min(field.right, field.left + int(context->getStringWidth(name)) + 1);
+            mark.inset(0, 3);
+            context->setFillColor(look::kPerformance);
+            context->fillRect(mark);
+        }
+        context->setFontColor(nameMarked ? look::kInk : look::kText);
+        context->drawString(nameMarked ? name : name + "_", field, false, kLeftText);
     }
     if (mayReplace) {
         const CRect place{

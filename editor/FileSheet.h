@@ -45,6 +45,8 @@ private:
     void accept();
     void finish(const std::string& path);
     void setName(const std::string& newName);
+    // A marked name gives way to what is typed next.
+    void markName(bool marked);
     void drawRow(CDrawContext* context, int index) const;
     void drawButton(CDrawContext* context, const CRect& place, const char* text) const;
     const char* acceptText() const;
@@ -57,6 +59,7 @@ private:
     KWFileChooser::Answer continuation;
     std::string folder; // without a slash at its end
     std::string name;
+    bool nameMarked = false;
     std::vector<Row> rows;
     int firstRow = 0;
     int selected = -1;

@@ -78,18 +78,23 @@ TEST_F(FileSheetTest, LoadsAFileFromAFolderBelow)
 TEST_F(FileSheetTest, SavesUnderATypedNameAndAsksBeforeItReplaces)
 {
     ask(Kind::Save, "x.kwe");
-    user.key({.key = CKey::Backspace});
-    type("new one");
+    type("new one"); // instead of the name that is offered
     user.key({.key = CKey::Return});
     EXPECT_EQ(answer, root + "/new one.kwe");
     ask(Kind::Save, "x.kwe");
-    type(" too"); // goes on with the name, not with its ending
+    user.key({.key = CKey::End});
+    type("!");
+    user.key({.character = U'a', .modifiers = kControl});
+    user.key({.key = CKey::Backspace});
+    type("x");
+    type(" too");
     user.key({.key = CKey::Return});
     EXPECT_EQ(answer, root + "/x too.kwe");
 
     ask(Kind::Save, "a.kwe");
     click(sheet->acceptRect());
     EXPECT_FALSE(answer) << "the first press asks";
+    user.key({.key = CKey::End});
     user.key({.key = CKey::Backspace});
     user.key({.character = U'a'});
     click(sheet->acceptRect());
