@@ -291,9 +291,16 @@ TEST(Bend, AShapeGoesOutAndReturnsToTheCentre)
     player.engine().tracks.pitchBend.setStep(5, 1);
     player.playBeats(8);
     std::vector<int> bends;
-    for (const MidiOut& event : player.events())
-        if (event.status == 0xE0)
+    std::vector<int64_t> frames;
+    for (const MidiOut& event : player.events()) {
+        if (event.status == 0xE0) {
             bends.push_back(event.data2);
+            frames.push_back(event.frame);
+        }
+    }
     ASSERT_GT(bends.size(), 1u);
     EXPECT_EQ(bends.back(), 64);
+    constexpr int kEighthOfABeat = 22050 / 8;
+    for (size_t i = 2; i < frames.size(); ++i)
+        EXPECT_GT(frames[i] - frames[i - 1], kEighthOfABeat - 64) << i;
 }

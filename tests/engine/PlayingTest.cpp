@@ -269,6 +269,28 @@ TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
     EXPECT_EQ(pitchOf(player), 48);
 }
 
+TEST(Keys, FourCountAndBeyondAnOctaveTransposesNoFurther)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TransposeMode, 1);
+    player.start();
+    for (const auto& [key, pitch] : {std::pair{84, 60}, {85, 48}, {96, 48}, {60, 36}, {59, 48}}) {
+        player.send(0x90, key, 100);
+        EXPECT_EQ(pitchOf(player), pitch) << key;
+        player.send(0x80, key, 0);
+        pitchOf(player);
+    }
+    for (const int key : {73, 74, 75, 76})
+        player.send(0x90, key, 100);
+    EXPECT_EQ(pitchOf(player), 49);
+    player.send(0x90, 77, 100); // takes the place of the oldest
+    EXPECT_EQ(pitchOf(player), 53);
+    for (const int key : {74, 75, 76, 77})
+        player.send(0x80, key, 0);
+    EXPECT_EQ(pitchOf(player), 48);
+}
+
 TEST(Keys, TheLowerZoneChoosesThePattern)
 {
     Player player;
@@ -386,6 +408,12 @@ TEST(Keys, RecordingWritesStepByStepOrLive)
     player.send(0x90, 79, 100);
     player.play(64);
     EXPECT_EQ(engine.tracks.pitch.step(10), 7.0f);
+    player.start(3.05); // step 12
+    player.play(64);
+    const float drawn = engine.tracks.pitch.step(12);
+    player.send(0x90, 81, 100); // legato
+    player.play(64);
+    EXPECT_EQ(engine.tracks.pitch.step(12), drawn);
 }
 
 TEST(Keys, AKeyPressedAndReleasedBeforeItsTickSoundsNothing)
