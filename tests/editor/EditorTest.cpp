@@ -180,6 +180,13 @@ TEST(Editor, ARightClickLearnsTheControlAndTheStepUnderTheMouse)
     EXPECT_EQ(rig.engine.midiMap.learnTag(), 430);
     EXPECT_EQ(rig.engine.midiMap.learnStep(), 5);
     EXPECT_FALSE(rig.engine.midiMap.isAssigned(430, 5));
+
+    const Place& line = findControl(Tag::Chord)->place; // here a right click alone clears
+    rig.user->click({line.left + 3 * 18 + 9, line.top + 5}, kRButton, kShift);
+    rig.idle();
+    choose(kLearnStepsTag, 2);
+    EXPECT_EQ(rig.engine.midiMap.learnTag(), Tag::Chord);
+    EXPECT_EQ(rig.engine.midiMap.learnStep(), 3);
 }
 
 TEST(Editor, TheAboutBoxClosesAtAnyClick)
