@@ -184,7 +184,7 @@ TEST(Editor, ARightClickLearnsTheControlAndTheStepUnderTheMouse)
     const Place& line = findControl(Tag::Chord)->place; // here a right click alone clears
     rig.user->click({line.left + 3 * 18 + 9, line.top + 5}, kRButton, kShift);
     rig.idle();
-    choose(kLearnStepsTag, 2);
+    choose(kLearnStepsTag + 1, 2);
     EXPECT_EQ(rig.engine.midiMap.learnTag(), Tag::Chord);
     EXPECT_EQ(rig.engine.midiMap.learnStep(), 3);
 }
