@@ -9,6 +9,7 @@
 #include <RtMidi.h>
 
 #include <array>
+#include <iostream>
 
 namespace {
 
@@ -27,14 +28,14 @@ bool asksFor(const std::string& device, const char* api, std::string& part)
     return true;
 }
 
-OpenedDriver openFirst(LiveHost& host, const SoundWishes& wishes)
+OpenedDriver openFirst(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before)
 {
-    OpenedDriver opened = JackDriver::open(host, wishes);
+    OpenedDriver opened = JackDriver::open(host, wishes, before);
     std::string told = opened.problem;
     for (const RtAudio::Api api : kApis) {
         if (opened.driver)
             return opened;
-        opened = DeviceDriver::open(host, wishes, api, "");
+        opened = DeviceDriver::open(host, wishes, before, api, "");
         told += ", " + opened.problem;
     }
     if (!opened.driver)
@@ -58,23 +59,23 @@ void sayNothing(const char*, int, const char*, int, const char*, ...) { }
 
 } // namespace
 
-OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes)
+OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before)
 {
     const std::string& device = wishes.device;
     if (device.empty())
-        return openFirst(host, wishes);
+        return openFirst(host, wishes, before);
     if (device == "none")
-        return SilentDriver::open(host, wishes);
+        return SilentDriver::open(host, wishes, before);
     if (device == "jack")
-        return JackDriver::open(host, wishes);
+        return JackDriver::open(host, wishes, before);
     std::string part;
     for (const RtAudio::Api api : kApis)
         if (asksFor(device, DeviceDriver::nameOf(api), part))
-            return DeviceDriver::open(host, wishes, api, part);
+            return DeviceDriver::open(host, wishes, before, api, part);
     OpenedDriver opened;
     for (const RtAudio::Api api : kApis)
         if (!opened.driver)
-            opened = DeviceDriver::open(host, wishes, api, device);
+            opened = DeviceDriver::open(host, wishes, before, api, device);
     if (!opened.driver)
         opened.problem = "there is no device named " + device + " (--list-devices shows them)";
     return opened;
@@ -116,4 +117,5 @@ void quietLibraries()
     jack_set_error_function([](const char*) {});
     jack_set_info_function([](const char*) {});
     snd_lib_error_set_handler(sayNothing);
+    std::cerr.rdbuf(nullptr); // they write to it, this program to stderr
 }

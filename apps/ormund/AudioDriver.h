@@ -3,6 +3,7 @@
 
 #include "apps/ormund/LiveHost.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,6 +24,8 @@ public:
     virtual std::string describe() const = 0;
     // False once the server or the device is gone.
     virtual bool isAlive() const { return true; }
+    // Now and then, while it is alive.
+    virtual void idle() { }
     // Where several programs share one transport these ask for it; false where they do not.
     virtual bool play(bool /*on*/) { return false; }
     virtual bool locate(double /*beat*/, double /*tempo*/) { return false; }
@@ -33,7 +36,10 @@ struct OpenedDriver {
     std::unique_ptr<AudioDriver> driver;
     std::string problem;
 };
-OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes);
+// Called when a driver is sure of its device and about to touch the host: whoever ran the blocks
+// until then must have ended when this returns.
+using BeforeBlocks = std::function<void()>;
+OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before);
 
 struct SoundDevice {
     std::string name;  // what --device takes

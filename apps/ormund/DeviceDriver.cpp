@@ -7,7 +7,12 @@ namespace {
 
 constexpr unsigned kUsualRate = 48000;
 constexpr unsigned kUsualBlock = 512;
-constexpr unsigned kBuffers = 2;
+// A sound server stands between; with two blocks its own lateness is heard.
+constexpr unsigned kServerBuffers = 4;
+constexpr unsigned kCardBuffers = 2;
+// An underrun or two is a late block. That many failures without a good block are a device that has
+// gone.
+constexpr int kMostFailures = 8;
 
 bool containsText(const std::string& text, const std::string& part)
 {
@@ -29,6 +34,8 @@ unsigned rateFor(const RtAudio::DeviceInfo& info, int wanted)
 }
 
 } // namespace
+
+thread_local DeviceDriver* DeviceDriver::running = nullptr;
 
 const char* DeviceDriver::nameOf(RtAudio::Api api)
 {
@@ -73,12 +80,12 @@ DeviceDriver::~DeviceDriver()
     }
 }
 
-OpenedDriver DeviceDriver::open(
-    LiveHost& host, const SoundWishes& wishes, RtAudio::Api api, const std::string& part)
+OpenedDriver DeviceDriver::open(LiveHost& host, const SoundWishes& wishes,
+    const BeforeBlocks& before, RtAudio::Api api, const std::string& part)
 {
     try {
         std::unique_ptr<DeviceDriver> made(new DeviceDriver(host, api));
-        std::string problem = made->begin(wishes, part);
+        std::string problem = made->begin(wishes, before, part);
         if (problem.empty())
             return {std::move(made), {}};
         return {nullptr, std::move(problem)};
@@ -87,7 +94,8 @@ OpenedDriver DeviceDriver::open(
     }
 }
 
-std::string DeviceDriver::begin(const SoundWishes& wishes, const std::string& part)
+std::string DeviceDriver::begin(
+    const SoundWishes& wishes, const BeforeBlocks& before, const std::string& part)
 {
     const unsigned count = audio.getDeviceCount();
     unsigned chosen = count;
@@ -112,28 +120,51 @@ std::string DeviceDriver::begin(const SoundWishes& wishes, const std::string& pa
     output.nChannels = 2;
     RtAudio::StreamOptions options;
     options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_SCHEDULE_REALTIME;
-    options.numberOfBuffers = kBuffers;
+    const bool hasServer = audio.getCurrentApi() == RtAudio::LINUX_PULSE;
+    options.numberOfBuffers = hasServer ? kServerBuffers : kCardBuffers;
     options.streamName = "Ormund";
     audio.openStream(
         &output, nullptr, RTAUDIO_FLOAT32, rate, &frames,
-        [](void* out, void*, unsigned size, double, RtAudioStreamStatus, void* self) {
+        [](void* out, void*, unsigned size, double, RtAudioStreamStatus, void* self) -> int {
             auto* left = static_cast<float*>(out);
-            static_cast<DeviceDriver*>(self)->blocks->run(left, left + size);
-            return 0;
+            return static_cast<DeviceDriver*>(self)->run(left, left + size);
         },
-        this, &options);
+        this, &options, blockFailed);
     const unsigned played = audio.getStreamSampleRate();
     const auto block = static_cast<int>(frames);
+    before();
     host.setFormat(static_cast<float>(played), block);
-    const auto latency = static_cast<int>(audio.getStreamLatency());
+    // The library measures no latency before it plays: the buffers are what it will be.
     blocks = std::make_unique<ClockedBlocks>(host, static_cast<double>(played), block,
-        std::max(latency, block), wishes.midiIn, wishes.midiOut);
+        block * static_cast<int>(options.numberOfBuffers), wishes.midiIn, wishes.midiOut);
     if (!blocks->problem().empty())
         return blocks->problem();
     audio.startStream();
+    if (!audio.isStreamRunning())
+        return std::string(titleOf(audio.getCurrentApi())) + " does not start " + info.name;
     title = std::string(titleOf(audio.getCurrentApi())) + " " + info.name + ", "
         + std::to_string(played) + " Hz";
     return {};
+}
+
+DeviceDriver::Answer DeviceDriver::run(float* left, float* right)
+{
+    running = this;
+    failures = hasFailed ? failures + 1 : 0;
+    hasFailed = false;
+    // The library would call again at once, without end and without the device's pace.
+    if (failures >= kMostFailures)
+        return kAbort;
+    blocks->run(left, right);
+    return kGoOn;
+}
+
+// Told on the thread of the blocks, without a word about whose they are. What is told elsewhere
+// shows in the stream's state.
+void DeviceDriver::blockFailed(RtAudioError::Type, const std::string&)
+{
+    if (running)
+        running->hasFailed = true;
 }
 
 std::string DeviceDriver::describe() const { return title; }

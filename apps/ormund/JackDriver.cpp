@@ -1,5 +1,7 @@
 #include "apps/ormund/JackDriver.h"
 
+#include "apps/ormund/ClockedBlocks.h"
+
 #include <algorithm>
 #include <cmath>
 #include <jack/midiport.h>
@@ -12,6 +14,7 @@ constexpr char kClientName[] = "Ormund";
 constexpr char kMidiInName[] = "Ormund MIDI in";
 constexpr char kMidiOutName[] = "Ormund MIDI out";
 constexpr double kTicksPerBeat = 1920;
+constexpr int64_t kOfferNanos = 500000000; // between two offers
 
 using PortNames = std::unique_ptr<const char*, decltype(&jack_free)>;
 
@@ -55,13 +58,13 @@ MidiPorts JackDriver::ports()
     return found;
 }
 
-OpenedDriver JackDriver::open(LiveHost& host, const SoundWishes& wishes)
+OpenedDriver JackDriver::open(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before)
 {
     jack_client_t* client = join();
     if (!client)
         return {nullptr, "no JACK server runs"};
     std::unique_ptr<JackDriver> made(new JackDriver(host, client));
-    if (std::string problem = made->begin(wishes); !problem.empty())
+    if (std::string problem = made->begin(wishes, before); !problem.empty())
         return {nullptr, std::move(problem)};
     return {std::move(made), {}};
 }
@@ -78,7 +81,7 @@ JackDriver::~JackDriver()
     jack_client_close(client);
 }
 
-std::string JackDriver::begin(const SoundWishes& wishes)
+std::string JackDriver::begin(const SoundWishes& wishes, const BeforeBlocks& before)
 {
     const auto rate = static_cast<int>(jack_get_sample_rate(client));
     const auto block = static_cast<int>(jack_get_buffer_size(client));
@@ -96,6 +99,7 @@ std::string JackDriver::begin(const SoundWishes& wishes)
     midiOutput = add(kMidiOutName, JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput);
     if (!left || !right || !midiInput || !midiOutput)
         return "JACK has no ports left";
+    before();
     host.setFormat(static_cast<float>(rate), block);
     title = "JACK, " + std::to_string(rate) + " Hz";
 
@@ -118,18 +122,33 @@ std::string JackDriver::begin(const SoundWishes& wishes)
         client, [](void* self) { static_cast<JackDriver*>(self)->gone = 1; }, this);
     if (jack_activate(client) != 0)
         return "JACK does not let Ormund play";
-    // Bars and tempo come from here only where no other client gives them.
-    jack_set_timebase_callback(
-        client, 1,
-        [](jack_transport_state_t, jack_nframes_t frames, jack_position_t* position, int,
-            void* self) { static_cast<JackDriver*>(self)->tellBars(frames, *position); },
-        this);
+    offerBars();
     connectSound();
     for (const bool isInput : {true, false})
         if (std::string problem = connectMidi(isInput ? wishes.midiIn : wishes.midiOut, isInput);
             !problem.empty())
             return problem;
     return {};
+}
+
+// Bars and tempo come from here only where no other client gives them.
+void JackDriver::offerBars()
+{
+    jack_set_timebase_callback(
+        client, 1,
+        [](jack_transport_state_t, jack_nframes_t frames, jack_position_t* position, int,
+            void* self) { static_cast<JackDriver*>(self)->tellBars(frames, *position); },
+        this);
+}
+
+void JackDriver::idle()
+{
+    // Who gave them has left, and JACK tells nobody.
+    const int64_t now = ClockedBlocks::now();
+    if (lacksBars == 0 || now < nextOffer)
+        return;
+    nextOffer = now + kOfferNanos;
+    offerBars();
 }
 
 void JackDriver::connectSound()
@@ -180,13 +199,15 @@ bool JackDriver::locate(double beat, double tempo)
 
 // --- JACK's process thread ----------------------------------------------------------------------
 
-SharedSong::Report JackDriver::report() const
+SharedSong::Report JackDriver::report()
 {
     jack_position_t position;
     const jack_transport_state_t state = jack_transport_query(client, &position);
     SharedSong::Report told;
     told.rolling = state == JackTransportRolling;
     told.frame = position.frame;
+    // While it stands nobody is asked for bars.
+    lacksBars = told.rolling && !givesBars && !(position.valid & JackPositionBBT) ? 1 : 0;
     const bool fits = position.beat_type > 0 && position.beats_per_bar > 0
         && position.ticks_per_beat > 0 && position.beats_per_minute > 0;
     if (givesBars || !(position.valid & JackPositionBBT) || !fits)

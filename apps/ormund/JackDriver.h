@@ -11,7 +11,7 @@
 class JackDriver final : public AudioDriver, private LiveHost::MidiOut {
 public:
     // Does not start a server.
-    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes);
+    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before);
     // 0 when no server answers.
     static int serverRate();
     static MidiPorts ports();
@@ -19,17 +19,19 @@ public:
 
     std::string describe() const override { return title; }
     bool isAlive() const override { return gone == 0; }
+    void idle() override;
     bool play(bool on) override;
     bool locate(double beat, double tempo) override;
 
 private:
     JackDriver(LiveHost& ownHost, jack_client_t* ownClient);
-    std::string begin(const SoundWishes& wishes);
+    std::string begin(const SoundWishes& wishes, const BeforeBlocks& before);
+    void offerBars();
     void connectSound();
     std::string connectMidi(const std::string& part, bool isInput);
 
     int process(jack_nframes_t frames);
-    SharedSong::Report report() const;
+    SharedSong::Report report();
     void tellBars(jack_nframes_t frames, jack_position_t& position);
     void midiOut(int frame, const LiveHost::Message& message) override;
 
@@ -41,6 +43,8 @@ private:
     jack_port_t* midiInput = nullptr;
     jack_port_t* midiOutput = nullptr;
     Crossing<int32_t> gone = 0;
+    Crossing<int32_t> lacksBars = 0; // the last block: nobody gave any
+    int64_t nextOffer = 0;           // nanoseconds
 
     // JACK's process thread.
     SharedSong song;

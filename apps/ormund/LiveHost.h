@@ -46,6 +46,8 @@ public:
     bool start(Entry entry, double tempo);
     // Before the first block of a driver; no block runs meanwhile.
     void setFormat(float sampleRate, int largestBlock); // Hz, frames
+    float sampleRate() const { return rate; }           // Hz
+    int largestBlock() const { return block; }          // frames
     void play(bool on) { commands.push({on ? Command::Play : Command::Stop, 0, 0}); }
     void locate(double beat) { commands.push({Command::Locate, beat, 0}); }
     void setTempo(double beatsPerMinute); // limited to what the plug-in keeps to

@@ -2,6 +2,7 @@
 
 #include "apps/host/ScriptDoor.h"
 #include "apps/ormund/ClockedBlocks.h"
+#include "apps/ormund/SilentDriver.h"
 #include "data/Tags.h"
 
 #include <chrono>
@@ -27,7 +28,7 @@ std::string Player::start(double tempo)
 std::string Player::openSound(const SoundWishes& wishes)
 {
     sound = wishes;
-    OpenedDriver opened = ::openSound(host, wishes);
+    OpenedDriver opened = ::openSound(host, wishes, [] {});
     driver = std::move(opened.driver);
     return opened.problem;
 }
@@ -38,16 +39,44 @@ void Player::choosePreset(const std::string& file) { loadInWindow(host, file); }
 
 void Player::idle()
 {
-    if (driver && driver->isAlive()) {
-        followPanel();
-        return;
+    if (!driver->isAlive()) {
+        isLost = true;
+        playOnSilently();
+    } else if (isLost && ClockedBlocks::now() >= nextTry) {
+        tryAgain();
+    } else {
+        driver->idle();
     }
+    followPanel();
+}
+
+void Player::playOnSilently()
+{
     driver.reset();
-    const int64_t now = ClockedBlocks::now();
-    if (now < nextTry)
+    nextTry = ClockedBlocks::now() + kTryAgainNanos;
+    SoundWishes silence = sound;
+    silence.rate = static_cast<int>(host.sampleRate());
+    silence.block = host.largestBlock();
+    const auto nothingRuns = [] {};
+    driver = SilentDriver::open(host, silence, nothingRuns).driver;
+    if (driver)
         return;
-    nextTry = now + kTryAgainNanos;
-    driver = ::openSound(host, sound).driver;
+    // The ports that were wished for may be gone too, or be those of another server.
+    silence.midiIn.clear();
+    silence.midiOut.clear();
+    driver = SilentDriver::open(host, silence, nothingRuns).driver;
+}
+
+void Player::tryAgain()
+{
+    nextTry = ClockedBlocks::now() + kTryAgainNanos;
+    OpenedDriver opened = ::openSound(host, sound, [this] { driver.reset(); });
+    if (opened.driver) {
+        driver = std::move(opened.driver);
+        isLost = false;
+    } else if (!driver) {
+        playOnSilently(); // it failed at the last step
+    }
 }
 
 void Player::followPanel()
@@ -103,4 +132,7 @@ void Player::stepPreset(int direction)
 
 std::string Player::presetName() { return host.text(effGetProgramName); }
 
-std::string Player::soundText() const { return driver ? driver->describe() : "no sound"; }
+std::string Player::soundText() const
+{
+    return isLost ? "sound lost, runs on without" : driver->describe();
+}

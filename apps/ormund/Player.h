@@ -19,8 +19,8 @@ public:
     std::string openSound(const SoundWishes& wishes);
     std::string load(const std::string& file);
     void choosePreset(const std::string& file); // the window tells what is wrong
-    // Now and then: keeps the panel's own play button and the transport together, and opens the
-    // sound again after it was lost.
+    // Now and then: keeps the panel's own play button and the transport together. Where the sound
+    // is lost the song runs on without, as its messages do, and the sound is tried again.
     void idle();
     // Ends the notes and the sound. The destructor does it too.
     void end();
@@ -33,15 +33,18 @@ public:
     void setCycle(bool on, int firstBar, int lastBar);
     void stepPreset(int direction); // -1 or 1
     std::string presetName();
-    std::string soundText() const; // what plays, or that nothing does
+    std::string soundText() const; // what plays, or that the sound is lost
     LiveHost& effect() { return host; }
 
 private:
     void followPanel();
+    void playOnSilently();
+    void tryAgain();
 
     LiveHost host;
     SoundWishes sound;
     std::unique_ptr<AudioDriver> driver;
+    bool isLost = false; // the sound; the driver is then a silent one
+    int64_t nextTry = 0; // of opening it again, nanoseconds
     PlayLink link;
-    int64_t nextTry = 0; // of opening lost sound, nanoseconds
 };

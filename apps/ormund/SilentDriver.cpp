@@ -8,10 +8,12 @@ constexpr int kUsualBlock = 256;
 constexpr int64_t kNanosPerSecond = 1000000000;
 } // namespace
 
-OpenedDriver SilentDriver::open(LiveHost& host, const SoundWishes& wishes)
+OpenedDriver SilentDriver::open(
+    LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before)
 {
     const int rate = wishes.rate != 0 ? wishes.rate : kUsualRate;
     const int block = wishes.block != 0 ? wishes.block : kUsualBlock;
+    before();
     host.setFormat(static_cast<float>(rate), block);
     std::unique_ptr<SilentDriver> made(new SilentDriver(host, wishes, rate, block));
     if (!made->blocks->problem().empty())

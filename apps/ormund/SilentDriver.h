@@ -9,7 +9,7 @@
 
 class SilentDriver final : public AudioDriver {
 public:
-    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes);
+    static OpenedDriver open(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before);
     ~SilentDriver() override;
     std::string describe() const override;
 

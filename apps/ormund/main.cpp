@@ -50,9 +50,13 @@ void runWindow(Player& player, PlayerWindow& window)
 
 void runWithoutWindow(Player& player)
 {
-    std::printf("Ormund is on: %s. Ctrl+C ends.\n", player.soundText().c_str());
-    std::fflush(stdout);
+    std::string told;
     while (!endWanted) {
+        if (std::string sound = player.soundText(); sound != told) {
+            std::printf("Ormund is on: %s. Ctrl+C ends.\n", sound.c_str());
+            std::fflush(stdout);
+            told = std::move(sound);
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(kIdleMs));
         player.idle();
     }

@@ -80,23 +80,23 @@ void JackServer::stop()
     process = -1;
 }
 
-JackListener::JackListener()
-    : client(jack_client_open("listener", JackNoStartServer, nullptr))
+JackClient::JackClient()
+    : client(jack_client_open("other", JackNoStartServer, nullptr))
     , input(jack_port_register(client, "in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0))
     , output(jack_port_register(client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0))
 {
     jack_set_process_callback(
         client,
         [](jack_nframes_t frames, void* self) {
-            return static_cast<JackListener*>(self)->process(frames);
+            return static_cast<JackClient*>(self)->process(frames);
         },
         this);
     jack_activate(client);
 }
 
-JackListener::~JackListener() { jack_client_close(client); }
+JackClient::~JackClient() { jack_client_close(client); }
 
-int JackListener::process(jack_nframes_t frames)
+int JackClient::process(jack_nframes_t frames)
 {
     jack_position_t position;
     const bool rolls = jack_transport_query(client, &position) == JackTransportRolling;
@@ -105,34 +105,67 @@ int JackListener::process(jack_nframes_t frames)
         jack_midi_event_t event;
         if (jack_midi_event_get(&event, incoming, i) != 0)
             continue;
-        Heard one{rolls ? int64_t{position.frame} + event.time : -1, {}};
+        Message one{rolls ? int64_t{position.frame} + event.time : -1, {}};
         std::copy_n(event.buffer, std::min<size_t>(event.size, 3), one.bytes.begin());
         heard.push(one);
     }
     void* outgoing = jack_port_get_buffer(output, frames);
     jack_midi_clear_buffer(outgoing);
-    std::array<uint8_t, 3> bytes;
-    while (toSend.take(bytes))
-        jack_midi_event_write(outgoing, 0, bytes.data(), bytes.size());
+    const Message* next = toSend.front();
+    for (; rolls && next && next->frame < int64_t{position.frame} + frames; next = toSend.front()) {
+        const int64_t offset = std::max<int64_t>(next->frame - position.frame, 0);
+        jack_midi_event_write(
+            outgoing, static_cast<jack_nframes_t>(offset), next->bytes.data(), next->bytes.size());
+        toSend.drop();
+    }
     return 0;
 }
 
-bool JackListener::connect(const std::string& from, const std::string& to)
+void JackClient::lead(double beatsPerMinute)
+{
+    ledTempo = beatsPerMinute;
+    jack_set_timebase_callback(
+        client, 0,
+        [](jack_transport_state_t, jack_nframes_t, jack_position_t* position, int, void* self) {
+            static_cast<const JackClient*>(self)->tellBars(*position);
+        },
+        this);
+}
+
+void JackClient::tellBars(jack_position_t& position) const
+{
+    constexpr int kBeatsPerBar = 4;
+    constexpr int kTicksPerBeat = 1920;
+    const double beats = position.frame * ledTempo / 60 / position.frame_rate;
+    const auto ticks = static_cast<int64_t>(beats * kTicksPerBeat);
+    const int64_t beat = ticks / kTicksPerBeat;
+    position.valid = JackPositionBBT;
+    position.bar = static_cast<int32_t>(beat / kBeatsPerBar) + 1;
+    position.beat = static_cast<int32_t>(beat % kBeatsPerBar) + 1;
+    position.tick = static_cast<int32_t>(ticks % kTicksPerBeat);
+    position.bar_start_tick = static_cast<double>(position.bar - 1) * kBeatsPerBar * kTicksPerBeat;
+    position.beats_per_bar = kBeatsPerBar;
+    position.beat_type = 4;
+    position.ticks_per_beat = kTicksPerBeat;
+    position.beats_per_minute = ledTempo;
+}
+
+bool JackClient::connect(const std::string& from, const std::string& to)
 {
     return waitUntil(10000, [&] { return jack_connect(client, from.c_str(), to.c_str()) == 0; });
 }
 
-bool JackListener::connectFrom(const std::string& port)
+bool JackClient::connectFrom(const std::string& port)
 {
     return connect(port, jack_port_name(input));
 }
 
-bool JackListener::connectTo(const std::string& port)
+bool JackClient::connectTo(const std::string& port)
 {
     return connect(jack_port_name(output), port);
 }
 
-void JackListener::play(bool on)
+void JackClient::play(bool on)
 {
     if (on)
         jack_transport_start(client);
@@ -140,34 +173,32 @@ void JackListener::play(bool on)
         jack_transport_stop(client);
 }
 
-bool JackListener::isRolling() const
+bool JackClient::isRolling() const
 {
     return jack_transport_query(client, nullptr) == JackTransportRolling;
 }
 
-bool JackListener::waitRolling(bool wanted, int milliseconds) const
+bool JackClient::waitRolling(bool wanted, int milliseconds) const
 {
     return waitUntil(milliseconds, [&] { return isRolling() == wanted; });
 }
 
-bool JackListener::waitFrame(unsigned wanted, int milliseconds) const
+bool JackClient::waitFrame(unsigned wanted, int milliseconds) const
 {
     return waitUntil(milliseconds, [&] { return frame() >= wanted; });
 }
 
-double JackListener::tempo() const
+double JackClient::tempo() const
 {
     jack_position_t position;
     jack_transport_query(client, &position);
     return position.valid & JackPositionBBT ? position.beats_per_minute : 0;
 }
 
-void JackListener::send(std::array<uint8_t, 3> bytes) { toSend.push(bytes); }
-
-std::vector<JackListener::Heard> JackListener::take()
+std::vector<JackClient::Message> JackClient::take()
 {
-    std::vector<Heard> all;
-    Heard one;
+    std::vector<Message> all;
+    Message one;
     while (heard.take(one))
         all.push_back(one);
     return all;

@@ -1,7 +1,9 @@
-// A JACK server without a sound device, for one test, and another client of it that listens to
-// messages and handles the transport. Tests never touch the server of the one who runs them.
+// A JACK server without a sound device, for one test, and another client of it that sends and hears
+// messages, handles the transport and may lead it. Tests never touch the server of the one who runs
+// them.
 #pragma once
 
+#include "base/Crossing.h"
 #include "base/Ring.h"
 
 #include <array>
@@ -30,18 +32,18 @@ private:
     bool answers = false;
 };
 
-class JackListener {
+class JackClient {
 public:
-    struct Heard {
-        int64_t frame; // of the transport
+    struct Message {
+        int64_t frame; // of the rolling transport; -1 while it stands
         std::array<uint8_t, 3> bytes;
-        friend bool operator==(const Heard&, const Heard&) = default;
+        friend bool operator==(const Message&, const Message&) = default;
     };
 
-    JackListener();
-    ~JackListener();
-    JackListener(const JackListener&) = delete;
-    JackListener& operator=(const JackListener&) = delete;
+    JackClient();
+    ~JackClient();
+    JackClient(const JackClient&) = delete;
+    JackClient& operator=(const JackClient&) = delete;
 
     // Waits for the ports of the other client, up to ten seconds.
     bool connectFrom(const std::string& port);
@@ -54,17 +56,22 @@ public:
     bool waitFrame(unsigned wanted, int milliseconds = 20000) const;
     // Tempo that the server tells, 0 for none.
     double tempo() const;
-    void send(std::array<uint8_t, 3> bytes);
-    std::vector<Heard> take();
+    // Gives bars and tempo (beats per minute) from now on, whoever did before; whole ticks.
+    void lead(double beatsPerMinute);
+    // Goes out when the transport comes to its frame; in rising order.
+    void send(const Message& message) { toSend.push(message); }
+    std::vector<Message> take();
 
     jack_client_t* client;
 
 private:
     int process(jack_nframes_t frames);
+    void tellBars(jack_position_t& position) const;
     bool connect(const std::string& from, const std::string& to);
 
     jack_port_t* input;
     jack_port_t* output;
-    Ring<Heard, 16384> heard;
-    Ring<std::array<uint8_t, 3>, 64> toSend;
+    Ring<Message, 16384> heard;
+    Ring<Message, 64> toSend;
+    Crossing<double> ledTempo = 120.0;
 };
