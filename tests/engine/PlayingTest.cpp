@@ -116,9 +116,11 @@ TEST(Mods, ATrackDrivesItsSynthParameter)
             player.engine().getParameter(targets[k]), 0.2f + 0.05f * static_cast<float>(k));
 }
 
-TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
+namespace {
+
+// Sixteen patterns that are told apart by their pitch.
+Tracks& writeRowsByPitch(Player& player)
 {
-    Player player;
     Tracks& tracks = player.engine().tracks;
     for (int row = 0; row < 16; ++row) {
         tracks.selectRow(row);
@@ -126,6 +128,23 @@ TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
         fill(tracks.pitch, static_cast<float>(row - 8));
     }
     tracks.selectRow(0);
+    return tracks;
+}
+
+std::vector<int> rowsHeard(const Player& player)
+{
+    std::vector<int> rows;
+    for (const MidiOut& on : player.noteOns())
+        rows.push_back(on.data1 - 48 + 8);
+    return rows;
+}
+
+} // namespace
+
+TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
+{
+    Player player;
+    Tracks& tracks = writeRowsByPitch(player);
     const int song[] = {3, 5, 1};
     for (int i = 0; i < 3; ++i)
         tracks.patternNumbers.setStep(i, static_cast<float>(song[i]));
@@ -135,10 +154,7 @@ TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
     player.engine().setParameter(Tag::SongOn, 1);
     player.start();
     player.playBeats(2.6);
-    std::vector<int> rows;
-    for (const MidiOut& on : player.noteOns())
-        rows.push_back(on.data1 - 48 + 8);
-    EXPECT_THAT(rows, ElementsAre(3, 3, 5, 5, 5, 5, 1, 1, 3, 3, 5));
+    EXPECT_THAT(rowsHeard(player), ElementsAre(3, 3, 5, 5, 5, 5, 1, 1, 3, 3, 5));
 }
 
 TEST(Patterns, AChangeReplaysTheStoredParametersInItsTick)
@@ -227,13 +243,7 @@ TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndTwinsAgree)
 TEST(Patterns, ARetriggerBeginsTheSongAnew)
 {
     Player player;
-    Tracks& tracks = player.engine().tracks;
-    for (int row = 0; row < 16; ++row) {
-        tracks.selectRow(row);
-        player.writePlainNotes();
-        fill(tracks.pitch, static_cast<float>(row - 8));
-    }
-    tracks.selectRow(0);
+    Tracks& tracks = writeRowsByPitch(player);
     for (int i = 0; i < 8; ++i)
         tracks.patternNumbers.setStep(i, static_cast<float>(i + 3));
     player.engine().setParameter(Tag::SongSpeed, 1.5f / 6.0f); // two steps
@@ -242,10 +252,7 @@ TEST(Patterns, ARetriggerBeginsTheSongAnew)
     player.playBeats(1.1);
     player.engine().setParameter(Tag::Retrigger, 1);
     player.playBeats(0.6);
-    std::vector<int> rows;
-    for (const MidiOut& on : player.noteOns())
-        rows.push_back(on.data1 - 48 + 8);
-    EXPECT_THAT(rows, ElementsAre(3, 3, 4, 4, 5, 3, 4));
+    EXPECT_THAT(rowsHeard(player), ElementsAre(3, 3, 4, 4, 5, 3, 4));
 }
 
 TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
