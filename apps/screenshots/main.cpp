@@ -16,6 +16,8 @@
 #include <X11/Xutil.h>
 
 #include <chrono>
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -35,7 +37,7 @@ constexpr int kPage = 518;
 
 class Tour {
 public:
-    Tour(const std::string& outFolder, int percent) : folder(outFolder), scale(percent / 100) { }
+    Tour(const std::string& outFolder, int percent) : folder(outFolder), scale(percent / 100.0) { }
     ~Tour()
     {
         if (host.effect())
@@ -53,8 +55,8 @@ public:
                 stderr, "ormund-screenshots: %s\n", display ? host.error().c_str() : "no display");
             return false;
         }
-        window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0,
-            unsigned(kPanelWidth * scale), unsigned(kPanelHeight * scale), 0, 0, 0);
+        window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, scaled(kPanelWidth),
+            scaled(kPanelHeight), 0, 0, 0);
         XMapWindow(display, window);
         XSync(display, False);
         host.keepOutput = false;
@@ -83,7 +85,7 @@ public:
 
     void moveTo(int x, int y)
     {
-        XTestFakeMotionEvent(display, -1, x * scale, y * scale, 0);
+        XTestFakeMotionEvent(display, -1, int(x * scale), int(y * scale), 0);
         XSync(display, False);
         play(12);
     }
@@ -100,8 +102,8 @@ public:
 
     bool save(const std::string& name)
     {
-        XImage* shot = XGetImage(display, DefaultRootWindow(display), 0, 0,
-            unsigned(kPanelWidth * scale), unsigned(kPanelHeight * scale), AllPlanes, ZPixmap);
+        XImage* shot = XGetImage(display, DefaultRootWindow(display), 0, 0, scaled(kPanelWidth),
+            scaled(kPanelHeight), AllPlanes, ZPixmap);
         if (!shot)
             return false;
         cairo_surface_t* picture =
@@ -113,7 +115,9 @@ public:
                 reinterpret_cast<uint32_t*>(pixels + y * stride)[x] =
                     uint32_t(XGetPixel(shot, x, y));
         cairo_surface_mark_dirty(picture);
-        const std::string path = folder + "/panel-" + name + "@" + std::to_string(scale) + "x.png";
+        char suffix[32];
+        std::snprintf(suffix, sizeof suffix, "@%gx.png", scale);
+        const std::string path = folder + "/panel-" + name + suffix;
         const bool written =
             cairo_surface_write_to_png(picture, path.c_str()) == CAIRO_STATUS_SUCCESS;
         cairo_surface_destroy(picture);
@@ -123,11 +127,13 @@ public:
     }
 
 private:
+    unsigned scaled(int length) const { return unsigned(std::lround(length * scale)); }
+
     ScriptedHost host;
     Display* display = nullptr;
     Window window = 0;
     std::string folder;
-    int scale;
+    double scale; // 1, 1.5 or 2
 };
 
 bool takeAll(Tour& tour)
@@ -164,7 +170,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: ormund-screenshots MODULE FOLDER SCALE PRESET\n");
         return 2;
     }
-    const int percent = std::atoi(argv[3]) >= 200 ? 200 : 100;
+    const int percent = std::clamp(std::atoi(argv[3]), 100, 200);
     // The user's own settings stay out of it.
     std::error_code ignored;
     const std::string home = std::filesystem::temp_directory_path(ignored) / "ormund-screenshots";
