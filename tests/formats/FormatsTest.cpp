@@ -56,6 +56,31 @@ TEST_P(Formats, PlayTheNotesAndTheSoundOfTheEngine)
     EXPECT_EQ(host->right, player.right());
 }
 
+// In VST3 they go out as controllers with numbers past those of MIDI.
+TEST_P(Formats, SendPressureAndProgramChanges)
+{
+    Player player;
+    for (int track = 0; track < 2; ++track) {
+        const float target = 128.5f + static_cast<float>(track);
+        player.engine().setParameter(Tag::ModTarget + track, target / 130);
+        player.engine().setParameter(Tag::ModTrackOn + track, 1);
+        for (int step = 0; step < 32; ++step)
+            player.engine().tracks.mods[static_cast<size_t>(track)].setValue(step, 0.3f);
+    }
+    const auto host = GetParam().make();
+    host->restoreChunk(chunkOf(player.engine()));
+    host->start(0);
+    host->play(kBeat);
+    const auto sent = [&host](int status) {
+        for (const MidiOut& event : host->events)
+            if ((event.status & 0xF0) == status)
+                return event.data1;
+        return -1;
+    };
+    EXPECT_EQ(sent(0xD0), 38);
+    EXPECT_EQ(sent(0xC0), 38);
+}
+
 TEST_P(Formats, RestoreTheStateOfAnyOther)
 {
     Player player;

@@ -12,6 +12,7 @@ constexpr char kModule[] =
 constexpr std::string_view kKey{"chunk\0", 6};
 constexpr int kPressureController = 128; // the numbers behind those of MIDI
 constexpr int kBendController = 129;
+constexpr int kProgramController = 130;
 
 class Vst3Host;
 
@@ -274,6 +275,8 @@ private:
                 events.push_back({at, 0xE0 | out.channel, out.value, out.value2});
             else if (out.cc_number == kPressureController)
                 events.push_back({at, 0xD0 | out.channel, out.value, 0});
+            else if (out.cc_number == kProgramController)
+                events.push_back({at, 0xC0 | out.channel, out.value, 0});
             else
                 events.push_back({at, 0xB0 | out.channel, out.cc_number, out.value});
             break;
