@@ -54,7 +54,9 @@ private:
 class OneWayFlag {
 public:
     void raise() noexcept { cell.store(true); }
-    void lower() noexcept { cell.store(false); }
+    // What was done before is seen by whoever finds it lowered. To see it raised for too long does
+    // no harm, so this does not wait for the other processors as raise() must.
+    void lower() noexcept { cell.store(false, std::memory_order_release); }
     bool isRaised() const noexcept { return cell.load(); }
     // Takes the flag if it is free. The one who got true lowers it again.
     bool tryRaise() noexcept { return !cell.exchange(true); }
@@ -80,7 +82,10 @@ class Mailbox {
 public:
     static constexpr int32_t kEmpty = -1;
     void post(int32_t value) noexcept { cell.store(value, std::memory_order_release); }
-    int32_t take() noexcept { return cell.exchange(kEmpty, std::memory_order_acq_rel); }
+    int32_t take() noexcept
+    {
+        return isEmpty() ? kEmpty : cell.exchange(kEmpty, std::memory_order_acq_rel);
+    }
     int32_t peek() const noexcept { return cell.load(std::memory_order_acquire); }
     bool isEmpty() const noexcept { return peek() == kEmpty; }
     void clear() noexcept { post(kEmpty); }

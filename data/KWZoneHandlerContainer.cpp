@@ -9,23 +9,12 @@ uint32_t pack(LoopZone zone)
     return static_cast<uint32_t>(zone.start) << 16 | static_cast<uint32_t>(zone.end);
 }
 
-LoopZone unpack(uint32_t word)
-{
-    return {static_cast<int>(word >> 16), static_cast<int>(word & 0xffffu)};
-}
-
 } // namespace
 
 KWZoneHandlerContainer::KWZoneHandlerContainer(int steps, int handlers)
     : stepCount(std::max(steps, 1)), handlersUsed(std::clamp(handlers, 1, kMaxHandlers))
 {
     clearAll();
-}
-
-LoopZone KWZoneHandlerContainer::zone(int r) const
-{
-    const int handler = std::clamp(r, 0, handlersUsed - 1);
-    return unpack(packed[static_cast<size_t>(handler)]);
 }
 
 void KWZoneHandlerContainer::setZone(int r, LoopZone wanted)
@@ -35,7 +24,7 @@ void KWZoneHandlerContainer::setZone(int r, LoopZone wanted)
     const int a = std::clamp(wanted.start, 0, stepCount - 1);
     const int b = std::clamp(wanted.end, 0, stepCount - 1);
     packed[static_cast<size_t>(r)] = pack({std::min(a, b), std::max(a, b)});
-    writes.add(1u);
+    writes.count();
 }
 
 void KWZoneHandlerContainer::setStart(int r, int step)
@@ -75,5 +64,5 @@ void KWZoneHandlerContainer::setRow(int r)
     if (r < 0 || r >= handlersUsed || r == rowIndex)
         return;
     rowIndex = r;
-    writes.add(1u);
+    writes.count();
 }

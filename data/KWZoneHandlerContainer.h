@@ -4,6 +4,7 @@
 #include "base/Crossing.h"
 #include "data/KWChunkableClass.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -24,7 +25,12 @@ public:
     KWZoneHandlerContainer(int steps, int handlers);
 
     // A row behind the last handler reads the last one, so a container of one handler serves all.
-    LoopZone zone(int r) const;
+    LoopZone zone(int r) const
+    {
+        const int handler = std::clamp<int>(r, 0, handlersUsed - 1);
+        const uint32_t word = packed[static_cast<size_t>(handler)];
+        return {static_cast<int>(word >> 16), static_cast<int>(word & 0xffffu)};
+    }
     int start(int r) const { return zone(r).start; }
     int end(int r) const { return zone(r).end; }
     // Ignored for a row without a handler; the ends are put in order and pulled into the track.
@@ -40,7 +46,7 @@ public:
     int row() const { return rowIndex; }
     void setRow(int r); // the row that edits act on; ignored outside
     LoopZone current() const { return zone(rowIndex); }
-    uint32_t generation() const { return writes; }
+    uint32_t generation() const { return writes.load(); }
 
     bool readChunk(KWChunk& chunk, bool skip) override;
     void writeChunk(KWChunk& chunk) const override;
@@ -50,5 +56,5 @@ private:
     int stepCount;
     Crossing<int32_t> handlersUsed;
     Crossing<int32_t> rowIndex = 0;
-    Crossing<uint32_t> writes = 0u;
+    ChangeCount writes;
 };

@@ -24,10 +24,11 @@ public:
         return !(sweep > 0) && event == finishedEvent && latchedSemitones == 0
             && latchedMidi == kCentre && sentMidi == kCentre;
     }
-    // Instead of tick() where it holds.
-    void rest(const KWClock::Out& clock)
+    // Instead of so many ticks where it holds.
+    void rest(const KWClock::Out& clock, int ticks)
     {
-        advanceEighths(clock);
+        for (int i = 0; i < ticks; ++i)
+            advanceEighths(clock);
         eighth.set(static_cast<int>(eighthCounter));
     }
 

@@ -63,13 +63,13 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
 
     const StepSpeed speed{
         values.stepsPerTick, settings.swingAmount, static_cast<int>(swingDelayTicks.load())};
-    runningSeen = info.hostRunning;
-    raw = rawStep(ownClock);
+    ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
+    raw = ownClockRuns ? stepOf(ownClock) : hostStep();
     values.retrigger = static_cast<float>(settings.retrigger);
     values.manualStep = settings.manualStep != 0;
 
-    swungStep = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
-    float count = half.tick(swungStep, settings.halfSpeed != 0);
+    float count = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
+    count = half.tick(count, settings.halfSpeed != 0);
     count = retriggerLink.tick(count, settings.retrigger != 0, speed);
     count = slowdownLink.tick(count, settings.slowdown != 0, settings.slowdownCurve, speed);
     count = manual.tick(count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
@@ -81,4 +81,25 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
 
     values.masterStep = count * values.play;
     values.stepChange = keys.keyStep + values.masterStep;
+}
+
+int KWClock::ticksHeld(int most) const
+{
+    if (!isSteady)
+        return 0;
+    int held = mainSwing.ticksHeld(most);
+    if (ownClockRuns && values.play > 0) {
+        // A tick short, so that rounding cannot decide.
+        const double steps = static_cast<double>(raw) + 1.0 - ownClock;
+        held = std::clamp(static_cast<int>(steps / values.stepsPerTick) - 1, 0, held);
+    }
+    return held;
+}
+
+void KWClock::rest(int ticks)
+{
+    for (int i = 0; i < ticks; ++i) {
+        ownClock = nextOwnClock();
+        ring.repeat(looperLink.rest(values.stepsPerTick));
+    }
 }

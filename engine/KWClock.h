@@ -54,20 +54,13 @@ public:
     void tick(const KWSystemInfo&, const KWKeys::Out&);
     const Out& out() const { return values; }
 
-    // Whether another tick would find the same count in every link, as long as no setting and no
-    // key moves.
-    bool holds() const
-    {
-        return isSteady && info.hostRunning == runningSeen && rawStep(nextOwnClock()) == raw
-            && mainSwing.swung(raw, settings.swingAmount, static_cast<int>(swingDelayTicks))
-            == swungStep;
-    }
-    // Instead of tick() where it holds.
-    void rest()
-    {
-        ownClock = nextOwnClock();
-        ring.repeat(looperLink.rest(settings.looperSteps, values.stepsPerTick));
-    }
+    // How many further ticks would find the same count in every link, up to `most`, as long as no
+    // setting and no key moves and, but for the own clock, the position stays in its step.
+    int ticksHeld(int most) const;
+    // Whether the song position is in the step that the last tick found.
+    bool isInStep() const { return ownClockRuns || hostStep() == raw; }
+    // Instead of so many ticks that would have found the same.
+    void rest(int ticks);
 
 private:
     // Rounding must never decide a step: a position that is meant to be on the line counts as on
@@ -77,14 +70,11 @@ private:
     static constexpr double kOwnClockWrap = 32000.0;
 
     float playWanted(float gate);
-    float rawStep(double ownSteps) const
+    static float stepOf(double steps) { return wholePart(std::min(steps, kMostSteps)); }
+    float hostStep() const
     {
-        const bool ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
-        const double steps = ownClockRuns
-            ? ownSteps
-            : static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise
-                + kPositionSlack;
-        return static_cast<float>(static_cast<int>(std::min(steps, kMostSteps)));
+        return stepOf(
+            static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise + kPositionSlack);
     }
     double nextOwnClock() const
     {
@@ -109,9 +99,8 @@ private:
     double ownClock = 0; // steps, for the keyboard's toggle
 
     // What the last tick found.
-    float runningSeen = 0;
+    bool ownClockRuns = false;
     float raw = 0;         // the song position in whole steps
-    float swungStep = 0;   // the same behind the main swing
     bool isSteady = false; // no link plays a count of its own
 
     SwingRing ring;

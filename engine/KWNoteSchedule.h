@@ -3,6 +3,7 @@
 
 #include "data/KWSystemInfo.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,13 +31,17 @@ public:
     // together with its off.
     void drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voices);
 
-    // Whether nothing falls due in the coming period.
-    bool holds() const { return head == kNone || at(head).delay >= kTickSamples; }
-    // Instead of drain() where it holds.
-    void rest()
+    // How many drains from now on hand out nothing, up to `most`.
+    int ticksHeld(int most) const
+    {
+        const uint32_t delay = head == kNone ? UINT32_MAX : at(head).delay;
+        return static_cast<int>(std::min(delay / kTickSamples, static_cast<uint32_t>(most)));
+    }
+    // Instead of so many of them.
+    void rest(int ticks)
     {
         if (head != kNone)
-            at(head).delay -= kTickSamples;
+            at(head).delay -= static_cast<uint32_t>(ticks * kTickSamples);
     }
 
     bool isEmpty() const { return head == kNone; }

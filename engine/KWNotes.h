@@ -45,10 +45,11 @@ public:
     // Whether another tick would change nothing but the arpeggio's clock, as long as nothing moves
     // that it reads.
     bool holds() const { return !arpeggioRuns; }
-    // Instead of tick() where it holds.
-    void rest(const KWClock::Out& clock, const KWLanes::Out& lanes)
+    // Instead of so many ticks where it holds.
+    void rest(const KWClock::Out& clock, const KWLanes::Out& lanes, int ticks)
     {
-        advanceSubStep(clock, lanes.performance);
+        for (int i = 0; i < ticks; ++i)
+            advanceSubStep(clock, lanes.performance);
     }
     // Starts the notes of the tick if the trigger value has moved.
     void trigger(KWNoteSchedule& schedule);

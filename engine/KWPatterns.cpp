@@ -27,9 +27,10 @@ void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
     if (reloaded)
         cells.playFlag = clock.reload;
 
-    cells.loop = tracks.sequenceLoop.zone(0);
-    const int first = cells.loop.start;
-    const int length = std::max(cells.loop.end + 1 - first, 1);
+    loopSeen = tracks.sequenceLoop.generation();
+    const LoopZone loop = tracks.sequenceLoop.zone(0);
+    const int first = loop.start;
+    const int length = std::max(loop.end + 1 - first, 1);
     const float repeats = tracks.patternRepeats.step(values.songIndex);
     const float unitCount = (repeats + 1.0f) * settings.stepsPerUnit;
     if (stepChanged)

@@ -32,7 +32,7 @@ public:
     void tick(const KWClock::Out&, const KWKeys::Out&);
     const Out& out() const { return values; }
     // Whether another tick would change nothing, as long as no setting, step, key or count moves.
-    bool holds() const { return isSettled && tracks.sequenceLoop.zone(0) == cells.loop; }
+    bool holds() const { return isSettled && tracks.sequenceLoop.generation() == loopSeen; }
 
 private:
     void select(int pattern);
@@ -59,10 +59,10 @@ private:
         LastSeen<float> pulse;
         float patternCell = 0;
         LastSeen<int> patternSeen;
-        LoopZone loop;
         friend bool operator==(const Cells&, const Cells&) = default;
     };
     Out values;
     Cells cells;
+    uint32_t loopSeen = 0;
     bool isSettled = false; // the last tick left all cells as they were
 };

@@ -60,7 +60,8 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
         // fall.
         const bool isStored = tempo == info.tempo;
         const float perBeat = isStored ? info.samplesPerBeat.load() : info.samplesPerBeatAt(tempo);
-        const double nominal = (frames / static_cast<double>(perBeat)) / frames;
+        if (nominalOf.changed({frames, perBeat}))
+            nominal = (frames / static_cast<double>(perBeat)) / frames;
         const double projected = frames * nominal + position;
         positionIncrement =
             justPastCycleEnd ? nominal : (projected - info.songPositionPrecise) / frames;

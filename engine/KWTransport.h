@@ -1,6 +1,7 @@
 // Follows the host's transport, once a block, and moves the song position from sample to sample.
 #pragma once
 
+#include "base/LastSeen.h"
 #include "data/KWSystemInfo.h"
 #include "host/effect/EffectTypes.h"
 
@@ -23,6 +24,15 @@ private:
     bool setRunning(bool running);
 
     KWSystemInfo& info;
+    // What a block of so many frames moves by a sample, kept for the next one of its kind.
+    struct BlockKind {
+        int frames = 0;
+        float samplesPerBeat = 0;
+        friend bool operator==(const BlockKind&, const BlockKind&) = default;
+    };
+    LastSeen<BlockKind> nominalOf;
+    double nominal = 0; // quarter notes a sample
+
     double tempo = 120.0;
     double positionIncrement = 0; // quarter notes a sample
     bool wrapArmed = false;

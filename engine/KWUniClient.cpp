@@ -15,6 +15,8 @@ constexpr int kInputs = 2;
 constexpr int kOutputs = 2;
 // A block that does not end in this time is not waited for any longer.
 constexpr int kMostWaits = 500;
+// Ticks. To catch up with them takes a part of what a step takes.
+constexpr int kMostRests = 64;
 
 void clearOutputs(float** outputs, int frames)
 {
@@ -93,6 +95,7 @@ void KWUniClient::setSampleRate(float rate)
         return;
     // A host ought to stop first; with one that does not, a block would read a buffer that moves.
     const BlocksStopped stopped(stateLink, true);
+    catchUp();
     info.setSampleRate(rate);
     KWPluginBase::setSampleRate(rate);
     clock.sampleRateChanged();
@@ -124,13 +127,14 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
 
     const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
     const double recordPosition = record ? record->ppqPos : 0.0;
-    transport.evaluate(record, sampleFrames);
+    if (transport.evaluate(record, sampleFrames) || transport.blockTempo() != info.tempo)
+        restsLeft = 0;
     clearOutputs(outputs, sampleFrames);
 
     for (int i = 0; i < sampleFrames;) {
         if (info.controlCounter == kTickSamples) {
             info.controlCounter = 0;
-            if (isResting())
+            if (mayRest())
                 restingTick();
             else
                 tick(i);
@@ -146,6 +150,7 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
 
 void KWUniClient::tick(int sample)
 {
+    catchUp();
     while (const InternalEvent* event = inputQueue.popDue())
         handle(*event);
     inputQueue.advance(kTickSamples);
@@ -168,7 +173,7 @@ void KWUniClient::tick(int sample)
     if (moved || !notes.holds())
         notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
     else
-        notes.rest(clock.out(), lanes.out());
+        notes.rest(clock.out(), lanes.out(), 1);
     bend.tick(clock.out(), lanes.out(), performance.out(), notes.out(), outgoing);
     notes.trigger(schedule);
     synthTicked = synthOn != 0;
@@ -181,29 +186,39 @@ void KWUniClient::tick(int sample)
     if (moved)
         publish();
     screen.bendSemitones = bend.semitones();
-    mayRest = !moved && patterns.holds() && notes.holds() && bend.holds() && !mods.hasUnsent();
+    restsLeft = 0;
+    if (!moved && patterns.holds() && notes.holds() && bend.holds() && !mods.hasUnsent())
+        restsLeft = schedule.ticksHeld(clock.ticksHeld(kMostRests));
 }
 
 // Nearly all ticks fall between two steps, and nothing comes from outside. Then the last tick in
 // full has left every cell of every stage as it was, so another one would do the same: only what
 // counts ticks goes on.
-bool KWUniClient::isResting() const
+bool KWUniClient::mayRest() const
 {
-    return mayRest && info.changes.load() == stepInputs.value().changes && inputQueue.isEmpty()
-        && transport.blockTempo() == info.tempo && keys.holds() && clock.holds() && patterns.holds()
-        && schedule.holds();
+    return restsLeft > 0 && info.changes.load() == stepInputs.value().changes
+        && inputQueue.isEmpty() && keys.holds() && clock.isInStep() && patterns.holds();
 }
 
 void KWUniClient::restingTick()
 {
+    --restsLeft;
+    ++rested;
     keys.rest();
-    clock.rest();
-    notes.rest(clock.out(), lanes.out());
-    bend.rest(clock.out());
     synthTicked = synthOn != 0;
     if (synthTicked)
         synth.controlTick(bend.semitones());
-    schedule.rest();
+}
+
+void KWUniClient::catchUp()
+{
+    if (rested == 0)
+        return;
+    clock.rest(rested);
+    notes.rest(clock.out(), lanes.out(), rested);
+    bend.rest(clock.out(), rested);
+    schedule.rest(rested);
+    rested = 0;
 }
 
 void KWUniClient::handle(const InternalEvent& event)
@@ -264,9 +279,9 @@ void KWUniClient::renderRun(float** outputs, int frame, int samples)
 void KWUniClient::sendOutgoing(double songPosition)
 {
     const int count = outgoing.count();
-    VstEvents* events = outgoing.close();
     if (count == 0)
         return;
+    VstEvents* events = outgoing.close();
     if (!wrapper) {
         sendVstEventsToHost(events);
     } else if (wrapper->hasMidiOutput()) {

@@ -138,8 +138,9 @@ private:
     // engine/KWUniClient.cpp
     void dropOutdatedEvents();
     void tick(int sample);
-    bool isResting() const;
+    bool mayRest() const;
     void restingTick();
+    void catchUp();
     void handle(const InternalEvent& event);
     void followTempo();
     void renderRun(float** outputs, int frame, int samples);
@@ -208,7 +209,8 @@ private:
         friend bool operator==(const StepInputs&, const StepInputs&) = default;
     };
     LastSeen<StepInputs> stepInputs;
-    bool mayRest = false;     // the last tick in full moved nothing but counters
+    int restsLeft = 0;        // ticks in which nothing can move of itself
+    int rested = 0;           // ticks that the stages' counters have not taken yet
     bool synthTicked = false; // the synth has had its control step for this period
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};

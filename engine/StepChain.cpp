@@ -56,6 +56,7 @@ float LooperLink::tick(float count, bool on, int steps, const StepSpeed& speed)
 {
     if (step.changed(static_cast<int>(count)))
         active = on;
+    length = steps;
     ownCount += speed.stepsPerTick;
     const bool switched = activeSeen.changed(active);
     if (switched)

@@ -82,10 +82,10 @@ public:
     bool isActive() const { return active; }
     // Instead of tick() while it is not active and its input holds still: only its own count goes
     // on. Gives the count that enters the ring.
-    float rest(int steps, double stepsPerTick)
+    float rest(double stepsPerTick)
     {
         ownCount += stepsPerTick;
-        if (ownCount >= steps)
+        if (ownCount >= length)
             ownCount = 0;
         return wholePart(ownCount);
     }
@@ -95,6 +95,7 @@ private:
     LastSeen<int> step;
     LastSeen<bool> activeSeen;
     bool active = false;
+    int length = 0; // steps
     double ownCount = 0;
     float base = 0;
 };

@@ -52,18 +52,27 @@ public:
     float tick(float count, float amount, int delay)
     {
         ring.put(line, count);
-        return swung(count, amount, delay);
+        const bool isLate = amount > 0 && delay > 0 && static_cast<int>(count) % 2 == 1;
+        lateBy = isLate ? std::min(static_cast<size_t>(delay), ring.longestDelay()) : 0;
+        entered = count;
+        swung = isLate ? ring.past(line, lateBy) : count;
+        return swung;
     }
-    // What a tick would give, without taking it.
-    float swung(float count, float amount, int delay) const
+    // How many ticks with the same arguments would give the same, up to `most`. Between two ticks
+    // of the ring.
+    int ticksHeld(int most) const
     {
-        const bool isLate = amount > 0 && static_cast<int>(count) % 2 == 1;
-        if (!isLate || delay < 1)
-            return count;
-        return ring.past(line, std::min(static_cast<size_t>(delay), ring.longestDelay()));
+        size_t back = lateBy;
+        int held = 0;
+        for (; held < most && back > 0 && ring.past(line, back) == swung; ++held)
+            --back;
+        return back > 0 || entered != swung ? held : most;
     }
 
 private:
     SwingRing& ring;
     SwingRing::Line line;
+    size_t lateBy = 0; // ticks; 0: the step is not late
+    float entered = 0; // the last tick's count
+    float swung = 0;   // and what it gave
 };
