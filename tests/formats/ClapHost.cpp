@@ -2,6 +2,7 @@
 
 #include <clap/entry.h>
 #include <clap/ext/gui.h>
+#include <clap/ext/note-ports.h>
 #include <clap/ext/state.h>
 #include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
@@ -101,6 +102,14 @@ public:
         };
         const auto* known = static_cast<const Tail*>(plugin->get_extension(plugin, "clap.tail"));
         return known ? known->get(plugin) : 0;
+    }
+
+    std::string midiPortName(bool isInput) override
+    {
+        const auto* ports = static_cast<const clap_plugin_note_ports_t*>(
+            plugin->get_extension(plugin, CLAP_EXT_NOTE_PORTS));
+        clap_note_port_info_t info{};
+        return ports && ports->get(plugin, 0, isInput, &info) ? info.name : "";
     }
 
     bool openEditor(unsigned long parent) override

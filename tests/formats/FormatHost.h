@@ -24,6 +24,7 @@ public:
     // For the next block. The bypass is on from 0.5.
     virtual void setParameter(int index, float value) = 0;
     virtual int64_t tail() { return 0; } // frames; 0 where the format tells none
+    virtual std::string midiPortName(bool isInput) = 0;
     virtual std::string chunkText() = 0; // empty where the format kept none
     virtual void restoreChunk(const std::string& text) = 0;
 

@@ -145,6 +145,13 @@ TEST_P(Formats, TellASecondOfTail)
 }
 
 // Nothing but a block runs: no window shows, and the host asks for nothing.
+TEST_P(Formats, NameTheirMidiPortsByTheProduct)
+{
+    const auto host = GetParam().make();
+    EXPECT_EQ(host->midiPortName(true), "Ormund MIDI");
+    EXPECT_EQ(host->midiPortName(false), "Ormund MIDI");
+}
+
 TEST_P(Formats, ControllerStepsThroughPresetsWithoutAWindow)
 {
     const TwoPresets tree;

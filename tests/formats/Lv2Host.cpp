@@ -42,7 +42,7 @@ public:
         lilv_world_load_bundle(world, bundle);
         lilv_node_free(bundle);
         LilvNode* uri = lilv_new_uri(world, kUri);
-        const LilvPlugin* plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), uri);
+        plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), uri);
         lilv_node_free(uri);
         if (!plugin)
             throw std::runtime_error("no LV2 plug-in");
@@ -55,7 +55,7 @@ public:
         instance = lilv_plugin_instantiate(plugin, kRate, features);
         if (!instance)
             throw std::runtime_error("no LV2 instance");
-        connect(plugin);
+        connect();
         lilv_instance_activate(instance);
         state = static_cast<const LV2_State_Interface*>(
             lilv_instance_get_extension_data(instance, LV2_STATE__interface));
@@ -69,6 +69,17 @@ public:
         lilv_instance_deactivate(instance);
         lilv_instance_free(instance);
         lilv_world_free(world);
+    }
+
+    std::string midiPortName(bool isInput) override
+    {
+        LilvNode* symbol = lilv_new_string(world, isInput ? "lv2_events_in" : "lv2_events_out");
+        const LilvPort* port = lilv_plugin_get_port_by_symbol(plugin, symbol);
+        LilvNode* name = port ? lilv_port_get_name(plugin, port) : nullptr;
+        std::string text = name ? lilv_node_as_string(name) : "";
+        lilv_node_free(name);
+        lilv_node_free(symbol);
+        return text;
     }
 
     void setParameter(int index, float value) override
@@ -148,7 +159,7 @@ protected:
     }
 
 private:
-    void connect(const LilvPlugin* plugin)
+    void connect()
     {
         const uint32_t ports = lilv_plugin_get_num_ports(plugin);
         controls.resize(ports);
@@ -258,6 +269,7 @@ private:
             urid(LV2_ATOM__Float), &rate},
         {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
     LilvWorld* world = nullptr;
+    const LilvPlugin* plugin = nullptr;
     LilvInstance* instance = nullptr;
     const LV2_State_Interface* state = nullptr;
     LV2_Atom_Forge forge{};

@@ -92,6 +92,17 @@ public:
     }
     int64_t tail() override { return v3_cpp_obj(processor)->get_tail_samples(processor); }
 
+    std::string midiPortName(bool isInput) override
+    {
+        v3_bus_info info{};
+        v3_cpp_obj(component)->get_bus_info(
+            component, V3_EVENT, isInput ? V3_INPUT : V3_OUTPUT, 0, &info);
+        std::string name;
+        for (const int16_t* letter = info.bus_name; *letter; ++letter)
+            name += static_cast<char>(*letter);
+        return name;
+    }
+
     std::string chunkText() override
     {
         Vst3Stream stream;
