@@ -31,15 +31,8 @@ cat >"$XDG_CONFIG_HOME/ardour7/config" <<'XML'
 </Ardour>
 XML
 
-started=()
-trap 'kill "${started[@]}" 2>/dev/null || true' EXIT
-Xvfb -displayfd 1 -screen 0 1600x1000x24 -nolisten tcp >"$work/display" 2>/dev/null &
-started+=($!)
-until [ -s "$work/display" ]; do sleep 0.1; done
-DISPLAY=:$(cat "$work/display")
-export DISPLAY
-openbox >/dev/null 2>&1 &
-started+=($!)
+. tools/hosts/screen.sh
+start_screen 1600x1000 "$work"
 ardour --no-splash --no-announcements "$session/ormund.ardour" >"$work/ardour.log" 2>&1 &
 started+=($!)
 

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # Opens Ormund's editor in jalv on a screen and a JACK server of its own, lets the transport roll,
-# takes a picture and writes down the MIDI that arrives: tools/hosts/jalv.sh [PICTURE.png]
-# Needs the Debian packages "jalv", "jackd2", "jack-example-tools", "xvfb", "openbox", "xdotool" and
-# "imagemagick".
+# takes a picture and records the MIDI and the sound that arrive: tools/hosts/jalv.sh [PICTURE.png]
+# Needs the Debian packages "jalv", "jackd2", "xvfb", "openbox", "xdotool", "imagemagick" and "sox".
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 picture=$(realpath -m "${1:-jalv.png}")
@@ -12,15 +11,8 @@ mkdir "$work/lv2"
 cp -rp build/bin/ormund.lv2 "$work/lv2/"
 export LV2_PATH=/usr/lib/lv2:$work/lv2
 
-started=()
-trap 'kill "${started[@]}" 2>/dev/null || true' EXIT
-Xvfb -displayfd 1 -screen 0 1100x860x24 -nolisten tcp >"$work/display" 2>/dev/null &
-started+=($!)
-until [ -s "$work/display" ]; do sleep 0.1; done
-DISPLAY=:$(cat "$work/display")
-export DISPLAY
-openbox >/dev/null 2>&1 &
-started+=($!)
+. tools/hosts/screen.sh
+start_screen 1100x860 "$work"
 jackd -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 512 >"$work/jackd.log" 2>&1 &
 started+=($!)
 sleep 2
@@ -37,4 +29,6 @@ sleep 5
 import -window root "$picture"
 echo "MIDI messages: $(grep -c : "$work/midi.txt")"
 head -4 "$work/midi.txt"
+jack_rec -f "$work/sound.wav" -d 4 -b 16 Ormund:lv2_audio_out_1 >/dev/null 2>&1
+sox "$work/sound.wav" -n stat 2>&1 | grep "Maximum amplitude"
 echo "The picture is $picture."
