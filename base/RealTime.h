@@ -1,5 +1,5 @@
-// Marks a function that runs on the audio thread: it neither allocates, nor locks, nor enters the
-// kernel, nor throws. Newer clangs check that while it runs (-fsanitize=realtime).
+// Marks a function that runs on the audio thread: it neither allocates, nor locks, nor makes a
+// system call, nor throws. Newer clangs check that while it runs (-fsanitize=realtime).
 #pragma once
 
 #ifdef __has_cpp_attribute

@@ -93,17 +93,17 @@ void MidiMap::move(int list, float value, ParameterSink& sink, Crossing<int32_t>
     }
 }
 
-void MidiMap::append(int listIndex, CcAssignment entry)
+void MidiMap::append(int list, CcAssignment entry)
 {
-    List& list = lists[static_cast<size_t>(listIndex)];
-    const int32_t used = list.count.load(std::memory_order_relaxed);
+    Entries& entries = entriesOf(list);
+    const int32_t used = countOf(list).load(std::memory_order_relaxed);
     for (int32_t i = 0; i < used; ++i)
-        if (list.entries[static_cast<size_t>(i)] == pack(entry))
+        if (entries[static_cast<size_t>(i)] == pack(entry))
             return;
     if (used >= kRoom)
         return;
-    list.entries[static_cast<size_t>(used)] = pack(entry);
-    list.count.store(used + 1, std::memory_order_release);
+    entries[static_cast<size_t>(used)] = pack(entry);
+    countOf(list).store(used + 1, std::memory_order_release);
 }
 
 void MidiMap::addAssignment(int list, int tag, int step)
@@ -118,15 +118,16 @@ template <typename Drop>
 void MidiMap::removeIf(Drop drop)
 {
     const Change change(*this);
-    for (List& list : lists) {
-        const int32_t used = list.count.load(std::memory_order_relaxed);
+    for (int list = 0; list < kLists; ++list) {
+        Entries& entries = entriesOf(list);
+        const int32_t used = countOf(list).load(std::memory_order_relaxed);
         size_t kept = 0;
         for (size_t i = 0; i < static_cast<size_t>(used); ++i) {
-            const int32_t packed = list.entries[i];
+            const int32_t packed = entries[i];
             if (!drop(unpack(packed)))
-                list.entries[kept++] = packed;
+                entries[kept++] = packed;
         }
-        list.count.store(static_cast<int32_t>(kept), std::memory_order_release);
+        countOf(list).store(static_cast<int32_t>(kept), std::memory_order_release);
     }
 }
 
@@ -150,11 +151,11 @@ bool MidiMap::replace(const Lists& source, bool controllers, bool pressure, bool
         for (int list = 0; list < kLists; ++list) {
             if (!(list == kPressure ? pressure : controllers))
                 continue;
-            List& target = lists[static_cast<size_t>(list)];
+            Entries& target = entriesOf(list);
             const auto entries = source.of(list);
             for (size_t i = 0; i < entries.size(); ++i)
-                target.entries[i] = pack(entries[i]);
-            target.count.store(static_cast<int32_t>(entries.size()), std::memory_order_release);
+                target[i] = pack(entries[i]);
+            countOf(list).store(static_cast<int32_t>(entries.size()), std::memory_order_release);
         }
     };
     if (!fromAudio) {
@@ -180,15 +181,14 @@ void MidiMap::copyTo(Lists& copy) const
 
 int MidiMap::count(int list) const
 {
-    return isList(list) ? lists[static_cast<size_t>(list)].count.load(std::memory_order_acquire)
-                        : 0;
+    return isList(list) ? counts[static_cast<size_t>(list)].load(std::memory_order_acquire) : 0;
 }
 
 CcAssignment MidiMap::at(int list, int index) const
 {
     if (index < 0 || index >= count(list))
         return {};
-    return unpack(lists[static_cast<size_t>(list)].entries[static_cast<size_t>(index)]);
+    return unpack(allEntries[static_cast<size_t>(list)][static_cast<size_t>(index)]);
 }
 
 bool MidiMap::isAssigned(int tag) const

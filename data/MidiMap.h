@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Crossing.h"
+#include "base/ZeroedArray.h"
 
 #include <array>
 #include <atomic>
@@ -87,11 +88,12 @@ private:
     template <typename Drop>
     void removeIf(Drop drop);
 
-    struct List {
-        std::array<Crossing<int32_t>, kRoom> entries; // packed
-        std::atomic<int32_t> count{0};
-    };
-    std::array<List, kLists> lists;
+    using Entries = std::array<Crossing<int32_t>, kRoom>; // packed
+    Entries& entriesOf(int list) { return allEntries[static_cast<size_t>(list)]; }
+    std::atomic<int32_t>& countOf(int list) { return counts[static_cast<size_t>(list)]; }
+
+    ZeroedArray<Entries> allEntries{kLists}; // most lists stay empty
+    std::array<std::atomic<int32_t>, kLists> counts{};
     OneWayFlag inMessage;
     Crossing<int32_t> learnTarget = kNoTarget; // packed, so that tag and step never part
     std::array<Crossing<float>, kControllers> ccValues{};

@@ -77,13 +77,15 @@ protected:
 private:
     static size_t cell(int r, int i)
     {
-        return static_cast<size_t>(r) * kMaxSteps + static_cast<size_t>(i);
+        // The usual 32 steps of all rows stand together, so that they touch one page.
+        constexpr int kTogether = 32;
+        return static_cast<size_t>((i / kTogether * kMaxRows + r) * kTogether + i % kTogether);
     }
     void copyTo(bool global, int from, int to);
     void pasteFrom(bool global, int from, int to);
     float fit(float v) const;
 
-    ZeroedArray<Crossing<float>> matrix; // kMaxRows by kMaxSteps, always
+    ZeroedArray<Crossing<float>> matrix; // kMaxRows by kMaxSteps, always; see cell()
     Crossing<int32_t> stepCount;
     Crossing<int32_t> rowsUsed;
     Crossing<int32_t> rowIndex = 0;

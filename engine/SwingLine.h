@@ -11,35 +11,47 @@
 // block does or inside a tick; it allocates nothing.
 class SwingRing {
 public:
-    enum Line : size_t { Main, Retrigger, Slowdown, Looper, kLines };
-    using Counts = std::array<float, kLines>;
+    enum Line : size_t { Main, Looper, Retrigger, Slowdown, kLines };
 
     SwingRing();
 
     // Half of the longest step at the slowest tempo, in ticks, is 3675 at 44.1 kHz.
     void setRateRatio(float rateRatio);
 
-    void put(Line line, float count) { entries[write][line] = count; }
+    // The line's count of this tick.
+    void put(Line line, float count)
+    {
+        float& place = pairs[line / 2][now][line % 2];
+        if (place != count)
+            place = count;
+    }
     // What the line's count was `delay` ticks before the one that is being written; 1 and up.
     float past(Line line, size_t delay) const
     {
-        return entries[write >= delay ? write - delay : write + length - delay][line];
+        const size_t place = now >= delay ? now - delay : now + length - delay;
+        return pairs[line / 2][place][line % 2];
     }
     size_t longestDelay() const { return length - 1; }
-    void advance() { write = write + 1 < length ? write + 1 : 0; }
+    void advance() { now = now + 1 < length ? now + 1 : 0; }
     // A whole tick in which only the looper's count may be another than in the tick before.
     void repeat(float looperCount)
     {
-        Counts counts = entries[write > 0 ? write - 1 : length - 1];
-        counts[Looper] = looperCount;
-        entries[write] = counts;
+        const size_t last = now > 0 ? now - 1 : length - 1;
+        pairs[Main / 2][now] = {pairs[Main / 2][last][Main % 2], looperCount};
+        const Pair effects = pairs[Retrigger / 2][last];
+        if (pairs[Retrigger / 2][now] != effects)
+            pairs[Retrigger / 2][now] = effects;
         advance();
     }
 
 private:
-    ZeroedArray<Counts> entries; // as long as the highest rate asks for
+    using Pair = std::array<float, 2>;
+
+    // As long as the highest rate asks for. The main count and the looper's always move; the pages
+    // of the other two are not touched before one of them is used.
+    std::array<ZeroedArray<Pair>, kLines / 2> pairs;
     size_t length;
-    size_t write = 0;
+    size_t now = 0;
 };
 
 // One counter's swing. Even steps pass; odd ones are late by the delay while the amount is above 0.
