@@ -8,7 +8,6 @@
 
 namespace {
 constexpr int kButtonKind = 7;
-constexpr int kPopupMode = 2;
 constexpr CColor kPlainFrame{200, 200, 200};
 constexpr CColor kPlainOff{150, 150, 150};
 constexpr CColor kPlainOn{60, 60, 60};

@@ -52,6 +52,7 @@ public:
 
     virtual void onModalStart() { }
     // Takes the mouse and the top of the drawing order. `where` is in frame coordinates.
+    static constexpr int kPopupMode = 2; // of beginModal, for a list over a control
     virtual void beginModal(int mode, const CPoint* where, long forTag);
     virtual void endModal(int result);
     // The area that modal display covers.

@@ -10,7 +10,6 @@ namespace {
 constexpr float kDragStep = -0.01f; // of the value for a pixel at sensitivity 1
 constexpr float kFineDragStep = -0.0005f;
 constexpr float kWheelStep = -0.35f * 0.05f;
-constexpr int kPopupMode = 2;
 } // namespace
 
 KWDisplay::KWDisplay(

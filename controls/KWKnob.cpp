@@ -9,7 +9,6 @@
 
 namespace {
 constexpr int kKnobKind = 2;
-constexpr int kPopupMode = 2;
 constexpr float kDragStep = -0.01f; // 100 pixels for the whole range at sensitivity 1
 constexpr float kFineDragStep = -0.0005f;
 constexpr float kWheelStep = -0.35f * 0.05f;

@@ -8,7 +8,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int kPopupMode = 2;
 }
 
 bool KWLineView::readsMouse(const CPoint& where) const

@@ -9,7 +9,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int kPopupMode = 2;
 }
 
 KWListLineView::KWListLineView(

@@ -11,7 +11,6 @@
 
 namespace {
 constexpr int kMenuKind = 3;
-constexpr int kPopupMode = 2;
 } // namespace
 
 KWOptionMenu::KWOptionMenu(const CRect& viewSize, CControlListener* controlListener,

@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace {
-constexpr int kPopupMode = 2;
 constexpr float kFineDrag = 0.002f; // 500 pixels for the whole range
 constexpr float kWheelScale = -0.35f;
 constexpr float kFineWheelScale = 0.25f;

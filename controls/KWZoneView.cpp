@@ -9,7 +9,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int kPopupMode = 2;
 constexpr float kEdgeShare = 0.2f; // of the bar's length drags an end
 constexpr int kReset = 10063;
 constexpr int kStepBack = 10065;
