@@ -66,6 +66,28 @@ TEST(Threads, PlayingBesideAutomationEditsAndTheScreen)
     }
 }
 
+TEST(Threads, ARateThatChangesWaitsForTheBlock)
+{
+    Player player({.block = 64, .empty = false});
+    KWUniClient& engine = player.engine();
+    engine.setParameter(Tag::SynthOn, 1);
+    engine.setParameter(Tag::DelayMix, 1);
+    std::atomic<bool> plays{true};
+    std::thread host([&] {
+        for (int i = 0; i < 60; ++i)
+            engine.setSampleRate(i % 2 ? 192000.0f : 22050.0f);
+        plays = false;
+    });
+    player.start();
+    while (plays)
+        player.play(64);
+    host.join();
+    player.keepAudio(true);
+    player.play(4410);
+    for (const float sample : player.left())
+        ASSERT_TRUE(std::isfinite(sample));
+}
+
 TEST(Threads, TwoInstancesStartAndKeepSettingsAtOnce)
 {
     const auto live = [] {
