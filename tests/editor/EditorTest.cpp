@@ -6,6 +6,7 @@
 #include "editor/BitmapTable.h"
 #include "editor/PanelScale.h"
 #include "platform/Messages.h"
+#include "tests/support/Checked.h"
 #include "tests/support/ReadableText.h"
 
 #include <gmock/gmock.h>
@@ -46,7 +47,7 @@ TEST(Editor, BuildsEveryControlAndFreesAllAtTheEnd)
 TEST(Editor, OpensAndClosesAgainAndAgain)
 {
     EditorRig rig;
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < rounds(50); ++i) {
         rig.editor.close();
         EXPECT_FALSE(rig.editor.isOpen());
         EXPECT_EQ(rig.editor.getFrame(), nullptr);

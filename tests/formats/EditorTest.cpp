@@ -5,6 +5,7 @@
 #include "data/Tags.h"
 #include "editor/ControlCatalogue.h"
 #include "host/formats/Base64.h"
+#include "tests/support/Checked.h"
 #include "tests/view/XServer.h"
 
 #include <gmock/gmock.h>
@@ -101,7 +102,7 @@ TEST_P(FormatEditor, OpensFiftyTimesAndLeavesNothingBehind)
     const Window parent = parentAt(0);
     const int before = user->countWindows();
     long early = 0;
-    for (int round = 0; round < 50; ++round) {
+    for (int round = 0; round < rounds(50); ++round) {
         ASSERT_TRUE(host->openEditor(parent));
         EXPECT_EQ(host->width, kPanelWidth);
         EXPECT_EQ(host->height, kPanelHeight);

@@ -1,5 +1,6 @@
 // The module's window in a host's window, on an X server without a screen.
 #include "apps/host/ScriptedHost.h"
+#include "tests/support/Checked.h"
 #include "tests/support/OwnHome.h"
 #include "tests/view/DropTarget.h"
 #include "tests/view/XServer.h"
@@ -90,7 +91,7 @@ TEST_F(ModuleWindow, FollowsTheEngineAndGoesWithIt)
 {
     host.dispatch(effEditOpen, 0, 0, reinterpret_cast<void*>(parent));
     host.start();
-    for (int round = 0; round < 40; ++round) {
+    for (int round = 0; round < rounds(40); ++round) {
         host.run(2048);
         host.effect()->setParameter(host.effect(), round % 46, 0.5f);
         idle(1);

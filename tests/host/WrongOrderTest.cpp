@@ -1,5 +1,6 @@
 // Hosts that call in an order of their own.
 #include "tests/host/ModuleRig.h"
+#include "tests/support/Checked.h"
 
 #include <atomic>
 #include <cstring>
@@ -129,7 +130,7 @@ TEST_F(Module, StatesRatesAndStopsBesideARunningBlock)
     const std::vector<char> state = stateOf(host);
     std::atomic<bool> plays{true};
     std::thread other([&] {
-        for (int i = 0; plays && i < 400; ++i) {
+        for (int i = 0; plays && i < rounds(400); ++i) {
             give(host, state);
             const float rates[] = {44100, 192000, 11050, 48000};
             host.dispatch(effSetSampleRate, 0, 0, nullptr, rates[i % 4]);

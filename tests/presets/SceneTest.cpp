@@ -5,6 +5,7 @@
 
 #include "base/ParkMiller.h"
 #include "data/Tags.h"
+#include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>
@@ -146,6 +147,8 @@ Hashes playAll(const AudioLoops& loops)
     Hashes hashes;
     for (const Scene& scene : kScenes)
         for (const float rate : kRates) {
+            if (kChecked && rate != kRates[0])
+                continue;
             Player player({.rate = rate, .block = kOddBlock, .empty = false, .loops = &loops});
             player.engine().setParameter(Tag::SynthOn, 1);
             player.keepAudio(true);
@@ -166,7 +169,7 @@ void expectRecorded(const AudioLoops& loops)
 {
     const Hashes expected = recorded();
     const Hashes heard = playAll(loops);
-    EXPECT_EQ(heard.size(), expected.size());
+    EXPECT_EQ(heard.size(), kChecked ? std::size(kScenes) : expected.size());
     for (const auto& [scene, hash] : heard) {
         const auto it = expected.find(scene);
         EXPECT_TRUE(it != expected.end() && it->second == hash)
