@@ -2,11 +2,11 @@
 
 #include "apps/ormund/DeviceDriver.h"
 #include "apps/ormund/JackDriver.h"
+#include "apps/ormund/MidiApi.h"
 #include "apps/ormund/SilentDriver.h"
 
 #include <alsa/asoundlib.h>
 #include <jack/jack.h>
-#include <RtMidi.h>
 
 #include <array>
 #include <iostream>
@@ -95,21 +95,11 @@ std::vector<SoundDevice> soundDevices()
 MidiPorts midiPorts()
 {
     MidiPorts all = JackDriver::ports();
-    if (!hasSequencer())
+    if (midiApi() != RtMidi::LINUX_ALSA)
         return all;
     listPorts<RtMidiIn>(all.inputs);
     listPorts<RtMidiOut>(all.outputs);
     return all;
-}
-
-bool hasSequencer()
-{
-    // Asked here first, because the MIDI library prints what it misses.
-    snd_seq_t* sequencer = nullptr;
-    if (snd_seq_open(&sequencer, "default", SND_SEQ_OPEN_DUPLEX, SND_SEQ_NONBLOCK) < 0)
-        return false;
-    snd_seq_close(sequencer);
-    return true;
 }
 
 void quietLibraries()

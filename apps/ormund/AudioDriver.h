@@ -54,8 +54,6 @@ struct MidiPorts {
     std::vector<std::string> outputs;
 };
 MidiPorts midiPorts();
-// Whether ALSA has its sequencer here, by which messages go where there is no JACK.
-bool hasSequencer();
 
 // Keeps the libraries from writing into the user's terminal what this program says in one line.
 void quietLibraries();

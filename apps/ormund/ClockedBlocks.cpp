@@ -1,11 +1,10 @@
 #include "apps/ormund/ClockedBlocks.h"
 
-#include "apps/ormund/AudioDriver.h"
+#include "apps/ormund/MidiApi.h"
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-#include <RtMidi.h>
 
 namespace {
 
@@ -60,27 +59,28 @@ ClockedBlocks::~ClockedBlocks()
 
 void ClockedBlocks::openPorts(const std::string& midiIn, const std::string& midiOut)
 {
-    if (!hasSequencer()) {
+    const RtMidi::Api api = midiApi();
+    if (api == RtMidi::RTMIDI_DUMMY) {
         // A machine without it plays sound all the same.
         if (!midiIn.empty() || !midiOut.empty())
-            trouble = "ALSA has no sequencer here, so there is no MIDI port";
+            trouble = "neither ALSA's sequencer nor JACK is here, so there is no MIDI port";
         return;
     }
     try {
-        input = std::make_unique<RtMidiIn>(RtMidi::LINUX_ALSA, kClientName);
+        input = std::make_unique<RtMidiIn>(api, kClientName);
         input->setCallback(
             [](double, std::vector<unsigned char>* bytes, void* self) {
                 static_cast<ClockedBlocks*>(self)->hear(bytes->data(), bytes->size());
             },
             this);
         trouble = openPort(*input, midiIn);
-        output = std::make_unique<RtMidiOut>(RtMidi::LINUX_ALSA, kClientName);
+        output = std::make_unique<RtMidiOut>(api, kClientName);
         if (const std::string second = openPort(*output, midiOut); trouble.empty())
             trouble = second;
     } catch (const RtMidiError& error) {
         input.reset();
         output.reset();
-        trouble = "ALSA gives no MIDI port: " + std::string(error.what());
+        trouble = "there is no MIDI port: " + std::string(error.what());
     }
 }
 

@@ -1,5 +1,5 @@
-// Blocks for devices that carry no messages: these come and go by the sequencer of ALSA, and the
-// steady clock says when.
+// Blocks for devices that carry no messages: these come and go by the sequencer of ALSA, or by JACK
+// where there is none, and the steady clock says when.
 #pragma once
 
 #include "apps/ormund/BlockClock.h"

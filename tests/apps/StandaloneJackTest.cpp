@@ -3,7 +3,9 @@
 #include "apps/host/ScriptedHost.h"
 #include "tests/apps/StandaloneRig.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
+#include <set>
 
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -113,6 +115,55 @@ TEST_F(OnJack, FollowsTheTempoOfTheClientThatLeads)
     }
     expectSame(hearFromStart(), moduleNotes(frames, 120));
     EXPECT_NEAR(listener->tempo(), 120, 1e-6) << "nobody else leads, so Ormund does again";
+}
+
+// Without a sound device of its own, and without a sequencer of ALSA's, it sends and hears by
+// JACK's ports all the same. A clock of its own says when, so only the order and the distances are
+// held.
+TEST_F(OnJack, SendsAndHearsBesideASoundThatCarriesNoMessages)
+{
+    Running program(home, {"--device", "none", "--no-window", "--rate", "48000", "--play"});
+    ASSERT_TRUE(program.says("MIDI alone")) << program.said();
+    ASSERT_TRUE(listener->connectFrom("Ormund-01:Ormund MIDI")) << program.said();
+    listener->play(true);
+    ASSERT_TRUE(listener->waitFrame(3 * JackServer::kRate));
+    std::vector<int64_t> starts;
+    for (const JackClient::Message& each : listener->take())
+        if ((each.bytes[0] & 0xF0) == 0x90 && each.bytes[2] > 0)
+            starts.push_back(each.frame);
+    ASSERT_GT(starts.size(), 8u);
+    constexpr double kStep = JackServer::kRate * 60 / 120.0 / 4; // sixteenths
+    int onTime = 0; // a server without a device loses time on a busy machine
+    for (size_t i = 1; i < starts.size(); ++i) {
+        const double steps = double(starts[i] - starts[i - 1]) / kStep;
+        onTime += std::abs(steps - std::round(steps)) < 0.1;
+    }
+    EXPECT_GT(onTime, int(starts.size()) * 3 / 4) << starts.size();
+
+    JackClient player;
+    ASSERT_TRUE(player.connectTo("Ormund:Ormund MIDI"));
+    const auto pitches = [&] {
+        std::set<int> heard;
+        for (const JackClient::Message& each : listener->take())
+            if ((each.bytes[0] & 0xF0) == 0x90 && each.bytes[2] > 0)
+                heard.insert(each.bytes[1]);
+        return heard;
+    };
+    pitches();
+    player.send({int64_t(listener->frame()) + 1024, {0x90, 84, 100}}); // an octave higher
+    usleep(300000);
+    pitches();
+    sleep(2);
+    const std::set<int> high = pitches();
+    player.send({int64_t(listener->frame()) + 1024, {0x80, 84, 0}});
+    usleep(300000);
+    pitches();
+    sleep(2);
+    const std::set<int> low = pitches();
+    ASSERT_FALSE(high.empty() || low.empty());
+    EXPECT_GT(*high.rbegin(), *low.rbegin());
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0);
 }
 
 TEST_F(OnJack, StartsTheTransportFollowsItsStopAndEndsItsNotes)

@@ -1,0 +1,7 @@
+// By which way messages go where the sound does not carry them.
+#pragma once
+
+#include <RtMidi.h>
+
+// ALSA's sequencer; without it a JACK server; RTMIDI_DUMMY where there is neither.
+RtMidi::Api midiApi();
