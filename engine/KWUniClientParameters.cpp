@@ -2,6 +2,7 @@
 
 #include "engine/KWUniClient.h"
 
+#include "base/OnlyCrossings.h"
 #include "data/ChoiceArrows.h"
 #include "data/ChoiceLists.h"
 #include "data/EditButtons.h"
@@ -24,6 +25,11 @@ int familyIndex(int tag, int first, int stride)
 // The second control of a value. What it shows follows the first, so its own default or stored
 // value must never be set: it would move the first.
 bool isTwin(int tag) { return firstControlOf(tag) != tag; }
+
+// What is written here is read by a block on another thread.
+static_assert(onlyCrossings<KWKeys::Settings>() && onlyCrossings<KWClock::Settings>()
+    && onlyCrossings<KWPatterns::Settings>() && onlyCrossings<KWLanes::Settings>()
+    && onlyCrossings<KWNotes::Settings>() && onlyCrossings<KWMods::Settings>());
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
 } // namespace

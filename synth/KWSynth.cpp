@@ -1,5 +1,7 @@
 #include "synth/KWSynth.h"
 
+#include "base/OnlyCrossings.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -23,6 +25,7 @@ int shownSixteenths(float value) { return static_cast<int>(value * 15.0f + 1.5f)
 KWSynth::KWSynth(KWSystemInfo& context, const AudioLoops& itsLoops)
     : info(context), loops(itsLoops), tempoDelay(context, itsLoops)
 {
+    static_assert(onlyCrossings<Settings>());
     sampleRateChanged();
 }
 
