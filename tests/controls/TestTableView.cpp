@@ -174,7 +174,7 @@ TEST_F(Grid, TheRightButtonPaintsWithoutAPopupAndAsksWithTheStepElse)
     user.press({125, 150}, kRButton);
     user.release({125, 150}, kRButton);
     EXPECT_FLOAT_EQ(steps()[2], 0.5f);
-    struct Popup : KWControl {
+    struct StepPopup : KWControl {
         using KWControl::KWControl;
         void beginModal(int, const CPoint*, long forTag) override { tagSeen = forTag; }
         void setMenuStep(int step) override { stepSeen = step; }

@@ -14,7 +14,7 @@ extern char** environ;
 
 namespace {
 
-constexpr char kProgram[] = "/usr/bin/pulseaudio";
+constexpr char kServer[] = "/usr/bin/pulseaudio";
 constexpr char kRecorder[] = "/usr/bin/parec";
 
 pid_t start(std::vector<std::string> words, const std::string& output)
@@ -48,7 +48,7 @@ void end(pid_t& process, int signal)
 
 bool PulseServer::isInstalled()
 {
-    return access(kProgram, X_OK) == 0 && access(kRecorder, X_OK) == 0;
+    return access(kServer, X_OK) == 0 && access(kRecorder, X_OK) == 0;
 }
 
 PulseServer::PulseServer(std::string ownFolder) : folder(std::move(ownFolder))
@@ -58,7 +58,7 @@ PulseServer::PulseServer(std::string ownFolder) : folder(std::move(ownFolder))
     std::filesystem::remove(socket);
     setenv("PULSE_SERVER", ("unix:" + socket).c_str(), 1);
     setenv("PULSE_RUNTIME_PATH", folder.c_str(), 1);
-    process = start({kProgram, "-n", "--exit-idle-time=-1", "--daemonize=no", "--use-pid-file=no",
+    process = start({kServer, "-n", "--exit-idle-time=-1", "--daemonize=no", "--use-pid-file=no",
                         "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket, "-L",
                         "module-null-sink sink_name=room format=float32le channels=2 rate="
                             + std::to_string(kRate)},
