@@ -64,7 +64,7 @@ void BM_IdleWithNothingChanged(benchmark::State& state)
 {
     constexpr int kControls = 700;
     constexpr int kColumns = 40;
-    GallerySkin skin;
+    SkinProvider skin;
     CBitmap::setProvider(&skin);
     auto* const knobStrip = new CBitmap(1065);
     Crossing<float> source = 0.5f;

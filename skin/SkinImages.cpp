@@ -1,5 +1,6 @@
 #include "skin/SkinImages.h"
 
+#include <algorithm>
 #include <array>
 
 extern "C" {
@@ -10,8 +11,8 @@ extern const std::byte ormundSkinPackEnd[];
 namespace {
 
 struct Image {
-    size_t offset;
-    size_t size;
+    size_t firstPart;
+    int framesOfPart;
 };
 
 struct Entry {
@@ -22,6 +23,11 @@ struct Entry {
 constexpr Entry kEntries[] = {
 #include "SkinPack.inc"
 };
+
+// Where each part begins, and last where the pack ends.
+constexpr size_t kPartOffsets[] = {
+#include "SkinParts.inc"
+};
 constexpr int kCount = int(std::size(kEntries));
 constexpr std::array<int, 4> kHalves{2, 3, 4, 6};
 
@@ -29,6 +35,13 @@ const Entry* entryOf(int number)
 {
     const int index = number - kEntries[0].size.number;
     return index >= 0 && index < kCount ? &kEntries[index] : nullptr;
+}
+
+const Image* imageOf(int number, int halves)
+{
+    const auto scale = std::ranges::find(kHalves, halves);
+    const Entry* entry = entryOf(number);
+    return entry && scale != kHalves.end() ? &entry->images[scale - kHalves.begin()] : nullptr;
 }
 
 } // namespace
@@ -39,14 +52,19 @@ const SkinSize* skinSize(int number)
     return entry ? &entry->size : nullptr;
 }
 
-std::span<const std::byte> skinPng(int number, int halves)
+int skinFramesOfPart(int number, int halves)
 {
-    const Entry* entry = entryOf(number);
-    if (entry)
-        for (size_t i = 0; i < kHalves.size(); ++i)
-            if (kHalves[i] == halves)
-                return {ormundSkinPack + entry->images[i].offset, entry->images[i].size};
-    return {};
+    const Image* image = imageOf(number, halves);
+    return image ? image->framesOfPart : 0;
+}
+
+std::span<const std::byte> skinPng(int number, int halves, int frame)
+{
+    const Image* image = imageOf(number, halves);
+    if (!image || frame < 0 || frame >= skinSize(number)->frames)
+        return {};
+    const size_t part = image->firstPart + size_t(frame / image->framesOfPart);
+    return {ormundSkinPack + kPartOffsets[part], kPartOffsets[part + 1] - kPartOffsets[part]};
 }
 
 size_t skinPackSize() { return size_t(ormundSkinPackEnd - ormundSkinPack); }

@@ -1,4 +1,5 @@
-// The drawn skin as it is embedded: each bitmap as PNG at the scales 1, 1.5, 2 and 3.
+// The drawn skin as it is embedded: each bitmap at the scales 1, 1.5, 2 and 3, a long strip in
+// parts of some whole frames, each part a PNG.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,10 @@ struct SkinSize {
 
 // Null for a number without a bitmap.
 const SkinSize* skinSize(int number);
-// `halves` is the scale times two: 2, 3, 4 or 6. Empty for what there is not.
-std::span<const std::byte> skinPng(int number, int halves);
+// `halves` is the scale times two: 2, 3, 4 or 6. All parts but the last have as many frames; 0 for
+// what there is not.
+int skinFramesOfPart(int number, int halves);
+// The part with this frame. Empty for what there is not.
+std::span<const std::byte> skinPng(int number, int halves, int frame);
 // Of all images together.
 size_t skinPackSize();

@@ -47,7 +47,34 @@ cairo_surface_t* decode(std::span<const std::byte> png)
     return copy;
 }
 
+constexpr int kHalves[] = {2, 3, 4, 6};
+
 int rounded(double size) { return int(std::floor(size + 0.5)); }
+
+bool isEmbedded(double scale) { return std::ranges::find(kHalves, scale * 2) != std::end(kHalves); }
+
+// All parts one below the other; null when one cannot be had.
+cairo_surface_t* whole(const SkinSize& size, int halves)
+{
+    cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
+        rounded(size.frameWidth * halves / 2.0), rounded(size.height() * halves / 2.0));
+    cairo_t* cr = cairo_create(image);
+    bool complete = true;
+    for (int frame = 0; frame < size.frames; frame += skinFramesOfPart(size.number, halves)) {
+        cairo_surface_t* part = decode(skinPng(size.number, halves, frame));
+        complete = complete && part;
+        if (!part)
+            continue;
+        cairo_set_source_surface(cr, part, 0, rounded(size.frameHeight * frame * halves / 2.0));
+        cairo_paint(cr);
+        cairo_surface_destroy(part);
+    }
+    cairo_destroy(cr);
+    if (complete)
+        return image;
+    cairo_surface_destroy(image);
+    return nullptr;
+}
 
 // Frame by frame, so that no frame takes a row of its neighbour.
 cairo_surface_t* resized(cairo_surface_t* image, double from, double to, const SkinSize& size)
@@ -101,16 +128,32 @@ bool SkinProvider::getBitmapSize(long id, int& width, int& height)
 
 cairo_surface_t* SkinProvider::renderBitmap(long id, double scale)
 {
-    constexpr int kHalves[] = {2, 3, 4, 6};
     const SkinSize* size = skinSize(int(id));
     if (!size || !(scale > 0))
         return nullptr;
     const auto* halves = std::find_if(std::begin(kHalves), std::end(kHalves) - 1,
         [scale](int h) { return h >= scale * 2 - 0.01; });
-    cairo_surface_t* image = decode(skinPng(int(id), *halves));
+    cairo_surface_t* image = whole(*size, *halves);
     if (!image || std::abs(*halves - scale * 2) < 0.01)
         return image;
     cairo_surface_t* fitted = resized(image, *halves / 2.0, scale, *size);
     cairo_surface_destroy(image);
     return fitted;
+}
+
+CBitmapProvider::Part SkinProvider::renderPart(long id, double scale, int from, int to)
+{
+    const SkinSize* size = skinSize(int(id));
+    if (!size || !isEmbedded(scale))
+        return {renderBitmap(id, scale), 0};
+    const auto top = [&](int frame) { return rounded(size->frameHeight * frame * scale); };
+    const int halves = rounded(scale * 2);
+    const int together = skinFramesOfPart(size->number, halves);
+    int first = 0;
+    while (first + together < size->frames && top(first + together) <= from)
+        first += together;
+    const int end = top(std::min(first + together, size->frames));
+    if (from < top(first) || to > end)
+        return {renderBitmap(id, scale), 0};
+    return {decode(skinPng(size->number, halves, first)), top(first)};
 }

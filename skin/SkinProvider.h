@@ -1,4 +1,4 @@
-// Hands the embedded skin to the view framework. Decodes an image when it is first asked for.
+// Hands the embedded skin to the view framework. Decodes what is asked for, when it is asked for.
 #pragma once
 
 #include "view/CBitmap.h"
@@ -11,4 +11,5 @@ public:
     bool getBitmapSize(long id, int& width, int& height) override;
     // A scale that is not embedded takes the next larger one, reduced smoothly.
     cairo_surface_t* renderBitmap(long id, double scale) override;
+    Part renderPart(long id, double scale, int from, int to) override;
 };

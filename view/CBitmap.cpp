@@ -57,7 +57,7 @@ CBitmap::CBitmap(int bitmapWidth, int bitmapHeight, const CColor& fill)
         context, fill.red / 255.0, fill.green / 255.0, fill.blue / 255.0, fill.alpha / 255.0);
     cairo_paint(context);
     cairo_destroy(context);
-    images.push_back({1, surface});
+    images.push_back({1, 0, surface});
 }
 
 cairo_surface_t* CBitmap::decode(const void* data, size_t bytes)
@@ -110,33 +110,41 @@ void CBitmap::setImage(double scale, cairo_surface_t* image)
         if (known.scale == scale) {
             cairo_surface_destroy(known.surface);
             known.surface = image;
+            known.top = 0;
             return;
         }
     }
-    images.push_back({scale, image});
+    images.push_back({scale, 0, image});
 }
 
-cairo_surface_t* CBitmap::imageFor(double scale)
+bool CBitmap::Image::holds(double atScale, int from, int to) const
+{
+    return scale == atScale && top <= from && to <= top + cairo_image_surface_get_height(surface);
+}
+
+const CBitmap::Image* CBitmap::imageWith(double scale, int from, int to)
 {
     for (const Image& image : images)
-        if (image.scale == scale)
-            return image.surface;
+        if (image.holds(scale, from, to))
+            return &image;
     if (!isLoaded())
         return nullptr;
-    cairo_surface_t* made = nullptr;
+    CBitmapProvider::Part made;
     if (id >= 0 && registeredProvider)
-        made = registeredProvider->renderBitmap(id, scale);
-    if (!made && !images.empty()) {
+        made = registeredProvider->renderPart(id, scale, from, to);
+    if (!made.image && !images.empty()) {
         // From the largest there is.
         const Image* best = &images.front();
         for (const Image& image : images)
             if (image.scale > best->scale)
                 best = &image;
-        made = scaled(best->surface, best->scale, scale, width, height);
+        if (best->scale == scale)
+            return best; // as much as there is
+        made = {scaled(best->surface, best->scale, scale, width, height), 0};
     }
-    if (made)
-        images.push_back({scale, made});
-    return made;
+    if (!made.image)
+        return nullptr;
+    return &images.emplace_back(Image{scale, made.top, made.image});
 }
 
 void CBitmap::draw(CDrawContext* context, const CRect& rect, const CPoint& offset)
@@ -167,18 +175,20 @@ void CBitmap::paint(CDrawContext* context, const CRect& rect, const CPoint& offs
     if (target.isEmpty() || alpha == 0 || !target.rectOverlap(context->getClipRect()))
         return;
     const double scale = context->getScale();
-    cairo_surface_t* image = imageFor(scale);
-    if (!image)
-        return;
     const int left = device(target.left, scale);
     const int top = device(target.top, scale);
     const int right = device(target.right, scale);
     const int bottom = device(target.bottom, scale);
     const CPoint from{offset.x + target.left - rect.left, offset.y + target.top - rect.top};
     const int sourceLeft = device(from.x, scale);
-    const int sourceTop = device(from.y, scale);
+    const int firstRow = device(from.y, scale);
     const int sourceWidth = device(from.x + target.width(), scale) - sourceLeft;
-    const int sourceHeight = device(from.y + target.height(), scale) - sourceTop;
+    const int sourceHeight = device(from.y + target.height(), scale) - firstRow;
+    const Image* held = imageWith(scale, firstRow, firstRow + sourceHeight);
+    if (!held)
+        return;
+    cairo_surface_t* image = held->surface;
+    const int sourceTop = firstRow - held->top;
     cairo_t* cairo = context->cairo();
     cairo_save(cairo);
     cairo_identity_matrix(cairo);

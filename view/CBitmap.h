@@ -1,6 +1,6 @@
-// A picture or a vertical strip of frames, measured in panel pixels, with one prescaled image for
-// each scale that windows are shown at. Painting never scales: an image that is missing is made
-// once, when the scale is first met.
+// A picture or a vertical strip of frames, measured in panel pixels, with prescaled images for each
+// scale that windows are shown at. Painting never scales: what is missing is made once, when it is
+// first painted at a scale, and of a long strip no more than the frames that stand around it.
 #pragma once
 
 #include "view/CReferenceCounter.h"
@@ -17,6 +17,11 @@ typedef struct _cairo_surface cairo_surface_t;
 // The images of the resource ids, drawn or decoded by whoever knows them.
 class CBitmapProvider {
 public:
+    // Some whole frames of a strip. The first row is `top` of the whole image, in device pixels.
+    struct Part {
+        cairo_surface_t* image = nullptr;
+        int top = 0;
+    };
     virtual ~CBitmapProvider() = default;
     // The size of a bitmap in panel pixels; false for an unknown id.
     virtual bool getBitmapSize(long id, int& width, int& height) = 0;
@@ -24,6 +29,12 @@ public:
     // the caller owns; null for an unknown id. Frame k of a strip of frames h high begins at row
     // floor(k * h * scale + 0.5) and must not reach into the next.
     virtual cairo_surface_t* renderBitmap(long id, double scale) = 0;
+    // What holds the device rows from <= y < to of that image, or else all of it.
+    virtual Part renderPart(
+        long id, double scale, [[maybe_unused]] int from, [[maybe_unused]] int to)
+    {
+        return {renderBitmap(id, scale), 0};
+    }
 };
 
 class CBitmap : public CReferenceCounter {
@@ -55,19 +66,20 @@ public:
     int getHeight() const { return height; }
     long getResourceId() const { return id; }
     bool isLoaded() const { return width > 0 && height > 0; }
-    // The image for a scale, made on the first call; null when there is none. Owned by the bitmap.
-    cairo_surface_t* imageFor(double scale);
     // Gives the image for one scale. A reference is taken.
     void setImage(double scale, cairo_surface_t* image);
-    // Makes the image for a scale ahead of the first paint.
-    void prepare(double scale) { imageFor(scale); }
 
 private:
     struct Image {
         double scale;
+        int top; // device row of the whole image at which it begins
         cairo_surface_t* surface;
+
+        bool holds(double atScale, int from, int to) const;
     };
     CBitmap() = default;
+    // Holds these device rows, made if need be; null when there is none.
+    const Image* imageWith(double scale, int from, int to);
     void paint(CDrawContext* context, const CRect& rect, const CPoint& offset, uint8_t alpha);
 
     long id = -1;

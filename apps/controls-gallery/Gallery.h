@@ -2,7 +2,6 @@
 // pictures and for measuring what painting costs.
 #pragma once
 
-#include "apps/controls-gallery/GallerySkin.h"
 #include "controls/KWBitSet128.h"
 #include "controls/KWFrame.h"
 #include "controls/KWKeyboardView.h"
@@ -13,6 +12,7 @@
 #include "data/KWSystemInfo.h"
 #include "data/KWTable.h"
 #include "data/KWZoneHandlerContainer.h"
+#include "skin/SkinProvider.h"
 #include "view/CFontDesc.h"
 
 #include <memory>
@@ -72,7 +72,7 @@ private:
     void addPlainSteps();
     void addPlainControls();
 
-    GallerySkin skin;
+    SkinProvider skin;
     CFontDesc* font;
     std::vector<CBitmap*> bitmaps;
 

@@ -4,6 +4,7 @@
 
 #include <png.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csetjmp>
 #include <stdexcept>
@@ -85,14 +86,27 @@ void drawFrame(cairo_surface_t* target, const SkinRow& row, int frame, double sc
     cairo_destroy(cr);
 }
 
-std::unique_ptr<Image> makeStrip(const SkinRow& row, double scale)
+int framesOfPart(const SkinRow& row, double scale)
 {
+    constexpr double kPixels = 65536;
+    return std::clamp(
+        int(kPixels / (row.frameWidth * row.frameHeight * scale * scale)), 1, row.frames);
+}
+
+std::unique_ptr<Image> makeFrames(const SkinRow& row, double scale, int from, int to)
+{
+    const int top = frameTop(row, from, scale);
     auto image =
-        std::make_unique<Image>(device(row.frameWidth, scale), frameTop(row, row.frames, scale));
-    for (int frame = 0; frame < row.frames; ++frame)
-        drawFrame(image->get(), row, frame, scale, 0, frameTop(row, frame, scale));
+        std::make_unique<Image>(device(row.frameWidth, scale), frameTop(row, to, scale) - top);
+    for (int frame = from; frame < to; ++frame)
+        drawFrame(image->get(), row, frame, scale, 0, frameTop(row, frame, scale) - top);
     cairo_surface_flush(image->get());
     return image;
+}
+
+std::unique_ptr<Image> makeStrip(const SkinRow& row, double scale)
+{
+    return makeFrames(row, scale, 0, row.frames);
 }
 
 std::vector<uint8_t> encodePng(const Image& image)
@@ -109,7 +123,7 @@ std::vector<uint8_t> encodePng(const Image& image)
         throw std::runtime_error("libpng cannot write an image");
     }
     png_set_write_fn(png, &out, append, nullptr);
-    png_set_compression_level(png, indexed ? 9 : 7);
+    png_set_compression_level(png, 9);
     png_set_IHDR(png, info, png_uint_32(image.width()), png_uint_32(image.height()), 8,
         indexed ? PNG_COLOR_TYPE_PALETTE : PNG_COLOR_TYPE_RGB_ALPHA, PNG_INTERLACE_NONE,
         PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);

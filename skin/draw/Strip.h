@@ -31,6 +31,11 @@ private:
 
 // First device row of a frame.
 int frameTop(const SkinRow& row, int frame, double scale);
+// So many frames stand in one embedded image at a scale: enough to compress well, few enough to
+// decode no more than is shown.
+int framesOfPart(const SkinRow& row, double scale);
+// Frames from <= frame < to, one below the other.
+std::unique_ptr<Image> makeFrames(const SkinRow& row, double scale, int from, int to);
 // The whole strip, round(width * scale) by round(height * scale) pixels.
 std::unique_ptr<Image> makeStrip(const SkinRow& row, double scale);
 // One frame at its place on another image, in device pixels from `x` and `y`.

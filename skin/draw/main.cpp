@@ -1,5 +1,5 @@
 // Draws the skin at build time:
-//   skin-draw --pack DIR          the strips at every scale, as SkinPack.bin and .inc
+//   skin-draw --pack DIR          the strips at every scale, with its tables
 //   skin-draw --icons DIR         the application's icon
 //   skin-draw --sheet F.png       all strips on one picture
 //   skin-draw --panel F.png [--synth]  the panel with its controls
@@ -7,6 +7,7 @@
 #include "skin/draw/AppIcon.h"
 #include "skin/draw/Preview.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -24,35 +25,44 @@ void writeFile(const std::string& path, const std::vector<uint8_t>& bytes)
         throw std::runtime_error("cannot write " + path);
 }
 
-// What makes a strip unusable: a size that differs from the table's.
-void checkSize(const SkinRow& row, double scale, const Image& image)
+// What makes a strip unusable: a size that differs from the table's. `height` is of all parts.
+void checkSize(const SkinRow& row, double scale, int width, int height)
 {
-    const int width = int(row.width() * scale + 0.5);
-    const int height = int(row.height() * scale + 0.5);
-    if (image.width() != width || image.height() != height)
+    if (width != int(row.width() * scale + 0.5) || height != int(row.height() * scale + 0.5))
         throw std::runtime_error("bitmap " + std::to_string(row.number) + " has the wrong size");
 }
 
-// One file with all images, and a table of where each begins.
+// One file with all images, a table of the strips, and one of where each part begins.
 void writePack(const std::string& folder)
 {
     std::vector<uint8_t> pack;
-    std::string index;
+    std::string index, offsets;
+    size_t parts = 0;
     for (const SkinRow& row : skinTable()) {
         index += "{ { " + std::to_string(row.number) + ", " + std::to_string(row.frameWidth) + ", "
             + std::to_string(row.frameHeight) + ", " + std::to_string(row.frames) + " }, {";
         for (const double scale : kScales) {
-            const auto image = makeStrip(row, scale);
-            checkSize(row, scale, *image);
-            const std::vector<uint8_t> png = encodePng(*image);
-            index +=
-                " { " + std::to_string(pack.size()) + ", " + std::to_string(png.size()) + " },";
-            pack.insert(pack.end(), png.begin(), png.end());
+            const int together = framesOfPart(row, scale);
+            index += " { " + std::to_string(parts) + ", " + std::to_string(together) + " },";
+            int width = 0, height = 0;
+            for (int frame = 0; frame < row.frames; frame += together) {
+                const auto image =
+                    makeFrames(row, scale, frame, std::min(frame + together, row.frames));
+                width = image->width();
+                height += image->height();
+                const std::vector<uint8_t> png = encodePng(*image);
+                offsets += std::to_string(pack.size()) + ",\n";
+                pack.insert(pack.end(), png.begin(), png.end());
+                ++parts;
+            }
+            checkSize(row, scale, width, height);
         }
         index += " } },\n";
     }
     writeFile(folder + "/SkinPack.bin", pack);
+    offsets += std::to_string(pack.size()) + ",\n";
     writeFile(folder + "/SkinPack.inc", {index.begin(), index.end()});
+    writeFile(folder + "/SkinParts.inc", {offsets.begin(), offsets.end()});
 }
 
 void writeIcons(const std::string& folder)

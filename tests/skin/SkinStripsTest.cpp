@@ -78,6 +78,44 @@ TEST(SkinStrips, EveryStripIsEmbeddedAtEveryScaleInTheSizeOfTheTable)
     EXPECT_LT(skinPackSize(), 12u << 20);
 }
 
+TEST(SkinStrips, AFrameComesWithoutMostOfItsStripAndAsItWasDrawn)
+{
+    SkinProvider provider;
+    for (const int number : {1000, 1011, 1103, 1109})
+        for (const double scale : kScales) {
+            SCOPED_TRACE(testing::Message() << number << " at " << scale);
+            const SkinRow& row = skinRow(number);
+            const auto strip = makeStrip(row, scale);
+            for (const int frame : {0, row.frames / 2, row.frames - 1}) {
+                const int from = frameTop(row, frame, scale), to = frameTop(row, frame + 1, scale);
+                const auto [image, top] = provider.renderPart(number, scale, from, to);
+                ASSERT_NE(image, nullptr);
+                const int rows = cairo_image_surface_get_height(image);
+                ASSERT_LE(top, from);
+                ASSERT_GE(top + rows, to);
+                if (row.frames > 100) {
+                    EXPECT_LT(rows, strip->height() / 2);
+                }
+                const unsigned char* pixels = cairo_image_surface_get_data(image);
+                const int stride = cairo_image_surface_get_stride(image);
+                // PNG keeps colours undivided by alpha, which may round by one.
+                for (int y = from; y < to; ++y)
+                    for (int x = 0; x < strip->width(); ++x) {
+                        const uint32_t drawn = strip->row(y)[x];
+                        const auto* got = pixels + (y - top) * stride + x * 4;
+                        for (int part = 0; part < 4; ++part)
+                            ASSERT_NEAR(got[part], int(drawn >> (8 * part) & 255), 1);
+                    }
+                cairo_surface_destroy(image);
+            }
+            // Rows of two parts come with the whole.
+            const auto [image, top] = provider.renderPart(number, scale, 0, strip->height());
+            EXPECT_EQ(top, 0);
+            EXPECT_EQ(cairo_image_surface_get_height(image), strip->height());
+            cairo_surface_destroy(image);
+        }
+}
+
 TEST(SkinStrips, UnknownNumbersAndScalesGiveNothingOrAFittedImage)
 {
     SkinProvider provider;
@@ -85,9 +123,11 @@ TEST(SkinStrips, UnknownNumbersAndScalesGiveNothingOrAFittedImage)
     for (const long number : {-1L, 0L, 999L, 1125L}) {
         EXPECT_FALSE(provider.getBitmapSize(number, width, height));
         EXPECT_EQ(provider.renderBitmap(number, 1), nullptr);
-        EXPECT_TRUE(skinPng(int(number), 2).empty());
+        EXPECT_TRUE(skinPng(int(number), 2, 0).empty());
     }
-    EXPECT_TRUE(skinPng(1000, 5).empty());
+    EXPECT_TRUE(skinPng(1000, 5, 0).empty());
+    EXPECT_TRUE(skinPng(1000, 2, 1).empty());
+    EXPECT_TRUE(skinPng(1011, 2, -1).empty());
     EXPECT_EQ(provider.renderBitmap(1013, 0), nullptr);
     for (const double scale : {0.75, 1.25, 2.5, 4.0}) {
         cairo_surface_t* image = provider.renderBitmap(1013, scale);
