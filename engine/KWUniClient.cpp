@@ -105,7 +105,7 @@ void KWUniClient::setSampleRate(float rate)
 
 void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames)
 {
-    if (wrapper)
+    if (wrapperMode())
         clearOutputs(outputs, sampleFrames);
     else
         processBlock(outputs, sampleFrames);
@@ -122,10 +122,11 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
     }
     blockThread = static_cast<uintptr_t>(pthread_self());
     dropOutdatedEvents();
-    if (!wrapper && rendersOffline == 0 && getCurrentProcessLevel() == kVstProcessLevelOffline)
+    if (!wrapperMode() && rendersOffline == 0
+        && getCurrentProcessLevel() == kVstProcessLevelOffline)
         return;
 
-    const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
+    const VstTimeInfo* record = wrapperMode() ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
     const double recordPosition = record ? record->ppqPos : 0.0;
     if (transport.evaluate(record, sampleFrames) || transport.blockTempo() != info.tempo)
         restsLeft = 0;
@@ -282,7 +283,7 @@ void KWUniClient::sendOutgoing(double songPosition)
     if (count == 0)
         return;
     VstEvents* events = outgoing.close();
-    if (!wrapper) {
+    if (!wrapperMode()) {
         sendVstEventsToHost(events);
     } else if (wrapper->hasMidiOutput()) {
         for (int i = 0; i < count; ++i)

@@ -82,6 +82,7 @@ public:
     // With a port set, processReplacing only clears and processEvents takes nothing: the wrapper
     // calls processBlock and queueEvents itself.
     void setWrapperPort(WrapperPort* port) { wrapper = port; }
+    bool wrapperMode() const { return wrapper != nullptr; }
     // The block function. `outputs[1]` may be null.
     void processBlock(float** outputs, int sampleFrames) noexcept ORMUND_NONBLOCKING;
     void queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING;

@@ -126,7 +126,7 @@ VstPlugCategory KWUniClient::getPlugCategory() { return kPlugCategSynth; }
 
 VstInt32 KWUniClient::processEvents(VstEvents* events)
 {
-    if (!wrapper)
+    if (!wrapperMode())
         queueEvents(events);
     return 1;
 }

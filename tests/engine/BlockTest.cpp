@@ -1,8 +1,10 @@
 #include "data/Tags.h"
+#include "engine/WrapperPort.h"
 #include "tests/support/Player.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -149,6 +151,44 @@ TEST(Block, AnEventWaitsForTheTickAtOrAfterItsFrame)
     EXPECT_EQ(noteTick(64, 512), 64);
     EXPECT_EQ(noteTick(65, 512), 96);
     EXPECT_EQ(noteTick(10, 100), 32);
+}
+
+TEST(Block, InAWrapperTheHostsOwnCallsOnlyClear)
+{
+    struct Port final : WrapperPort {
+        const VstTimeInfo* timeRecord() override { return nullptr; }
+        bool hasMidiOutput() const override { return true; }
+        void midiOut(const VstMidiEvent&, double) override { ++sent; }
+        int sent = 0;
+    };
+    Port port;
+    KWUniClient engine(nullptr);
+    engine.setWrapperPort(&port);
+    EXPECT_TRUE(engine.wrapperMode());
+    VstMidiEvent key{};
+    key.type = kVstMidiType;
+    key.byteSize = sizeof key;
+    key.midiData[0] = char(0x90);
+    key.midiData[1] = 60;
+    key.midiData[2] = 100;
+    VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&key), nullptr}};
+    float left[256], right[256];
+    float* outputs[] = {left, right};
+    const auto clears = [&] {
+        std::fill_n(left, 256, 1.0f);
+        std::fill_n(right, 256, 1.0f);
+        engine.processReplacing(nullptr, outputs, 256);
+        return std::count(left, left + 256, 0.0f) == 256
+            && std::count(right, right + 256, 0.0f) == 256;
+    };
+    EXPECT_EQ(engine.processEvents(&list), 1);
+    EXPECT_TRUE(clears());
+    engine.processBlock(outputs, 256);
+    EXPECT_FALSE(engine.keyState.hasNote(60)) << "the wrapper hands its events over itself";
+    EXPECT_GT(port.sent, 0) << "the controllers' first values";
+    engine.queueEvents(&list);
+    engine.processBlock(outputs, 256);
+    EXPECT_TRUE(engine.keyState.hasNote(60));
 }
 
 TEST(Block, HostileCallsAreHarmless)
