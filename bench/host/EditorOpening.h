@@ -4,10 +4,17 @@
 #include <optional>
 #include <string>
 
-struct EditorOpening {
-    double milliseconds = 0; // from the host's call to the first painted picture
-    int width = 0;           // of the panel, pixels
+// From the host's call to the first painted picture, milliseconds.
+struct OpeningCost {
+    double clock = 0;
+    double processor = 0;
 };
 
-// The first opening in a process of its own, on the X server that DISPLAY names; empty without one.
-std::optional<EditorOpening> firstOpening(const std::string& module, int scale);
+struct EditorOpening {
+    OpeningCost first;  // in a new process
+    OpeningCost second; // after a close, of the same instance
+    int width = 0;      // of the panel, pixels
+};
+
+// In a process of its own, on the X server that DISPLAY names; empty without one.
+std::optional<EditorOpening> openingOfEditor(const std::string& module, double scale);
