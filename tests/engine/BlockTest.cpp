@@ -168,7 +168,7 @@ TEST(Block, InAWrapperTheHostsOwnCallsOnlyClear)
     VstMidiEvent key{};
     key.type = kVstMidiType;
     key.byteSize = sizeof key;
-    key.midiData[0] = char(0x90);
+    key.midiData[0] = 0x90;
     key.midiData[1] = 60;
     key.midiData[2] = 100;
     VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&key), nullptr}};
