@@ -136,7 +136,8 @@ void JackClient::tellBars(jack_position_t& position) const
 {
     constexpr int kBeatsPerBar = 4;
     constexpr int kTicksPerBeat = 1920;
-    const double beats = position.frame * ledTempo / 60 / position.frame_rate;
+    // The first position that the server asks about has no rate yet.
+    const double beats = position.frame * ledTempo / 60 / jack_get_sample_rate(client);
     const auto ticks = static_cast<int64_t>(beats * kTicksPerBeat);
     const int64_t beat = ticks / kTicksPerBeat;
     position.valid = JackPositionBBT;
