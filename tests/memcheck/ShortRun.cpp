@@ -2,6 +2,7 @@
 // editor in memory.
 #include "apps/host/ScriptedHost.h"
 #include "controls/KWFrame.h"
+#include "data/Tags.h"
 #include "editor/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "engine/KWUniClient.h"
@@ -10,6 +11,7 @@
 #include "view/offscreen/OffscreenWindow.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -20,6 +22,19 @@ constexpr VstInt32 kDoor = KWUniClient::kUniqueId;
 constexpr int kLoadGlobal = 1;
 constexpr int kSaveGlobal = 3;
 
+// Every key of all zones, every kind of message, every parameter that a host moves.
+void touchesEverything(ScriptedHost& host)
+{
+    for (int key = 0; key < 128; ++key) {
+        const auto number = static_cast<uint8_t>(key);
+        for (const uint8_t status : std::array<uint8_t, 5>{0x90, 0xB0, 0xD0, 0xE0, 0x80})
+            host.send({status, number, 64});
+        host.effect()->setParameter(
+            host.effect(), key % kHostParameters, static_cast<float>(key % 5) / 4);
+        host.run(100);
+    }
+}
+
 bool playsSavesAndLoads(const std::string& module, const OwnHome& home)
 {
     ScriptedHost host;
@@ -28,6 +43,7 @@ bool playsSavesAndLoads(const std::string& module, const OwnHome& home)
     host.start();
     host.send({0x90, 60, 100});
     host.run(22050);
+    touchesEverything(host);
     std::string song = home.file("song.kwe");
     const bool saved = host.dispatch(effVendorSpecific, kDoor, kSaveGlobal, song.data()) == 1;
     const bool loaded = host.dispatch(effVendorSpecific, kDoor, kLoadGlobal, song.data()) == 1;
