@@ -114,8 +114,12 @@ function(ormund_test folder)
     set_target_properties(
       test_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${ORMUND_UNITY_BATCH})
     # GCC takes what a unit includes for a header, where a type of the file's own may not stand.
-    target_compile_options(test_${name} PRIVATE -O$<IF:$<BOOL:${ORMUND_SANITIZE}>,0,1>
-      $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    target_compile_options(test_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    if(ORMUND_SANITIZE)
+      target_compile_options(test_${name} PRIVATE -O0)
+    else()
+      target_compile_options(test_${name} PRIVATE -O1)
+    endif()
   endif()
   # To start a program under the checker of addresses, and to look for lost memory at its end, takes
   # longer than most tests: there each program runs once, in parts.
