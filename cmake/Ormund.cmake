@@ -125,7 +125,7 @@ function(ormund_test folder)
   # longer than most tests: there each program runs once, in parts.
   if(ORMUND_SANITIZE MATCHES "address")
     list(LENGTH sources parts)
-    math(EXPR parts "(${parts} + 3) / 4")
+    math(EXPR parts "(${parts} + 1) / 2")
     foreach(part RANGE 1 ${parts})
       math(EXPR shard "${part} - 1")
       add_test(NAME ${folder}.part-${part}-of-${parts} COMMAND test_${name} --gtest_brief=1)
