@@ -288,11 +288,13 @@ void Presets::random()
 
 void Presets::takeMidiProgram()
 {
-    PresetFile file;
-    if (midiPrograms.takeChosen(file)) {
-        paths[at(PresetKind::Global)] = file.path;
-        position.names[at(PresetKind::Global)] = plainName(file.name);
-    }
+    const auto chosen = midiPrograms.takeChosen();
+    if (!chosen)
+        return;
+    position.names[at(PresetKind::Synth)] = chosen->synthName;
+    rebuildPaths();
+    paths[at(PresetKind::Global)] = chosen->file.path;
+    position.names[at(PresetKind::Global)] = plainName(chosen->file.name);
 }
 
 const std::string& Presets::name(PresetKind kind)

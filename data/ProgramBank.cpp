@@ -35,7 +35,7 @@ struct ProgramBank::Program {
 
 struct ProgramBank::Bank {
     struct Place {
-        PresetFile file;
+        Chosen chosen;
         std::unique_ptr<Program> program; // null when the file cannot be read
     };
     std::vector<Place> places;
@@ -125,13 +125,17 @@ void ProgramBank::rebuild(const std::vector<PresetFile>& files)
     const size_t count = std::min(files.size(), static_cast<size_t>(kPrograms));
     std::unique_ptr<DetachedSong> song;
     for (size_t i = 0; i < count; ++i) {
-        Bank::Place place{files[i], nullptr};
+        Bank::Place place{{files[i], {}}, nullptr};
         KWChunk chunk;
         if (readChunkFile(files[i].path, chunk, LoadResult::NewerVersion) == LoadResult::Done) {
             if (!song)
                 song = std::make_unique<DetachedSong>();
-            if (StateReader(song->parts).load(chunk, {}) == LoadResult::Done)
+            std::string& synthName = song->position.names[static_cast<size_t>(PresetKind::Synth)];
+            synthName.clear();
+            if (StateReader(song->parts).load(chunk, {}) == LoadResult::Done) {
                 place.program = std::make_unique<Program>(*song);
+                place.chosen.synthName = synthName;
+            }
         }
         bank->places.push_back(std::move(place));
     }
@@ -142,13 +146,12 @@ void ProgramBank::rebuild(const std::vector<PresetFile>& files)
     owned = std::move(bank);
 }
 
-bool ProgramBank::takeChosen(PresetFile& file)
+std::optional<ProgramBank::Chosen> ProgramBank::takeChosen()
 {
     const int32_t program = chosen.take();
     if (!owned || program < 0 || static_cast<size_t>(program) >= owned->places.size())
-        return false;
-    file = owned->places[static_cast<size_t>(program)].file;
-    return true;
+        return {};
+    return owned->places[static_cast<size_t>(program)].chosen;
 }
 
 int ProgramBank::size() const { return owned ? static_cast<int>(owned->places.size()) : 0; }

@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 // Read, checked and decoded when the folders are scanned. A change of program then only copies
@@ -21,8 +23,12 @@ public:
 
     // The loader's thread. A file that cannot be read keeps its number and does nothing.
     void rebuild(const std::vector<PresetFile>& files);
-    // The file of the last program taken since the last call; false for none. The loader's thread.
-    bool takeChosen(PresetFile& file);
+    struct Chosen {
+        PresetFile file;
+        std::string synthName; // of the synth preset that it was made with
+    };
+    // The last program taken since the last call. The loader's thread.
+    std::optional<Chosen> takeChosen();
     int size() const; // the loader's thread
 
     // The audio thread. False when there is no such program.

@@ -74,6 +74,7 @@ protected:
         maker.setParameter(kind == PresetKind::Global ? Tag::Swing : Tag::SynthPan, swing);
         for (int p = 0; p < kPatterns; ++p)
             maker.patternStore.write(Tag::Swing, p, swing);
+        maker.presets.setName(PresetKind::Synth, "lead"); // what it was made with
         ASSERT_EQ(maker.savePreset(kind, path), LoadResult::Done);
     }
     void presetTree()
@@ -240,6 +241,8 @@ TEST_F(PresetFiles, AMidiProgramIsTakenInTheTickAndTheSettingStopsIt)
     EXPECT_EQ(swing(engine), 0.5f);
     EXPECT_EQ(engine.presets.name(PresetKind::Global), "1");
     EXPECT_EQ(engine.presets.path(PresetKind::Global), folder / "Global/User/Midi Programs/1.kwe");
+    EXPECT_EQ(engine.presets.name(PresetKind::Synth), "lead");
+    EXPECT_EQ(engine.presets.path(PresetKind::Synth), folder / "Synth/Factory/lead.kws");
     player.send(0xC0, 99, 0);
     player.play(512);
     EXPECT_EQ(swing(engine), 0.5f);
