@@ -32,12 +32,14 @@ KWTable::RebuildScope::~RebuildScope()
     held.touch();
 }
 
-KWTable::KWTable(KWSystemInfo* tableOwner, int steps)
+KWTable::KWTable(KWSystemInfo* tableOwner, int steps, int mostSteps)
     : beatWidth(static_cast<float>(steps))
     , loopEnd(static_cast<float>(steps))
     , owner(tableOwner)
-    , stepCount(std::clamp(steps, 1, kMaxSteps))
+    , room(std::clamp(mostSteps, 1, kMaxSteps))
+    , stepCount(std::clamp(steps, 1, room))
 {
+    values = std::make_unique<Crossing<float>[]>(static_cast<size_t>(room + 1));
 }
 
 KWTable::~KWTable()
@@ -251,7 +253,7 @@ void KWTable::copyFromMarked()
 
 bool KWTable::resize(int steps)
 {
-    if (steps < 1 || steps > kMaxSteps)
+    if (steps < 1 || steps > room)
         return false;
     const int before = stepCount;
     if (steps == before)

@@ -4,8 +4,8 @@
 #include "base/Crossing.h"
 #include "data/KWChunkableClass.h"
 
-#include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 class KWSystemInfo;
@@ -47,8 +47,9 @@ public:
     static constexpr int kMaxSteps = 128;
     static constexpr float kMaxMagnitude = 1.0e6f; // of the range's ends
 
-    // `owner` gives the range of random edits. `steps` 1 to kMaxSteps.
-    KWTable(KWSystemInfo* owner, int steps);
+    // `owner` gives the range of random edits. `steps` and `mostSteps`, to which it can grow: 1 to
+    // kMaxSteps.
+    KWTable(KWSystemInfo* owner, int steps, int mostSteps = kMaxSteps);
     ~KWTable() override;
     KWTable(const KWTable&) = delete;
     KWTable& operator=(const KWTable&) = delete;
@@ -96,13 +97,14 @@ public:
     virtual void copyFromMarked();
 
     // --- shape ---
-    // New steps of a growing table are the default. Sizes outside 1 to kMaxSteps change nothing.
+    // New steps of a growing table are the default. Sizes outside 1 to mostSteps() change nothing.
     virtual bool resize(int steps);
     // Finite, least below most, none beyond kMaxMagnitude; else nothing changes and false comes
     // back. The steps keep their values.
     virtual bool setRange(float lowest, float highest, float cleared);
     virtual int getRow() const { return 0; }
     int size() const { return stepCount; }
+    int mostSteps() const { return room; }
     float minValue() const { return least; }
     float maxValue() const { return most; }
     float defaultValue() const { return whenCleared; }
@@ -148,7 +150,8 @@ protected:
 private:
     // One entry more than steps: the entry behind the last step is step 0 again, so that a read
     // between the last step and the first needs no test.
-    std::array<Crossing<float>, kMaxSteps + 1> values{};
+    std::unique_ptr<Crossing<float>[]> values;
+    int room; // steps
     Crossing<int32_t> stepCount;
     Crossing<float> least = 0.0f;
     Crossing<float> most = 1.0f;

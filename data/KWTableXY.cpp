@@ -13,10 +13,11 @@ constexpr float kMutation = 0.2f; // of the range, half of it either way
 
 } // namespace
 
-KWTableXY::KWTableXY(KWSystemInfo* tableOwner, int steps, bool isClone) : KWTable(tableOwner, steps)
+KWTableXY::KWTableXY(KWSystemInfo* tableOwner, int steps, int stepRoom, bool isClone)
+    : KWTable(tableOwner, steps, stepRoom)
 {
     rows.reserve(kMaxRows);
-    rows.push_back(std::make_unique<KWTable>(owner, size()));
+    rows.push_back(std::make_unique<KWTable>(owner, size(), mostSteps()));
     if (owner && !isClone) {
         owner->tracks.push_back(this);
         registered = true;
@@ -38,7 +39,7 @@ bool KWTableXY::setRowCount(int count)
         return true;
     const RebuildScope scope(*this);
     while (static_cast<int>(rows.size()) < count)
-        rows.push_back(std::make_unique<KWTable>(owner, size()));
+        rows.push_back(std::make_unique<KWTable>(owner, size(), mostSteps()));
     for (int r = before; r < count; ++r) {
         KWTable& fresh = rowTable(r);
         fresh.resize(size());
@@ -155,7 +156,7 @@ void KWTableXY::setQuantised(bool on)
 
 bool KWTableXY::resize(int steps)
 {
-    if (steps < 1 || steps > kMaxSteps)
+    if (steps < 1 || steps > mostSteps())
         return false;
     if (steps == size())
         return true;
@@ -292,7 +293,7 @@ void KWTableXY::pasteFrom(bool global, int from, int to)
 
 std::unique_ptr<KWInitInterface> KWTableXY::clone() const
 {
-    auto copied = std::make_unique<KWTableXY>(owner, size(), true);
+    auto copied = std::make_unique<KWTableXY>(owner, size(), mostSteps(), true);
     copied->setRange(minValue(), maxValue(), defaultValue());
     copied->setFlags(flags());
     copied->setRowCount(rowsUsed);

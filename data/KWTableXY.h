@@ -16,7 +16,7 @@ public:
     static constexpr int kMaxRows = 64;
 
     // One row; setRowCount() gives more. A clone is not registered in the owner's list of tracks.
-    KWTableXY(KWSystemInfo* owner, int steps, bool isClone = false);
+    KWTableXY(KWSystemInfo* owner, int steps, int mostSteps = kMaxSteps, bool isClone = false);
     ~KWTableXY() override;
 
     // --- rows ---

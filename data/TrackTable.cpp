@@ -65,7 +65,7 @@ namespace {
 template <typename Item, size_t... Index>
 std::array<Item, kModTracks> eightTables(KWSystemInfo& systemInfo, std::index_sequence<Index...>)
 {
-    return {((void)Index, Item(&systemInfo, kTrackSteps))...};
+    return {((void)Index, Item(&systemInfo, kTrackSteps, kTrackSteps))...};
 }
 
 template <size_t... Index>
@@ -89,21 +89,21 @@ Tracks::Tracks(KWSystemInfo& systemInfo)
     : patternRepeats(&systemInfo, kSongSteps, 1)
     , patternNumbers(&systemInfo, kSongSteps, 1)
     , performance(&systemInfo, kTrackSteps, kTrackRows)
-    , pitch(&systemInfo, kTrackSteps)
+    , pitch(&systemInfo, kTrackSteps, kTrackSteps)
     , pitchLock(&systemInfo, kTrackSteps, kTrackRows)
     , arpeggio(&systemInfo, kTrackSteps, kTrackRows)
     , velocityOn(&systemInfo, kTrackSteps, kTrackRows)
-    , velocity(&systemInfo, kTrackSteps)
-    , gateTime(&systemInfo, kTrackSteps)
+    , velocity(&systemInfo, kTrackSteps, kTrackSteps)
+    , gateTime(&systemInfo, kTrackSteps, kTrackSteps)
     , chord(&systemInfo, kTrackSteps, kTrackRows)
     , octave(&systemInfo, kTrackSteps, kTrackRows)
     , pitchBend(&systemInfo, kTrackSteps, kTrackRows)
     , mods(eightTables<KWTableXY>(systemInfo, kEight))
-    , modDisplay(&systemInfo, kTrackSteps)
-    , bendDisplay(&systemInfo, kTrackSteps)
-    , scaleDisplay(&systemInfo, kTrackSteps)
-    , gateDisplay(&systemInfo, kTrackSteps)
-    , arpeggioDisplay(&systemInfo, 4)
+    , modDisplay(&systemInfo, kTrackSteps, kTrackSteps)
+    , bendDisplay(&systemInfo, kTrackSteps, kTrackSteps)
+    , scaleDisplay(&systemInfo, kTrackSteps, kTrackSteps)
+    , gateDisplay(&systemInfo, kTrackSteps, kTrackSteps)
+    , arpeggioDisplay(&systemInfo, 4, 4)
     , pitchLoop(kTrackSteps, kTrackRows)
     , velocityLoop(kTrackSteps, kTrackRows)
     , gateLoop(kTrackSteps, kTrackRows)
