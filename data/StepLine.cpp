@@ -9,9 +9,12 @@
 
 StepLine::StepLine(KWSystemInfo* lineOwner, int steps, int rows, bool isClone)
     : owner(lineOwner)
-    , matrix(static_cast<size_t>(kMaxRows * kMaxSteps))
     , stepCount(std::clamp(steps, 1, kMaxSteps))
     , rowsUsed(std::clamp(rows, 1, kMaxRows))
+    , firstSteps(stepCount)
+    , firstRows(rowsUsed)
+    , first(std::make_unique<Crossing<float>[]>(static_cast<size_t>(firstRows * firstSteps)))
+    , others(static_cast<size_t>(kMaxRows * kMaxSteps))
 {
     if (owner && !isClone) {
         owner->tracks.push_back(this);
@@ -39,14 +42,14 @@ float StepLine::fit(float v) const
 
 float StepLine::stepAt(int r, int i) const
 {
-    return r < 0 || r >= rowsUsed || i < 0 || i >= stepCount ? 0.0f : matrix[cell(r, i)].load();
+    return r < 0 || r >= rowsUsed || i < 0 || i >= stepCount ? 0.0f : cell(r, i).load();
 }
 
 void StepLine::setStepAt(int r, int i, float v)
 {
     if (r < 0 || r >= rowsUsed || i < 0 || i >= stepCount || std::isnan(v))
         return;
-    matrix[cell(r, i)] = fit(v);
+    cell(r, i) = fit(v);
     touch();
 }
 
@@ -65,7 +68,7 @@ bool StepLine::resize(int newSteps, int newRows)
     for (int r = 0; r < newRows; ++r)
         for (int i = 0; i < newSteps; ++i)
             if (r >= rowsUsed || i >= stepCount)
-                matrix[cell(r, i)] = clearValue.load();
+                cell(r, i) = clearValue.load();
     rowIndex = std::min<int>(rowIndex, newRows - 1);
     stepCount = newSteps;
     rowsUsed = newRows;
@@ -77,7 +80,7 @@ void StepLine::copyValues(const StepLine& source)
 {
     for (int r = 0; r < rowsUsed; ++r)
         for (int i = 0; i < stepCount; ++i)
-            matrix[cell(r, i)] = source.stepAt(r, i);
+            cell(r, i) = source.stepAt(r, i);
     range = source.range.load();
     maximum = source.maximum.load();
     randomThreshold = source.randomThreshold.load();
@@ -92,7 +95,7 @@ void StepLine::clearAll()
 {
     for (int r = 0; r < rowsUsed; ++r)
         for (int i = 0; i < stepCount; ++i)
-            matrix[cell(r, i)] = clearValue.load();
+            cell(r, i) = clearValue.load();
     touch();
 }
 

@@ -7,6 +7,8 @@
 #include "data/KWInitInterface.h"
 
 #include <cstdint>
+#include <memory>
+#include <utility>
 
 class KWSystemInfo;
 enum class ClipboardClass;
@@ -24,10 +26,7 @@ public:
     ~StepLine() override;
 
     // Of the selected row.
-    float step(int i) const
-    {
-        return i < 0 || i >= stepCount ? 0.0f : matrix[cell(rowIndex, i)].load();
-    }
+    float step(int i) const { return i < 0 || i >= stepCount ? 0.0f : cell(rowIndex, i).load(); }
     void setStep(int i, float v) { setStepAt(rowIndex, i, v); }
     float stepAt(int r, int i) const;
     void setStepAt(int r, int i, float v);
@@ -75,19 +74,27 @@ protected:
     Crossing<int32_t> sourceRow = 0; // of the last copy
 
 private:
-    static size_t cell(int r, int i)
+    const Crossing<float>& cell(int r, int i) const
     {
-        // The usual 32 steps of all rows stand together, so that they touch one page.
-        constexpr int kTogether = 32;
-        return static_cast<size_t>((i / kTogether * kMaxRows + r) * kTogether + i % kTogether);
+        return r < firstRows && i < firstSteps ? first[static_cast<size_t>(r * firstSteps + i)]
+                                               : others[static_cast<size_t>(r * kMaxSteps + i)];
+    }
+    Crossing<float>& cell(int r, int i)
+    {
+        return const_cast<Crossing<float>&>(std::as_const(*this).cell(r, i));
     }
     void copyTo(bool global, int from, int to);
     void pasteFrom(bool global, int from, int to);
     float fit(float v) const;
 
-    ZeroedArray<Crossing<float>> matrix; // kMaxRows by kMaxSteps, always; see cell()
     Crossing<int32_t> stepCount;
     Crossing<int32_t> rowsUsed;
+    // The steps of the shape that the line starts with, and behind them room for all that it may
+    // grow to, which costs nothing while it is not used.
+    const int firstSteps;
+    const int firstRows;
+    std::unique_ptr<Crossing<float>[]> first;
+    ZeroedArray<Crossing<float>> others;
     Crossing<int32_t> rowIndex = 0;
     Crossing<uint32_t> writes = 0u;
     bool registered = false;

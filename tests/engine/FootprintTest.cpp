@@ -60,6 +60,6 @@ TEST(Footprint, AFurtherInstanceThatHasPlayedTakesLessThanAMegabyte)
     const double sounding = kilobytesEach(all, true);
     std::printf("a further instance: %.0f KB, with the synth %.0f KB\n", silent, sounding);
     EXPECT_GT(silent, 100);
-    EXPECT_LT(silent, 230);
-    EXPECT_LT(sounding, 930);
+    EXPECT_LT(silent, 212);
+    EXPECT_LT(sounding, 910);
 }
