@@ -140,6 +140,7 @@ void KWOptionMenu::markCurrent(int index)
     if (currentEntry != index)
         setDirty(true);
     currentEntry = index;
+    entryBeforeBranch.reset();
     if (hasStyle(kCheckCurrent))
         checkOnly(index);
 }
@@ -197,7 +198,7 @@ bool KWOptionMenu::addEntryWithUser(const char* text, int index, long user)
 
 bool KWOptionMenu::isPlain(int index) const
 {
-    if (!isIndex(index) || (hasStyle(kPresetMode) && index < headerCount()))
+    if (!isIndex(index) || isHeader(index))
         return false;
     const KWOptionMenuEntryInfo& entry = entries[static_cast<size_t>(index)];
     return !entry.isTitle && !std::string_view(entry.text).ends_with("-T");
@@ -283,6 +284,7 @@ void KWOptionMenu::removeAllEntries()
     closeSub();
     entries.clear();
     currentEntry = -1;
+    entryBeforeBranch.reset();
     hoverEntry = -1;
     setDirty(true);
 }

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -179,6 +180,7 @@ private:
     };
     bool hasStyle(MenuStyle bit) const { return (menuStyle & bit) != 0; }
     bool isIndex(int index) const { return index >= 0 && index < getEntryCount(); }
+    bool isHeader(int index) const { return hasStyle(kPresetMode) && index < headerCount(); }
     bool isPlain(int index) const;
     bool isChoosable(int index) const;
     KWOptionMenu* outermost();
@@ -209,6 +211,7 @@ private:
     void closeSub();
     void closeList();
     void take(int index);
+    void takeHeader(int index);
     void invalidateList();
     CRect listArea() const;
     CRect openArea() const; // with all open sub-menus
@@ -237,6 +240,7 @@ private:
     int menuStep = -1;
     int menuWidth = 245;
     int hoverEntry = -1;
+    std::optional<int> entryBeforeBranch; // while a press on a branch may still come to nothing
     bool open = false;
     bool mouseOnScrollbar = false;
     bool entryTaken = false;

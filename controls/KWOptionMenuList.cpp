@@ -163,6 +163,10 @@ void KWOptionMenu::closeList()
 {
     invalidateList();
     closeSub();
+    // Whoever only looked into a branch has chosen nothing.
+    if (entryBeforeBranch)
+        currentEntry = *entryBeforeBranch;
+    entryBeforeBranch.reset();
     open = false;
     hoverEntry = -1;
     mouseOnScrollbar = false;
@@ -262,6 +266,8 @@ CMouseEventResult KWOptionMenu::listMouseDown(const CPoint& where, int buttons)
     const int row = rowAt(where);
     hoverRow(row);
     if (getSubMenu(row) && entries[static_cast<size_t>(row)].enabled) {
+        if (!entryBeforeBranch)
+            entryBeforeBranch = currentEntry;
         currentEntry = row;
         entryTaken = true;
     }
@@ -328,6 +334,10 @@ CMouseEventResult KWOptionMenu::listMouseUp(const CPoint& where, int buttons)
 // of this object is touched after the report.
 void KWOptionMenu::take(int index)
 {
+    if (isHeader(index)) {
+        takeHeader(index);
+        return;
+    }
     selectedText = entries[static_cast<size_t>(index)].text;
     markCurrent(index);
     CControl::setValue(static_cast<float>(countsLeaves() ? getLeaf() : index));
@@ -342,6 +352,23 @@ void KWOptionMenu::take(int index)
     root->entryTaken = true;
     root->endModal(0);
     reporter->notify();
+}
+
+// A header is an order and no choice: it is the current entry while the listener hears of it, and
+// then the chosen file is again.
+void KWOptionMenu::takeHeader(int index)
+{
+    outermost()->endModal(0);
+    const int chosen = currentEntry;
+    const float chosenValue = getValue();
+    currentEntry = index;
+    CControl::setValue(static_cast<float>(index));
+    entryTaken = true;
+    notify();
+    if (currentEntry != index)
+        return; // the listener chose another
+    currentEntry = chosen;
+    CControl::setValue(chosenValue);
 }
 
 bool KWOptionMenu::listWheel(const CPoint& where, float distance)

@@ -215,6 +215,24 @@ TEST_F(Menu, ABranchOpensUnderTheMouseAndItsLeafCountsOverTheWholeTree)
     EXPECT_FALSE(targets->setLeaf(9));
 }
 
+TEST_F(Menu, WhoOnlyLooksIntoABranchHasChosenNothing)
+{
+    auto* targets = tree();
+    targets->setLeaf(4);
+    user.click({60, 28});
+    user.click(middleOf(*targets, 2));
+    user.key({.key = CKey::Escape});
+    EXPECT_EQ(targets->getLeaf(), 4);
+    user.wheel({60, 28}, 1);
+    EXPECT_EQ(ear.take(), "[ 330=5 ] ");
+
+    user.click({60, 28});
+    user.click(middleOf(*targets, 2));
+    user.click(middleOf(*targets->getSubMenu(2), 1));
+    EXPECT_EQ(ear.take(), "[ 330=7 ] ");
+    EXPECT_EQ(targets->getLeaf(), 7);
+}
+
 TEST_F(Menu, ABranchWithAListenerOfItsOwnTellsThatOne)
 {
     Ear leafEar;
@@ -471,8 +489,11 @@ TEST_F(PresetMenu, AFileInAFolderIsReportedBehindTheHeadersAndGivesItsPath)
     user.key({.key = CKey::Escape});
 
     user.click({60, 28});
-    user.click(middleOf(*nested, 0)); // "Save Preset"
+    user.click(middleOf(*nested, 0)); // "Save Preset" is told of and not kept
     EXPECT_EQ(ear.take(), "[ 466=0 ] ");
+    EXPECT_TRUE(nested->getPresetPath(path, "kwe"));
+    EXPECT_EQ(path, root.string() + "/Factory/Bass/two.kwe");
+    EXPECT_EQ(nested->selectedText, "two");
 }
 
 TEST_F(PresetMenu, NextAndPreviousGoThroughAllFilesAndWrap)
