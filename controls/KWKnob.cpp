@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 constexpr int kKnobKind = 2;
@@ -14,6 +15,7 @@ constexpr float kFineDragStep = -0.0005f;
 constexpr float kWheelStep = -0.35f * 0.05f;
 constexpr float kFineWheelStep = -0.11f * 0.05f;
 constexpr int kDragButtons = kLButton | kRButton;
+constexpr int kMotion = 2; // pixels that count as motion
 } // namespace
 
 KWKnob::KWKnob(const CRect& viewSize, CControlListener* controlListener, long controlTag,
@@ -135,7 +137,9 @@ CMouseEventResult KWKnob::onMouseDown(const CPoint& where, int buttons)
         return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
     }
     takeKeyboard();
-    if ((buttons & kControl) || ((buttons & kDoubleClick) && mode == kRelative)) {
+    // Two quick clicks into a list are two choices.
+    const bool doubled = (buttons & kDoubleClick) && mode == kRelative && rowHeight == 0;
+    if ((buttons & kControl) || doubled) {
         setValue(getDefaultValue());
         notify();
         setDirty(true);
@@ -153,6 +157,8 @@ void KWKnob::beginDrag(const CPoint& where)
     mouseDown = true;
     lastX = where.x;
     lastY = where.y;
+    pressPoint = where;
+    moved = false;
     if (pressFlag)
         *pressFlag = 1.0f;
     openBracket();
@@ -179,6 +185,8 @@ CMouseEventResult KWKnob::onMouseMoved(const CPoint& where, int buttons)
         return kMouseEventNotHandled;
     if (!(buttons & kDragButtons))
         return onMouseUp(where, buttons);
+    moved = moved || std::abs(where.x - pressPoint.x) > kMotion
+        || std::abs(where.y - pressPoint.y) > kMotion;
     if (mode != kRelative && horizontal) {
         followPoint(where);
     } else {
@@ -193,11 +201,20 @@ CMouseEventResult KWKnob::onMouseMoved(const CPoint& where, int buttons)
     return kMouseEventHandled;
 }
 
-CMouseEventResult KWKnob::onMouseUp(const CPoint&, int)
+void KWKnob::takeRow(const CPoint& where)
+{
+    const int row = (size.top + rowsEnd - 1 - where.y) / rowHeight;
+    chooseFrame(std::clamp(row, 0, std::max(frameCount - 1, 0)));
+    tellListener();
+}
+
+CMouseEventResult KWKnob::onMouseUp(const CPoint& where, int)
 {
     if (!mouseDown)
         return kMouseEventNotHandled;
     mouseDown = false;
+    if (rowHeight > 0 && !moved)
+        takeRow(where);
     if (pressFlag)
         *pressFlag = 0.0f;
     closeBracket();
@@ -232,7 +249,13 @@ bool KWKnob::onWheel(const CPoint&, float distance, int buttons)
     return true;
 }
 
-// A knob of few positions goes by position, and to its middle, which truncates back to it.
+// To the middle of the frame's values, which truncates back to it.
+void KWKnob::chooseFrame(int index)
+{
+    setValue((static_cast<float>(index) + 0.5f) / static_cast<float>(std::max(frameCount, 1)));
+}
+
+// A knob of few positions goes by position.
 bool KWKnob::stepValue(int steps, bool fine)
 {
     if (valueSource)
@@ -242,7 +265,7 @@ bool KWKnob::stepValue(int steps, bool fine)
     const int index = std::clamp(frameAt(getValue()) + steps, 0, frameCount - 1);
     if (index == frameAt(getValue()))
         return true;
-    setValue((static_cast<float>(index) + 0.5f) / static_cast<float>(frameCount));
+    chooseFrame(index);
     notify();
     setDirty(true);
     return true;

@@ -54,6 +54,10 @@ public:
     bool hidden = false;
     bool roundFrame = false;
     int padding = 0;
+    // A list: rows of this height, counted from `rowsEnd` (from the top) upward, a frame each. A
+    // click without motion takes the row under the pointer. 0: no list.
+    int rowHeight = 0;
+    int rowsEnd = 0;
 
 private:
     float position() const;
@@ -62,10 +66,14 @@ private:
     void drawHover(CDrawContext* context);
     void followPoint(const CPoint& where);
     void beginDrag(const CPoint& where);
+    void takeRow(const CPoint& where);
+    void chooseFrame(int index);
 
     KWControl* popupControl = nullptr;
     int lastX = 0;
     int lastY = 0;
+    CPoint pressPoint;
     bool mouseDown = false;
+    bool moved = false; // since the press, by more than a hand's tremor
     bool hovered = false;
 };

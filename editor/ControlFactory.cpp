@@ -180,6 +180,10 @@ KWControl* ControlFactory::makeKnob(const ControlRow& row)
             knob->capCentre = {shape.x, shape.y};
             knob->capRadius = shape.capRadius();
         }
+    if (row.bitmap == kModTrackList.bitmap) {
+        knob->rowHeight = kModTrackList.height;
+        knob->rowsEnd = kModTrackList.end;
+    }
     if (knob->valueSource)
         knob->setValue(*knob->valueSource);
     return knob;

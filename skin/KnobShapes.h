@@ -1,5 +1,6 @@
-// Where the round knobs of the strips have their arcs and caps, for the one who draws the strip and
-// the one who lightens the cap under the mouse. Panel pixels from the frame's corner.
+// Where the round knobs of the strips have their arcs and caps, and the lists their rows, for the
+// one who draws the strip and the one who knows what is under the mouse. Panel pixels from the
+// frame's corner.
 #pragma once
 
 struct KnobShape {
@@ -16,5 +17,15 @@ inline constexpr KnobShape kSmallKnob{1065, 10.5, 10.5, 8.6};
 // Its label is printed on the page, in the lowest 8 pixels of the same rectangle. The second half
 // of its frames has arcs that grow from the top, for values that go both ways.
 inline constexpr KnobShape kSynthKnob{1103, 20.5, 17, 14.6};
+
+// A slider whose frames are rows of a list, numbered from the lowest one up. A click takes a row.
+struct KnobRows {
+    int bitmap;
+    int height; // of a row
+    int end;    // below the lowest row
+    constexpr int above(int row) const { return end - height * (row + 1); }
+};
+
+inline constexpr KnobRows kModTrackList{1061, 10, 85};
 
 inline constexpr KnobShape kKnobShapes[] = {kKnobBesidePad, kSmallKnob, kSynthKnob};

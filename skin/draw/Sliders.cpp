@@ -1,5 +1,6 @@
 // Sliders and stepped fields: each frame shows one value in words or by its place.
 #include "skin/draw/Parts.h"
+#include "skin/KnobShapes.h"
 
 #include <string>
 
@@ -57,9 +58,11 @@ void drawSwing(Paint& paint, int frame)
 void drawModSelect(Paint& paint, int frame)
 {
     well(paint, 0, 0, 31, 89);
+    constexpr int kLine = 1; // above each row, and the lit row covers it
     for (int track = 0; track < 7; ++track)
-        paint.rect(3, 74 - track * 10, 25, 1, kCellLine);
-    paint.rounded(1, 74 - frame * 10, 29, 12, 2, kModulation);
+        paint.rect(3, kModTrackList.above(track) - kLine, 25, kLine, kCellLine);
+    paint.rounded(1, kModTrackList.above(frame) - kLine, 29, kModTrackList.height + 2 * kLine, 2,
+        kModulation);
 }
 
 void drawBars(Paint& paint, int frame)

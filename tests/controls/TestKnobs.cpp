@@ -75,6 +75,28 @@ TEST_F(Knobs, ControlAndADoubleClickResetOnce)
     EXPECT_FLOAT_EQ(reset->getValue(), 0.3f);
 }
 
+TEST_F(Knobs, AListTakesTheClickedRowAndIsDraggedLikeAnyOther)
+{
+    auto* list = knob(4);
+    list->roundFrame = true;
+    list->rowHeight = 9;
+    list->rowsEnd = 38;
+    for (const auto& [y, row] :
+        {std::pair{137, 0}, {129, 0}, {128, 1}, {111, 2}, {110, 3}, {100, 3}}) {
+        user.click({120, y}); // a second click at once is no reset
+        user.click({120, y});
+        EXPECT_EQ(list->frameAt(list->getValue()), row) << y;
+    }
+    ear.take();
+    list->setValue(0.5f);
+    user.wait(1000);
+    user.press({120, 137});
+    user.move({120, 127});
+    user.move({120, 137});
+    user.release({120, 137});
+    EXPECT_EQ(ear.take(), "[ 4=0.6 4=0.5 ] ");
+}
+
 TEST_F(Knobs, TheWheelHasTwoSpeedsAndCanBeOff)
 {
     auto* wheeled = knob();
