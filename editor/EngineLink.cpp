@@ -66,8 +66,20 @@ void EngineLink::copyLockArea(const KWMouseArea::State& state)
 }
 
 void EngineLink::setLearnTarget(int tag, int step) { engine.midiMap.setLearnTarget(tag, step); }
-void EngineLink::clearMapping(int tag) { engine.midiMap.removeParameter(tag); }
-void EngineLink::clearMapping(int tag, int step) { engine.midiMap.removeAssignment(tag, step); }
+
+void EngineLink::clearMapping(int tag)
+{
+    engine.midiMap.removeParameter(tag);
+    if (learnTag() == tag)
+        setLearnTarget(-1, 0);
+}
+
+void EngineLink::clearMapping(int tag, int step)
+{
+    engine.midiMap.removeAssignment(tag, step);
+    if (learnTag() == tag && engine.midiMap.learnStep() == step)
+        setLearnTarget(-1, 0);
+}
 
 void EngineLink::addAssignment(int controller, int tag, int step)
 {

@@ -38,7 +38,8 @@ public:
     void setSetting(int tag, bool on); // 378 or 379; kept in the key store
     void copyLockArea(const KWMouseArea::State& state);
 
-    void setLearnTarget(int tag, int step);
+    void setLearnTarget(int tag, int step); // tag -1: nothing waits any more
+    // What waits to be learned for it waits no more.
     void clearMapping(int tag); // all its steps
     void clearMapping(int tag, int step);
     void addAssignment(int controller, int tag, int step);

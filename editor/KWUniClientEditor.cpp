@@ -141,6 +141,10 @@ bool KWUniClientEditor::frameKeyDown(const CKeyEvent& event)
         stepScale(event.character == '-' ? -1 : 1);
         return true;
     }
+    if (event.key == CKey::Escape && link.learnTag() >= 0) {
+        link.setLearnTarget(-1, 0);
+        return true;
+    }
     if (event.key == CKey::Space || event.character == ' ') {
         togglePlay();
         return true;

@@ -188,6 +188,13 @@ TEST(Editor, ARightClickLearnsTheControlAndTheStepUnderTheMouse)
     choose(kLearnStepsTag + 1, 2);
     EXPECT_EQ(rig.engine.midiMap.learnTag(), Tag::Chord);
     EXPECT_EQ(rig.engine.midiMap.learnStep(), 3);
+
+    rig.user->key({.key = CKey::Escape});
+    EXPECT_EQ(rig.engine.midiMap.learnTag(), -1);
+    rig.engine.midiMap.setLearnTarget(Tag::LooperSteps, 0);
+    rig.click(EditorRig::middle(*findControl(Tag::LooperSteps)), kRButton);
+    choose(kRightClickTag, 1);
+    EXPECT_EQ(rig.engine.midiMap.learnTag(), -1);
 }
 
 TEST(Editor, TheAboutBoxClosesAtAnyClick)
