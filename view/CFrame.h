@@ -5,6 +5,7 @@
 #include "view/CViewContainer.h"
 #include "view/DirtyRegion.h"
 #include "view/FrameWindow.h"
+#include "view/TextStores.h"
 
 #include <memory>
 
@@ -99,6 +100,7 @@ private:
     void collectDirty();
     void applyWindowSize();
 
+    TextStores texts;
     std::unique_ptr<FrameWindow> window;
     VSTGUIEditorInterface* editor;
     DirtyRegion region;

@@ -33,16 +33,16 @@ public:
             clear();
         return masks.emplace(std::move(key), draw(text, look)).first->second;
     }
-
-private:
-    static TextMask draw(std::string_view text, const TextLook& look);
     void clear()
     {
         for (auto& [key, mask] : masks)
             if (mask.surface)
                 cairo_surface_destroy(mask.surface);
-        masks.clear();
+        masks = {};
     }
+
+private:
+    static TextMask draw(std::string_view text, const TextLook& look);
     std::unordered_map<std::string, TextMask> masks;
 };
 
@@ -74,10 +74,17 @@ TextMask MaskStore::draw(std::string_view text, const TextLook& look)
     return mask;
 }
 
+MaskStore& store()
+{
+    static MaskStore kept;
+    return kept;
+}
+
 } // namespace
 
 const TextMask& textMask(std::string_view text, const TextLook& look)
 {
-    static MaskStore store;
-    return store.find(text, look);
+    return store().find(text, look);
 }
+
+void forgetTextMasks() { store().clear(); }

@@ -25,3 +25,4 @@ struct TextLook {
 
 // Valid until the next call.
 const TextMask& textMask(std::string_view text, const TextLook& look);
+void forgetTextMasks();

@@ -27,14 +27,13 @@ namespace {
 
 struct PlacedGlyph {
     hb_codepoint_t glyph;
-    double x; // font units
-    double y;
-    int index; // in the line, counts the tracking
+    hb_position_t x; // font units
+    hb_position_t y;
 };
 
 struct Line {
     std::vector<PlacedGlyph> glyphs;
-    double width = 0; // font units
+    hb_position_t width = 0; // font units
 };
 
 // A glyph's outline as the calls that draw it, in font units, upwards positive.
@@ -147,7 +146,7 @@ Typeface::~Typeface()
 const Line& Typeface::Data::shape(std::string_view text)
 {
     // Values on the panel come and go; the words return all the time.
-    constexpr size_t kMaxLines = 4096;
+    constexpr size_t kMaxLines = 1500;
     std::string key(text);
     const auto known = lines.find(key);
     if (known != lines.end())
@@ -166,9 +165,10 @@ const Line& Typeface::Data::shape(std::string_view text)
     const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
     const hb_glyph_position_t* places = hb_buffer_get_glyph_positions(buffer, &count);
     Line line;
+    line.glyphs.reserve(count);
     for (unsigned i = 0; i < count; ++i) {
-        line.glyphs.push_back({infos[i].codepoint, line.width + places[i].x_offset,
-            static_cast<double>(places[i].y_offset), static_cast<int>(i)});
+        line.glyphs.push_back(
+            {infos[i].codepoint, line.width + places[i].x_offset, places[i].y_offset});
         line.width += places[i].x_advance;
     }
     return lines.emplace(std::move(key), std::move(line)).first->second;
@@ -180,6 +180,12 @@ const Outline& Typeface::Data::outline(hb_codepoint_t glyph)
     if (isNew)
         hb_font_get_glyph_shape(font, glyph, outlineCalls(), &place->second);
     return place->second;
+}
+
+void Typeface::forgetTexts()
+{
+    data->lines = {};
+    data->outlines = {};
 }
 
 double Typeface::width(std::string_view text, double size, double tracking)
@@ -197,8 +203,9 @@ void Typeface::addPath(
     cairo_t* context, std::string_view text, double size, double x, double y, double tracking)
 {
     const double unit = size / data->unitsPerEm;
+    int index = 0;
     for (const PlacedGlyph& placed : data->shape(text).glyphs) {
-        const double left = x + placed.x * unit + placed.index * tracking;
+        const double left = x + placed.x * unit + index++ * tracking;
         const double base = y - placed.y * unit;
         const auto px = [&](float u) { return left + static_cast<double>(u) * unit; };
         const auto py = [&](float u) { return base - static_cast<double>(u) * unit; };

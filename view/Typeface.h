@@ -26,6 +26,8 @@ public:
     // Adds the outlines to the path; the text begins at `x` on the baseline `y`.
     void addPath(cairo_t* context, std::string_view text, double size, double x, double y,
         double tracking = 0);
+    // Frees what is kept of the texts that were measured and drawn.
+    void forgetTexts();
 
 private:
     struct Data;

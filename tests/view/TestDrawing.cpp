@@ -1,14 +1,17 @@
 #include "platform/Png.h"
+#include "tests/support/Checked.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 #include "view/DirtyRegion.h"
 #include "view/FittedText.h"
+#include "view/TextStores.h"
 #include "view/Typeface.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cairo.h>
+#include <malloc.h>
 #include <memory>
 #include <random>
 
@@ -199,6 +202,36 @@ TEST(Text, DigitsAreEquallyWideAndPairsAreKerned)
                   11),
         face.width("1", 11));
     EXPECT_GT(face.width("\xFF\xC3", 11), 0) << "broken UTF-8 shows as marks";
+}
+
+TEST(Text, WhatIsKeptOfItIsBoundedAndGoesWithTheLastWindow)
+{
+    if (kChecked)
+        GTEST_SKIP() << "the allocator does not count";
+    Canvas canvas(100, 20);
+    canvas.context->setFontColor(kWhiteCColor);
+    const auto drawTexts = [&](int count) {
+        size_t most = 0;
+        for (int i = 0; i < count; ++i) {
+            canvas.context->setFont(nullptr, 11, i % 2 == 0 ? kNormalFace : kBoldFace);
+            canvas.context->drawString("value " + std::to_string(i * 7919), {0, 0, 100, 20});
+            if (i % 100 == 0)
+                most = std::max(most, mallinfo2().uordblks);
+        }
+        return most;
+    };
+    const auto useIn = [&](int count) {
+        const TextStores first;
+        const TextStores second;
+        return drawTexts(count);
+    };
+    useIn(6000);
+    const size_t before = mallinfo2().uordblks;
+    const size_t most = useIn(6000);
+    EXPECT_GT(most, before + 500'000) << "texts that return are not drawn again";
+    EXPECT_LT(most, before + 5'000'000);
+    // The allocator's own cache counts as in use.
+    EXPECT_LT(mallinfo2().uordblks, before + 250'000);
 }
 
 TEST(Text, StandsWhereTheAlignmentSaysAndInsideItsRectangle)
