@@ -65,6 +65,7 @@ void KWUniClientEditor::idle()
 {
     if (!frame) {
         engine.runDeferred(); // hosts call idle for closed windows too
+        recorder.watch();
         return;
     }
     refresh();

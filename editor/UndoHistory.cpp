@@ -2,14 +2,28 @@
 
 #include <utility>
 
+size_t UndoHistory::Level::bytes() const
+{
+    size_t sum = sizeof *this + changes.capacity() * sizeof changes[0];
+    if (map.before)
+        sum += sizeof *map.before + sizeof *map.after;
+    for (const Presets::Moment* moment : {load.before.get(), load.after.get()})
+        if (moment)
+            sum += sizeof *moment + moment->words.size() * sizeof moment->words[0];
+    return sum;
+}
+
 void UndoHistory::push(Level level)
 {
     if (level.isEmpty())
         return;
-    levels.resize(next);
-    if (levels.size() == kMaxLevels)
-        levels.erase(levels.begin());
+    for (; levels.size() > next; levels.pop_back())
+        bytes -= levels.back().bytes();
+    bytes += level.bytes();
     levels.push_back(std::move(level));
+    for (; levels.size() > kMaxLevels || (bytes > kMaxBytes && levels.size() > 1);
+         levels.pop_front())
+        bytes -= levels.front().bytes();
     next = levels.size();
 }
 
@@ -19,6 +33,7 @@ const UndoHistory::Level* UndoHistory::redo() { return canRedo() ? &levels[next+
 
 void UndoHistory::clear()
 {
-    levels.clear();
+    levels = {};
+    bytes = 0;
     next = 0;
 }

@@ -5,8 +5,8 @@
 #include "editor/EditCells.h"
 
 #include <cstddef>
+#include <deque>
 #include <memory>
-#include <vector>
 
 // What the user changed, gesture by gesture, so that each can be taken back and done again. Screen
 // thread.
@@ -22,11 +22,15 @@ public:
         Replaced<MidiMap::Lists> map;
         Replaced<Presets::Moment> load;
         bool isEmpty() const { return changes.empty() && !map.before && !load.before; }
+        size_t bytes() const; // as if it shared nothing
     };
 
     static constexpr size_t kMaxLevels = 500;
+    // 80 loads of whole songs, or 120 changes of the MIDI map.
+    static constexpr size_t kMaxBytes = 8 << 20;
 
-    // An empty level is no level. A new one ends what could be redone.
+    // An empty level is no level. A new one ends what could be redone, and the oldest go where
+    // there are too many.
     void push(Level level);
     // The level to take back, or to do again; null when there is none. Valid until the next push.
     const Level* undo();
@@ -40,6 +44,7 @@ public:
     const Level* last() const { return next > 0 ? &levels[next - 1] : nullptr; }
 
 private:
-    std::vector<Level> levels;
-    size_t next = 0; // levels before it can be undone, those from it on redone
+    std::deque<Level> levels;
+    size_t bytes = 0; // of all levels
+    size_t next = 0;  // levels before it can be undone, those from it on redone
 };

@@ -56,6 +56,36 @@ TEST(UndoHistory, ANewLevelEndsWhatCouldBeRedone)
     EXPECT_EQ(cellOf(history.undo()), 3);
 }
 
+TEST(UndoHistory, TheOldestLevelsGoWhereThereAreTooManyOrTheyAreTooLarge)
+{
+    const auto undone = [](UndoHistory& history) {
+        int count = 0;
+        while (history.undo())
+            ++count;
+        return count;
+    };
+    UndoHistory small;
+    for (uint32_t i = 0; i < 2 * UndoHistory::kMaxLevels; ++i)
+        small.push({{{i, 0, 1}}, {}, {}});
+    EXPECT_EQ(small.last()->changes.front().cell, 2 * UndoHistory::kMaxLevels - 1);
+    EXPECT_EQ(undone(small), UndoHistory::kMaxLevels);
+
+    // Songs as large as they come, and one that is larger than all the room.
+    const auto moment = [](size_t bytes) {
+        Presets::Moment made;
+        made.words.resize(bytes / sizeof made.words[0]);
+        return std::make_shared<const Presets::Moment>(std::move(made));
+    };
+    UndoHistory large;
+    for (int i = 0; i < 300; ++i)
+        large.push({{}, {}, {moment(47'000), moment(47'000)}});
+    const int kept = undone(large);
+    EXPECT_GE(kept, 80);
+    EXPECT_LE(kept * size_t{94'000}, UndoHistory::kMaxBytes);
+    large.push({{}, {}, {moment(UndoHistory::kMaxBytes), moment(0)}});
+    EXPECT_EQ(undone(large), 1);
+}
+
 TEST(Undo, EveryKindOfEditIsTakenBackAndDoneAgain)
 {
     EditorRig rig;
