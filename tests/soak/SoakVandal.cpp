@@ -43,6 +43,14 @@ void SoakVandal::act()
         rig.host.dispatch(effEditIdle);
 }
 
+size_t SoakVandal::keptBytes() const
+{
+    size_t bytes = 0;
+    for (const std::vector<char>& state : states)
+        bytes += state.capacity();
+    return bytes;
+}
+
 void SoakVandal::actOnce()
 {
     switch (roll(16)) {

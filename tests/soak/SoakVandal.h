@@ -14,6 +14,7 @@ public:
 
     // What happens before the next second is played.
     void act();
+    size_t keptBytes() const; // in states that are given back later
 
 private:
     void actOnce();
