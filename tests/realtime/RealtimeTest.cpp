@@ -10,9 +10,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstdlib>
 #include <dlfcn.h>
+#include <functional>
+#include <mutex>
 #include <pthread.h>
 #include <random>
+#include <shared_mutex>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -32,11 +37,18 @@ struct Watch {
 } // namespace
 
 #ifndef ORMUND_CHECKED
+template <typename Lock>
+static auto realLock(const char* name)
+{
+    return reinterpret_cast<int (*)(Lock*)>(dlsym(RTLD_NEXT, name));
+}
+
 extern "C" {
 void* __libc_malloc(size_t);
 void __libc_free(void*);
 void* __libc_calloc(size_t, size_t);
 void* __libc_realloc(void*, size_t);
+void* __libc_memalign(size_t, size_t);
 
 void* malloc(size_t size)
 {
@@ -58,12 +70,33 @@ void* realloc(void* memory, size_t size)
     allocations += watching;
     return __libc_realloc(memory, size);
 }
+void* aligned_alloc(size_t alignment, size_t size)
+{
+    allocations += watching;
+    return __libc_memalign(alignment, size);
+}
+int posix_memalign(void** memory, size_t alignment, size_t size)
+{
+    *memory = aligned_alloc(alignment, size);
+    return *memory ? 0 : ENOMEM;
+}
 int pthread_mutex_lock(pthread_mutex_t* mutex)
 {
-    static const auto real =
-        reinterpret_cast<int (*)(pthread_mutex_t*)>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    static const auto real = realLock<pthread_mutex_t>("pthread_mutex_lock");
     locks += watching;
     return real(mutex);
+}
+int pthread_rwlock_rdlock(pthread_rwlock_t* lock)
+{
+    static const auto real = realLock<pthread_rwlock_t>("pthread_rwlock_rdlock");
+    locks += watching;
+    return real(lock);
+}
+int pthread_rwlock_wrlock(pthread_rwlock_t* lock)
+{
+    static const auto real = realLock<pthread_rwlock_t>("pthread_rwlock_wrlock");
+    locks += watching;
+    return real(lock);
 }
 }
 #endif
@@ -176,16 +209,35 @@ TEST(Realtime, TenMinutesNeverAllocateOrLock)
     EXPECT_GT(performance.audibleBlocks, 10000);
 }
 
-TEST(Realtime, TheWatchSeesAnAllocation)
+TEST(Realtime, TheWatchSeesEveryKindOfAllocationAndLock)
 {
     if (kChecked)
         GTEST_SKIP();
-    allocations = 0;
-    {
+    const auto counts = [](const int& counted, const std::function<void()>& doIt) {
+        const int before = counted;
         const Watch watch;
-        delete new volatile int(1);
-    }
-    EXPECT_GT(allocations, 0);
+        doIt();
+        return counted > before;
+    };
+    struct alignas(64) Wide {
+        volatile int number = 1;
+    };
+    std::mutex mutex;
+    std::shared_mutex shared;
+    void* memory = nullptr;
+    EXPECT_TRUE(counts(allocations, [] { delete new volatile int(1); }));
+    EXPECT_TRUE(counts(allocations, [&] { memory = std::malloc(1); }));
+    EXPECT_TRUE(counts(allocations, [&] { memory = std::realloc(memory, 100); }));
+    EXPECT_TRUE(counts(allocations, [&] { std::free(memory); }));
+    Wide* wide = nullptr;
+    EXPECT_TRUE(counts(allocations, [&] { wide = new Wide; }));
+    delete wide;
+    EXPECT_TRUE(counts(locks, [&] { mutex.lock(); }));
+    mutex.unlock();
+    EXPECT_TRUE(counts(locks, [&] { shared.lock_shared(); }));
+    shared.unlock_shared();
+    EXPECT_TRUE(counts(locks, [&] { shared.lock(); }));
+    shared.unlock();
 }
 
 #ifdef ORMUND_REALTIME_CHECKED
