@@ -2,10 +2,10 @@
 
 #include "controls/KWFrame.h"
 #include "controls/Look.h"
+#include "platform/UserPlaces.h"
 #include "view/CDrawContext.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
@@ -74,9 +74,8 @@ void FileSheet::ask(const KWFileChooser::Request& request, KWFileChooser::Answer
     const int top = (panel.height() - kSheetHeight) / 2;
     CView::setViewSize({left, top, left + kSheetWidth, top + kSheetHeight});
     std::error_code error;
-    const char* home = std::getenv("HOME");
     const bool isThere = fs::is_directory(asked.startFolder, error);
-    enter(isThere ? asked.startFolder : home ? home : "/");
+    enter(isThere ? asked.startFolder : homeFolder());
     // Without its ending, which accept() adds: whoever goes on typing means the name.
     name = asked.kind == KWFileChooser::Kind::Save ? asked.fileName : "";
     if (name.ends_with("." + asked.extension))

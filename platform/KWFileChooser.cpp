@@ -1,5 +1,7 @@
 #include "platform/KWFileChooser.h"
 
+#include "platform/UserPlaces.h"
+
 #include <cstdlib>
 #include <sys/stat.h>
 #include <utility>
@@ -26,11 +28,7 @@ bool isKdeDesktop()
 
 std::string startPath(const KWFileChooser::Request& request)
 {
-    std::string folder = request.startFolder;
-    if (!isFolder(folder)) {
-        const char* home = std::getenv("HOME");
-        folder = home ? home : "/";
-    }
+    std::string folder = isFolder(request.startFolder) ? request.startFolder : homeFolder();
     if (folder.back() != '/')
         folder += '/';
     return request.kind == KWFileChooser::Kind::Save ? folder + request.fileName : folder;

@@ -60,7 +60,7 @@ std::string installation()
     for (int level = 0; level < kMostLevels; ++level) {
         folder = KWFileio::folderOf(folder);
         for (const char* below : kBelow) {
-            const std::string candidate = KWFileio::join(folder, below);
+            std::string candidate = KWFileio::join(folder, below);
             if (KWFileio::isFolder(KWFileio::join(candidate, kShippedFolder)))
                 return candidate;
         }
@@ -74,6 +74,12 @@ std::string installation()
 }
 
 } // namespace
+
+std::string homeFolder()
+{
+    const std::string user = home();
+    return user.empty() ? "/" : user;
+}
 
 UserPlaces UserPlaces::find()
 {

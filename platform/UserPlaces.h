@@ -3,6 +3,9 @@
 
 #include <string>
 
+// $HOME, or what the user's entry says where that is no absolute path; "/" where neither is.
+std::string homeFolder();
+
 // Each is empty when it cannot be told, for instance without a home.
 struct UserPlaces {
     std::string store;     // file of the key store

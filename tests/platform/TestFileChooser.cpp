@@ -127,6 +127,27 @@ TEST_F(FileChooserTest, ASavedNameGetsItsExtensionAndAnExistingFileIsAskedAbout)
     EXPECT_EQ(answer, file + ".kwe");
 }
 
+// The names of presets are suggested to the dialog, and a preset may come from anybody.
+TEST_F(FileChooserTest, ANameIsOneArgumentAndNoCommandWhateverStandsInIt)
+{
+    const std::string evil = folder + "/evil";
+    for (const char* program : {"zenity", "kdialog"}) {
+        setenv("XDG_CURRENT_DESKTOP", program[0] == 'k' ? "KDE" : "GNOME", 1);
+        install(program, "exit 1");
+        for (const std::string& name :
+            {"$(touch " + evil + ")", "`touch " + evil + "`", "a'\"; touch " + evil + "; #",
+                "a\" | touch " + evil, std::string("--version"), std::string("%n * ~ \\")}) {
+            fs::remove(folder + "/calls");
+            isAnswered = false;
+            ASSERT_TRUE(chooser.open({Kind::Save, name, "kwe", name, folder, name},
+                [this](const auto&) { isAnswered = true; }));
+            ASSERT_TRUE(waitForAnswer());
+            EXPECT_THAT(calls(), HasSubstr(folder + "/" + name + "\n")) << program;
+            EXPECT_FALSE(fs::exists(evil)) << program << " " << name;
+        }
+    }
+}
+
 TEST_F(FileChooserTest, AFolderComesWithoutItsSlashAndTheOtherDesktopHasItsOwnProgram)
 {
     install("kdialog", "echo /presets/mine/");
@@ -154,6 +175,22 @@ TEST_F(FileChooserTest, ADialogThatIsOpenWhenThePlugInGoesIsClosed)
     ASSERT_GT(process, 0);
     EXPECT_EQ(kill(process, 0), -1);
     EXPECT_FALSE(isAnswered);
+}
+
+TEST_F(FileChooserTest, AMissingFolderGivesTheHomeOfWhateverKindItIs)
+{
+    install("zenity", "exit 1");
+    const std::string home = std::getenv("HOME");
+    for (const char* place : {"", "relative", "/"}) {
+        fs::remove(folder + "/calls");
+        setenv("HOME", place, 1);
+        isAnswered = false;
+        ASSERT_TRUE(chooser.open({Kind::Load, "", "kwe", "", folder + "/missing", ""},
+            [this](const auto&) { isAnswered = true; }));
+        ASSERT_TRUE(waitForAnswer());
+        EXPECT_THAT(calls(), HasSubstr("--filename=/")) << place;
+    }
+    setenv("HOME", home.c_str(), 1);
 }
 
 TEST_F(FileChooserTest, WithoutADialogProgramOpenSaysSo)
