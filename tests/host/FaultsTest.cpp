@@ -101,11 +101,12 @@ protected:
 
 TEST_F(Faults, WithoutAHomeOrWithOneThatIsNone)
 {
-    for (const char* place : {"", "relative/path", "/dev/null/x", "/nonexistent/\xC3\xBC"}) {
+    for (const char* place : {static_cast<const char*>(nullptr), "", "relative/path", "/dev/null/x",
+             "/nonexistent/\xC3\xBC"}) {
         const int answer = inChild([place] {
             becomeSomebodyElse();
             for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
-                setenv(name, place, 1);
+                place ? setenv(name, place, 1) : unsetenv(name);
             ScriptedHost host;
             EXPECT_TRUE(host.load(kModule, {})) << host.error();
             expectItWorks(host);
@@ -115,7 +116,7 @@ TEST_F(Faults, WithoutAHomeOrWithOneThatIsNone)
         });
         if (answer == kNotAllowed)
             GTEST_SKIP();
-        EXPECT_EQ(answer, 0) << place;
+        EXPECT_EQ(answer, 0) << (place ? place : "no variable");
     }
 }
 
@@ -155,7 +156,7 @@ TEST_F(Faults, AReadOnlyHomeIsToldOfAndChangesNothing)
     EXPECT_EQ(answer, 0);
 }
 
-// `limit`: what fits on the disk, in bytes. The old song must stand whatever was tried.
+// `limit` tells the disks apart. The old song must stand whatever was tried.
 void expectAFullDiskIsBorne(const std::string& song, size_t limit)
 {
     ScriptedHost host;
@@ -192,7 +193,7 @@ TEST_F(Faults, WritesThatEndTooEarlyKeepTheOldSong)
     }
 }
 
-TEST_F(Faults, ADiskOfAFewKilobytes)
+TEST_F(Faults, ADiskOfAFewKilobytesAndOneThatIsReadOnly)
 {
     const int answer = inChild([&] {
         // A mount of its own needs a namespace of its own, which not every machine grants.
@@ -210,6 +211,11 @@ TEST_F(Faults, ADiskOfAFewKilobytes)
         while (filler << std::string(1000, 'x') << std::flush)
             ;
         expectAFullDiskIsBorne(song, 0);
+        filler.close();
+        std::remove(home.file("filler.kwe").c_str());
+        if (mount(nullptr, home.file("").c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
+            return kNotAllowed;
+        expectAFullDiskIsBorne(song, 1);
         return 0;
     });
     if (answer == kNotAllowed)
