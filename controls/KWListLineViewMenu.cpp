@@ -128,11 +128,9 @@ void KWListLineViewMenu::beginModal(int mode, const CPoint* where, long forTag)
     hoverCell = -1;
     if (!frame->getCurrentMouseLocation(openPoint))
         openPoint = CPoint(-1, -1);
-    if (!inFrame) {
+    if (!inFrame && frame->addView(this)) {
         remember(); // for the frame, until endModal
-        inFrame = frame->addView(this);
-        if (!inFrame)
-            forget();
+        inFrame = true;
     }
     KWControl::beginModal(mode, where, forTag);
 }

@@ -255,8 +255,10 @@ void KWTableView::drawBeatLines(CDrawContext* context)
         }
     }
     const float gap = std::max(beat * perStep, static_cast<float>(kLeastLineGap));
-    for (float x = gap; x < static_cast<float>(gridRect.width()); x += gap) {
-        const int at = gridRect.left + static_cast<int>(x);
+    // Multiples, as a sum of gaps would drift.
+    const auto place = [gap](int line) { return static_cast<float>(line) * gap; };
+    for (int line = 1; place(line) < static_cast<float>(gridRect.width()); ++line) {
+        const int at = gridRect.left + static_cast<int>(place(line));
         context->moveTo({at, gridRect.top});
         context->lineTo({at, gridRect.bottom - 1});
     }

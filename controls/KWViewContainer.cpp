@@ -156,12 +156,9 @@ void KWViewContainer::beginModal(int mode, const CPoint* where, long forTag)
     modalResult = mode;
     isOpen = true;
     setVisible(true);
-    if (!isAttached()) {
+    if (!isAttached() && frame->addView(this)) {
         remember(); // the frame's own reference, given back at endModal
-        if (frame->addView(this))
-            joinedFrame = true;
-        else
-            forget();
+        joinedFrame = true;
     }
     KWControl::beginModal(mode, where, forTag);
 }

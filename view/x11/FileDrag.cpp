@@ -178,9 +178,7 @@ void FileDrag::released(xcb_timestamp_t releaseTime)
     xcb_ungrab_pointer(connection, time);
     isReleased = true;
     // A target that has not answered yet decides when it does.
-    if (!target)
-        finish();
-    else if (!waitsForStatus)
+    if (!target || !waitsForStatus)
         finish();
     xcb_flush(connection);
 }
