@@ -225,9 +225,9 @@ TEST(Text, WhatIsKeptOfItIsBoundedAndGoesWithTheLastWindow)
         const TextStores second;
         return drawTexts(count);
     };
-    useIn(6000);
+    useIn(4000);
     const size_t before = mallinfo2().uordblks;
-    const size_t most = useIn(6000);
+    const size_t most = useIn(4000);
     EXPECT_GT(most, before + 500'000) << "texts that return are not drawn again";
     EXPECT_LT(most, before + 5'000'000);
     // The allocator's own cache counts as in use.
