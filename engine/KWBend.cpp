@@ -8,8 +8,8 @@
 
 namespace {
 constexpr double kPoints = 32.0;
-constexpr float kSemitones = 2.0f; // range of the synth's bend
-constexpr float kShortestGate = 0.025f;
+constexpr float kSemitones = 2.0f;  // range of the synth's bend
+constexpr float kLeastGate = 1e-6f; // a random gate may be 0
 constexpr int kPitchBendStatus = 0xE0;
 } // namespace
 
@@ -26,7 +26,7 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
     if (eventSeen.changed(event)) {
         eighthCounter = 0;
         // The shape lasts as long as the note, in the default multiple.
-        const double steps = 4.0 * static_cast<double>(std::max(notes.gate, kShortestGate));
+        const double steps = 4.0 * static_cast<double>(std::max(notes.gate, kLeastGate));
         sweepRate = kPoints / steps * clock.stepsPerTick;
         const float row =
             isRandom ? performance.slot(StepCommand::PitchBend) : std::max(value - 1.0f, 0.0f);
