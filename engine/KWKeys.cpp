@@ -130,9 +130,11 @@ int KWKeys::zoneValue(int low, int high, int& remembered) const
         remembered = 0;
         return -1;
     }
-    if (inside == 1)
+    // The remembered slot may have been given to a key of another zone.
+    const int kept = shiftedNote(slots[at(remembered)]);
+    if (inside == 1 || kept < low || kept > high)
         remembered = candidate;
-    return std::clamp(shiftedNote(slots[at(remembered)]), low, high) - low;
+    return shiftedNote(slots[at(remembered)]) - low;
 }
 
 void KWKeys::update()

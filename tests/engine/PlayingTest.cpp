@@ -298,6 +298,21 @@ TEST(Keys, FourCountAndBeyondAnOctaveTransposesNoFurther)
     EXPECT_EQ(pitchOf(player), 48);
 }
 
+TEST(Keys, AKeyOfTheLowerZoneTransposesNothing)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TransposeMode, 1);
+    player.start();
+    for (const int key : {72, 74, 76})
+        player.send(0x90, key, 100);
+    player.send(0x90, 72, 0);
+    EXPECT_EQ(pitchOf(player), 48);
+    player.send(0x90, 36, 100);
+    player.send(0x90, 36, 100); // where the first key was
+    EXPECT_THAT(pitchOf(player), testing::AnyOf(50, 52));
+}
+
 TEST(Keys, TheLowerZoneChoosesThePattern)
 {
     Player player;
