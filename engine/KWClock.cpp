@@ -43,6 +43,14 @@ float KWClock::playWanted(float gate)
     }
 }
 
+void KWClock::readSpeed()
+{
+    values.stepsPerTick = stepsPerTick;
+    values.msPerStep = msPerStep;
+    values.samplesPerMs = info.samplesPerMillisecond;
+    values.ticksPerBeat = info.ticksPerBeat;
+}
+
 void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
 {
     values.reload = reloadCounter;
@@ -51,10 +59,7 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
         sink.setParameter(Tag::Play, wanted);
     values.play = static_cast<float>(settings.play);
 
-    values.stepsPerTick = stepsPerTick;
-    values.msPerStep = msPerStep;
-    values.samplesPerMs = info.samplesPerMillisecond;
-    values.ticksPerBeat = info.ticksPerBeat;
+    readSpeed();
 
     ownClock = nextOwnClock();
     const float start = wanted + values.reload + values.play;

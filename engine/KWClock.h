@@ -52,6 +52,9 @@ public:
     void sampleRateChanged();
 
     void tick(const KWSystemInfo&, const KWKeys::Out&);
+    // Again behind the patterns: one that was chosen in this tick has brought its own speed, and
+    // its first step lasts as long as the others.
+    void readSpeed();
     const Out& out() const { return values; }
 
     // How many further ticks would find the same count in every link, up to `most`, as long as no

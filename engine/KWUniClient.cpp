@@ -161,6 +161,7 @@ void KWUniClient::tick(int sample)
     keys.tick(info);
     clock.tick(info, keys.out());
     patterns.tick(clock.out(), keys.out());
+    clock.readSpeed();
     // Between two steps nothing moves that these stages read: what they came to still stands.
     const bool moved = stepInputs.changed({.keys = keys.out(),
         .clock = clock.out(),

@@ -179,6 +179,29 @@ TEST(Patterns, AChangeReplaysTheStoredParametersInItsTick)
     EXPECT_THAT(notes, ElementsAre(48, 24, 48));
 }
 
+TEST(Patterns, ASlowerPatternsFirstNoteIsAsLongAsItsOthers)
+{
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.tracks.selectRow(1);
+    player.writePlainNotes();
+    engine.tracks.selectRow(0);
+    engine.patternStore.fillWithDefaults();
+    engine.patternStore.setAt(1, 8, 0.35f); // a step is a quarter note
+    player.send(0x90, 37, 100);
+    player.start();
+    player.playBeats(1.9);
+    std::vector<int64_t> starts;
+    std::vector<int64_t> ends;
+    for (const MidiOut& event : player.events())
+        if (event.isNoteOn() || event.isNoteOff())
+            (event.isNoteOn() ? starts : ends).push_back(event.frame);
+    ASSERT_EQ(starts.size(), 2u);
+    ASSERT_EQ(ends.size(), 2u);
+    for (size_t i = 0; i < 2; ++i)
+        EXPECT_NEAR(static_cast<double>(ends[i] - starts[i]), 0.4 * 22050, 32) << i;
+}
+
 TEST(Patterns, LockingHoldsAndUnlockingJumpsAtOnce)
 {
     Player player;
