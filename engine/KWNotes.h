@@ -66,7 +66,11 @@ private:
     void advanceSubStep(const KWClock::Out& clock, int lane)
     {
         subStep += clock.stepsPerTick * subStepPace;
-        if (subStep >= 4.0 || arpeggioLane.changed(lane))
+        // Both are asked in every tick: the last sub-step often ends in the very tick that begins
+        // the next step, and a song whose start moves no lane still begins with the first sub-step.
+        const bool stepped = arpeggioLane.changed(lane);
+        const bool started = arpeggioPlay.rose(clock.play);
+        if (stepped || started || subStep >= 4.0)
             subStep = 0;
     }
     void copyVelocityRow(int pattern, const KWClock::Out&);
@@ -83,6 +87,7 @@ private:
     LastSeen<uint32_t> rowGeneration;
 
     LastSeen<int> arpeggioLane;
+    LastSeen<float> arpeggioPlay;
     double subStep = 0; // 0 to 4
     double subStepPace = 4.0;
     bool arpeggioRuns = false;

@@ -146,6 +146,16 @@ TEST(Notes, ArpeggioPlaysFourSubSteps)
     EXPECT_EQ(player.soundingNotes(), 0);
 }
 
+TEST(Notes, EveryStepOfAnArpeggioBeginsWithItsFirstSubStep)
+{
+    Player player;
+    player.writePlainNotes();
+    for (int i = 0; i < 32; ++i)
+        player.engine().tracks.arpeggio.setStep(i, 7);
+    player.play(32 * 32); // the sub-steps go on while nothing plays
+    EXPECT_THAT(player.stepTicks(8), ElementsAre(32, 76, 119, 162, 205, 249, 292, 335));
+}
+
 TEST(Notes, RandomCommandsChangeOneValueOfTheStep)
 {
     Player player;
