@@ -103,8 +103,7 @@ int KWClock::ticksHeld(int most) const
 
 void KWClock::rest(int ticks)
 {
-    for (int i = 0; i < ticks; ++i) {
+    for (int i = 0; i < ticks; ++i)
         ownClock = nextOwnClock();
-        ring.repeat(looperLink.rest(values.stepsPerTick));
-    }
+    ring.repeat(ticks, [&] { return looperLink.rest(values.stepsPerTick); });
 }

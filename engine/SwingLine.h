@@ -22,8 +22,10 @@ public:
     void put(Line line, float count)
     {
         float& place = pairs[line / 2][now][line % 2];
-        if (place != count)
-            place = count;
+        if (place == count)
+            return;
+        place = count;
+        effectsUsed = effectsUsed || line / 2 == Retrigger / 2;
     }
     // What the line's count was `delay` ticks before the one that is being written; 1 and up.
     float past(Line line, size_t delay) const
@@ -33,15 +35,20 @@ public:
     }
     size_t longestDelay() const { return length - 1; }
     void advance() { now = now + 1 < length ? now + 1 : 0; }
-    // A whole tick in which only the looper's count may be another than in the tick before.
-    void repeat(float looperCount)
+    // Whole ticks in which only the looper's count may be another than in the tick before:
+    // `nextLooperCount()` gives it for one after the other.
+    template <typename Counter>
+    void repeat(int ticks, Counter nextLooperCount)
     {
         const size_t last = now > 0 ? now - 1 : length - 1;
-        pairs[Main / 2][now] = {pairs[Main / 2][last][Main % 2], looperCount};
+        const float main = pairs[Main / 2][last][Main % 2];
         const Pair effects = pairs[Retrigger / 2][last];
-        if (pairs[Retrigger / 2][now] != effects)
-            pairs[Retrigger / 2][now] = effects;
-        advance();
+        for (int i = 0; i < ticks; ++i) {
+            pairs[Main / 2][now] = {main, nextLooperCount()};
+            if (effectsUsed && pairs[Retrigger / 2][now] != effects)
+                pairs[Retrigger / 2][now] = effects;
+            advance();
+        }
     }
 
 private:
@@ -50,6 +57,7 @@ private:
     // As long as the highest rate asks for. The main count and the looper's always move; the pages
     // of the other two are not touched before one of them is used.
     std::array<ZeroedArray<Pair>, kLines / 2> pairs;
+    bool effectsUsed = false; // retrigger or slowdown; before that their counts are all 0
     size_t length;
     size_t now = 0;
 };
