@@ -21,22 +21,25 @@ VstIntPtr Player::host(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void* ptr
         return current->sendsRecord ? reinterpret_cast<VstIntPtr>(&current->record) : 0;
     case audioMasterGetCurrentProcessLevel:
         return current->processLevel;
-    case audioMasterProcessEvents: {
-        const auto* events = static_cast<const VstEvents*>(ptr);
-        const VstEvent* const* list = events->events;
-        for (VstInt32 i = 0; i < events->numEvents; ++i) {
-            VstMidiEvent midi;
-            std::memcpy(&midi, list[i], sizeof midi);
-            const auto byte = [&](int k) {
-                return static_cast<int>(static_cast<uint8_t>(midi.midiData[k]));
-            };
-            current->out.push_back({current->frame + midi.deltaFrames, byte(0), byte(1), byte(2)});
-        }
-        return 1;
-    }
+    case audioMasterProcessEvents:
+        return current->keep(*static_cast<const VstEvents*>(ptr));
     default:
         return 0;
     }
+}
+
+VstIntPtr Player::keep(const VstEvents& events)
+{
+    const VstEvent* const* list = events.events;
+    for (VstInt32 i = 0; i < events.numEvents; ++i) {
+        VstMidiEvent midi;
+        std::memcpy(&midi, list[i], sizeof midi);
+        const auto byte = [&](int k) {
+            return static_cast<int>(static_cast<uint8_t>(midi.midiData[k]));
+        };
+        out.push_back({frame + midi.deltaFrames, byte(0), byte(1), byte(2)});
+    }
+    return 1;
 }
 
 Player::Player(const Setup& setup)

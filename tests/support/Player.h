@@ -71,6 +71,7 @@ public:
 private:
     static VstIntPtr host(
         AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
+    VstIntPtr keep(const VstEvents& events);
 
     std::unique_ptr<KWUniClient> client;
     VstTimeInfo record{};
