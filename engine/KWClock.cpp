@@ -3,6 +3,8 @@
 #include "data/ParameterSink.h"
 #include "data/Tags.h"
 
+#include <limits>
+
 KWClock::KWClock(
     KWSystemInfo& timeBase, ParameterSink& parameterSink, const Crossing<float>& reloads)
     : info(timeBase), sink(parameterSink), reloadCounter(reloads)
@@ -99,6 +101,18 @@ int KWClock::ticksHeld(int most) const
         held = std::clamp(static_cast<int>(steps / values.stepsPerTick) - 1, 0, held);
     }
     return held;
+}
+
+KWClock::Stretch KWClock::stretchOfStep() const
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kMargin = 1e-6; // steps
+    if (ownClockRuns)
+        return {-kInfinity, kInfinity};
+    const double step = static_cast<double>(raw);
+    const double perBeat = static_cast<double>(settings.stepsPerBeat);
+    // The position of a stopped host is 0 for good.
+    return {raw > 0 ? (step + kMargin) / perBeat : 0, (step + 1 - kMargin) / perBeat};
 }
 
 void KWClock::rest(int ticks)

@@ -60,8 +60,14 @@ public:
     // How many further ticks would find the same count in every link, up to `most`, as long as no
     // setting and no key moves and, but for the own clock, the position stays in its step.
     int ticksHeld(int most) const;
-    // Whether the song position is in the step that the last tick found.
-    bool isInStep() const { return ownClockRuns || hostStep() == raw; }
+    // Song positions in the step that the last tick found, but for those so close to its ends that
+    // rounding might decide. All, while the own clock runs. Quarter notes.
+    struct Stretch {
+        double from = 0;
+        double to = 0;
+        bool includes(double position) const { return position >= from && position < to; }
+    };
+    Stretch stretchOfStep() const;
     // Instead of so many ticks that would have found the same.
     void rest(int ticks);
 

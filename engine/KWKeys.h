@@ -70,22 +70,22 @@ public:
     // After the lanes have moved, so that a live recording writes the step that plays.
     void record(int mainPosition);
     const Out& out() const { return values; }
-    // Whether another tick would change nothing, as long as no setting moves and no event comes.
-    bool holds() const
+    // Whether another tick would change nothing, as long as no setting moves, no event comes and
+    // the song position stays on its line of the grid.
+    bool holds() const { return keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty(); }
+    bool isOnLine(float position) const // quarter notes
     {
-        return keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty()
-            && (settings.keySyncIndex == 0 || gridLine() == grid.value());
+        return settings.keySyncIndex == 0 || gridLine(position) == grid.value();
     }
-    // Instead of tick() where it holds.
-    void rest() { grid.set(gridLine()); }
+    // Instead of ticks that changed nothing, the last of them at this position.
+    void rest(float position) { grid.set(gridLine(position)); }
 
 private:
-    // The line of the grid that the song position has passed last.
-    int gridLine() const
+    // The line of the grid that a song position has passed last.
+    int gridLine(float position) const
     {
         const double lines =
-            static_cast<double>(settings.keySyncFactor) * static_cast<double>(info.songPosition)
-            + 1e-9;
+            static_cast<double>(settings.keySyncFactor) * static_cast<double>(position) + 1e-9;
         return static_cast<int>(std::min(lines, 2e9));
     }
 

@@ -38,8 +38,7 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
     const double position = record->ppqPos;
     const bool plays = (record->flags & kVstTransportPlaying) != 0;
     if (!plays || !(position >= 0) || !std::isfinite(position)) {
-        info.songPositionPrecise = 0;
-        info.songPosition = 0;
+        moveTo(0);
         return setRunning(false);
     }
 
@@ -49,10 +48,8 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
         && std::isfinite(record->cycleStartPos);
     const bool justPastCycleEnd =
         cycleOn && position > cycleEnd && position - cycleEnd < kCycleTolerance;
-    if (std::abs(info.songPositionPrecise - position) > kJump && !justPastCycleEnd) {
-        info.songPositionPrecise = position;
-        info.songPosition = static_cast<float>(position);
-    }
+    if (std::abs(info.songPositionPrecise - position) > kJump && !justPastCycleEnd)
+        moveTo(position);
 
     if (frames > 0) {
         // A tempo that is new with this block is stored at its first tick, but the position must
@@ -86,6 +83,5 @@ void KWTransport::advance(int samples)
     } else {
         position += samples * positionIncrement;
     }
-    info.songPositionPrecise = position;
-    info.songPosition = static_cast<float>(position);
+    moveTo(position);
 }

@@ -131,8 +131,14 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
     if (transport.evaluate(record, sampleFrames) || transport.blockTempo() != info.tempo)
         restsLeft = 0;
     clearOutputs(outputs, sampleFrames);
+    if (!restBlock(sampleFrames))
+        playRuns(outputs, sampleFrames);
+    sendOutgoing(recordPosition);
+}
 
-    for (int i = 0; i < sampleFrames;) {
+void KWUniClient::playRuns(float** outputs, int frames)
+{
+    for (int i = 0; i < frames;) {
         if (info.controlCounter == kTickSamples) {
             info.controlCounter = 0;
             if (mayRest())
@@ -140,13 +146,12 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
             else
                 tick(i);
         }
-        const int run = std::min(kTickSamples - info.controlCounter, sampleFrames - i);
+        const int run = std::min(kTickSamples - info.controlCounter, frames - i);
         renderRun(outputs, i, run);
         transport.advance(run);
         info.controlCounter += run;
         i += run;
     }
-    sendOutgoing(recordPosition);
 }
 
 void KWUniClient::tick(int sample)
@@ -191,6 +196,7 @@ void KWUniClient::tick(int sample)
     restsLeft = 0;
     if (!moved && patterns.holds() && notes.holds() && bend.holds() && !mods.hasUnsent())
         restsLeft = schedule.ticksHeld(clock.ticksHeld(kMostRests));
+    restsWithin = clock.stretchOfStep();
 }
 
 // Nearly all ticks fall between two steps, and nothing comes from outside. Then the last tick in
@@ -198,18 +204,46 @@ void KWUniClient::tick(int sample)
 // counts ticks goes on.
 bool KWUniClient::mayRest() const
 {
-    return restsLeft > 0 && info.changes.load() == stepInputs.value().changes
-        && inputQueue.isEmpty() && keys.holds() && clock.isInStep() && patterns.holds();
+    return restsLeft > 0 && isUntouched() && mayRestAt(info.songPositionPrecise);
+}
+
+bool KWUniClient::isUntouched() const
+{
+    return info.changes.load() == stepInputs.value().changes && inputQueue.isEmpty() && keys.holds()
+        && patterns.holds();
 }
 
 void KWUniClient::restingTick()
 {
-    --restsLeft;
-    ++rested;
-    keys.rest();
+    countRests(1, info.songPositionPrecise);
     synthTicked = synthOn != 0;
     if (synthTicked)
         synth.controlTick(bend.semitones());
+}
+
+// All ticks of a block at once, where each may rest and the synth is off. The position moves one
+// way only, so the first and the last of them tell of all between.
+bool KWUniClient::restBlock(int frames)
+{
+    const int untilTick = kTickSamples - info.controlCounter;
+    const int ticks = (frames - untilTick + kTickSamples - 1) / kTickSamples;
+    if (ticks <= 0 || ticks > restsLeft || synthOn != 0 || transport.mayWrap() || !isUntouched())
+        return false;
+    const KWTransport::Course course = transport.course(ticks, untilTick, frames);
+    if (!mayRestAt(course.firstTick) || !mayRestAt(course.lastTick))
+        return false;
+    countRests(ticks, course.lastTick);
+    synthTicked = false;
+    transport.moveTo(course.end);
+    info.controlCounter = frames - untilTick - (ticks - 1) * kTickSamples;
+    return true;
+}
+
+void KWUniClient::countRests(int ticks, double lastAt)
+{
+    restsLeft -= ticks;
+    rested += ticks;
+    keys.rest(static_cast<float>(lastAt));
 }
 
 void KWUniClient::catchUp()

@@ -140,7 +140,15 @@ private:
     void dropOutdatedEvents();
     void tick(int sample);
     bool mayRest() const;
+    bool isUntouched() const;
+    bool mayRestAt(double position) const
+    {
+        return restsWithin.includes(position) && keys.isOnLine(static_cast<float>(position));
+    }
     void restingTick();
+    bool restBlock(int frames);
+    void countRests(int ticks, double lastAt);
+    void playRuns(float** outputs, int frames);
     void catchUp();
     void handle(const InternalEvent& event);
     void followTempo();
@@ -210,9 +218,10 @@ private:
         friend bool operator==(const StepInputs&, const StepInputs&) = default;
     };
     LastSeen<StepInputs> stepInputs;
-    int restsLeft = 0;        // ticks in which nothing can move of itself
-    int rested = 0;           // ticks that the stages' counters have not taken yet
-    bool synthTicked = false; // the synth has had its control step for this period
+    int restsLeft = 0;            // ticks in which nothing can move of itself
+    KWClock::Stretch restsWithin; // the song positions at which they may
+    int rested = 0;               // ticks that the stages' counters have not taken yet
+    bool synthTicked = false;     // the synth has had its control step for this period
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};
 };

@@ -35,7 +35,7 @@ bool isRepeatable(int tag)
         && tag != Tag::RandomPreset;
 }
 
-void disturb(Player& player, Dice& dice)
+void disturb(Player& player, Dice& dice, bool withSynth)
 {
     KWUniClient& engine = player.engine();
     Tracks& tracks = engine.tracks;
@@ -107,7 +107,7 @@ void disturb(Player& player, Dice& dice)
         // Whatever it was, the notes go on.
         engine.setParameter(Tag::Mute, 0);
         engine.setParameter(Tag::TriggerMode, value < 0.6f ? 1.0f : 0.5f);
-        engine.setParameter(Tag::SynthOn, 1);
+        engine.setParameter(Tag::SynthOn, withSynth ? 1.0f : 0.0f);
         engine.setParameter(Tag::StepPlay, value < 0.2f ? 1.0f : 0.0f);
         break;
     }
@@ -128,12 +128,27 @@ Played play(bool everyTickInFull)
     player.start();
     for (int i = 0; i < kBlocks; ++i) {
         if (dice.below(40) == 0)
-            disturb(player, dice);
+            disturb(player, dice, true);
         if (everyTickInFull)
             player.engine().info.changes.count();
         player.play(kTickSamples);
     }
     return {player.trace(), player.left()};
+}
+
+std::string traceOfBlocks(bool withSynth)
+{
+    Player player({.empty = false});
+    Dice dice;
+    player.engine().setParameter(Tag::SynthOn, withSynth ? 1.0f : 0.0f);
+    player.start();
+    for (int i = 0; i < kBlocks / 2; ++i) {
+        if (dice.below(10) == 0)
+            disturb(player, dice, withSynth);
+        player.setBlock(1 + dice.below(300));
+        player.play(300);
+    }
+    return player.trace();
 }
 } // namespace
 
@@ -144,4 +159,12 @@ TEST(QuietTick, PlaysAndSoundsAsIfEveryStageHadRun)
     EXPECT_GT(full.trace.size(), 40000u);
     EXPECT_EQ(full.trace, sparing.trace);
     EXPECT_TRUE(full.sound == sparing.sound);
+}
+
+// Without the synth a whole block may rest at once; with it, tick by tick.
+TEST(QuietTick, WholeBlocksPlayAsTheirTicks)
+{
+    const std::string inTicks = traceOfBlocks(true);
+    EXPECT_GT(inTicks.size(), 40000u);
+    EXPECT_EQ(inTicks, traceOfBlocks(false));
 }
