@@ -167,7 +167,7 @@ LoadResult Presets::loadState(const void* bytes, size_t byteCount)
     if (result == LoadResult::Done) {
         takeMidiProgram();
         rebuildPaths();
-        savedChunk = std::move(chunk);
+        savedState = PackedChunk(chunk);
     }
     return report(result, {}, false);
 }
@@ -181,10 +181,9 @@ const KWChunk& Presets::state()
 
 bool Presets::restoreSnapshot()
 {
-    if (savedChunk.words().empty())
+    if (savedState.isEmpty())
         return false;
-    KWChunk chunk;
-    chunk.assign(savedChunk.bytes(), savedChunk.byteCount());
+    KWChunk chunk = savedState.unpacked();
     const bool loaded = StateReader(parts).load(chunk, {}) == LoadResult::Done;
     if (loaded)
         rebuildPaths();

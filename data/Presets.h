@@ -1,6 +1,7 @@
 // Preset files: finding, loading, saving and moving through them.
 #pragma once
 
+#include "data/PackedChunk.h"
 #include "data/PresetTree.h"
 #include "data/ProgramBank.h"
 #include "data/Settings.h"
@@ -84,5 +85,5 @@ private:
     std::array<std::string, kPresetKinds> paths;
     ProgramBank midiPrograms;
     KWChunk stateChunk;
-    KWChunk savedChunk; // what the host gave last
+    PackedChunk savedState; // what the host gave last
 };

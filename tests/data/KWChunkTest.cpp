@@ -1,7 +1,11 @@
 #include "data/KWChunk.h"
 #include "data/ChunkFormat.h"
+#include "data/PackedChunk.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
 
 TEST(KWChunk, WritesInTwoPassesAndReadsTheSameBack)
 {
@@ -80,4 +84,22 @@ TEST(KWChunk, ALimitStopsReadsAndPlacesTheCursorBehindTheRecord)
         EXPECT_EQ(chunk.readInt(), 0);
     }
     EXPECT_EQ(chunk.cursor(), 5u);
+}
+
+TEST(KWChunk, PackedItComesBackWordByWord)
+{
+    EXPECT_TRUE(PackedChunk().isEmpty());
+    EXPECT_TRUE(PackedChunk(KWChunk()).isEmpty());
+    EXPECT_TRUE(PackedChunk().unpacked().words().empty());
+
+    std::vector<uint32_t> words(10000);
+    for (size_t i = 0; i < words.size(); ++i)
+        words[i] = static_cast<uint32_t>(i * i * (i / 5000));
+    KWChunk chunk;
+    chunk.assign(words);
+    const PackedChunk packed(chunk);
+    ASSERT_FALSE(packed.isEmpty());
+    KWChunk again = packed.unpacked();
+    EXPECT_TRUE(std::ranges::equal(again.words(), words));
+    EXPECT_EQ(again.remaining(), words.size());
 }
