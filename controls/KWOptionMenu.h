@@ -172,6 +172,9 @@ public:
     int minWidth = 0; // 0: no bound
     int maxWidth = 0;
 
+protected:
+    void drawHover(CDrawContext* context) const; // while the mouse is over it or its list is open
+
 private:
     friend class KWMenuHelper;
     struct ScanBudget {

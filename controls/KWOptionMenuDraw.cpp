@@ -60,10 +60,7 @@ void KWOptionMenu::draw(CDrawContext* context)
         context->setFillColor(hasStyle(kAlternateBack) ? alternateBackColor : backColor);
         context->drawRect(size, kDrawFilled);
     }
-    if (hovered || open) {
-        context->setFrameColor(look::kFrameHover);
-        context->drawRoundRect(size, kFieldRadius, kDrawStroked);
-    }
+    drawHover(context);
     CRect rect = size;
     rect.inset(kRestInset, 0);
     if (hasStyle(kTextAfterArrow) && arrowBitmap) {
@@ -80,6 +77,14 @@ void KWOptionMenu::draw(CDrawContext* context)
         context->drawString(alternateText, rect, false, kRightText);
     }
     KWControl::draw(context);
+}
+
+void KWOptionMenu::drawHover(CDrawContext* context) const
+{
+    if (!hovered && !open)
+        return;
+    context->setFrameColor(look::kFrameHover);
+    context->drawRoundRect(size, kFieldRadius, kDrawStroked);
 }
 
 // A text that is a little too long is set closer before it is abbreviated.

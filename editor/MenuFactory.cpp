@@ -72,8 +72,8 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
         menu =
             new LearnMenu(place, &listener, row.tag, &frame, extension, KWOptionMenu::kAlignLeft);
     else if (row.items == MenuItems::Pictures)
-        menu =
-            new ModeMenu(place, &listener, row.tag, &frame, extension, KWOptionMenu::kCheckCurrent);
+        menu = new ModeMenu(place, &listener, row.tag, &frame, extension,
+            KWOptionMenu::kAlignLeft | KWOptionMenu::kCheckCurrent);
     else
         menu = new KWOptionMenu(place, &listener, row.tag, &frame, extension,
             isPreset(row)                ? kPresetStyle

@@ -9,5 +9,7 @@ void ModeMenu::draw(CDrawContext* context)
     CBitmap* pictures = getBackground();
     if (isLive() && pictures)
         pictures->drawTransparent(context, size, {0, std::max(currentEntry, 0) * size.height()});
+    if (isLive())
+        drawHover(context);
     setDirty(false);
 }
