@@ -133,6 +133,13 @@ void KWFrame::looseFocus()
         CFrame::looseFocus();
 }
 
+void KWFrame::letGo()
+{
+    while (modalControl)
+        modalControl->endModal(0);
+    endPress();
+}
+
 CView* KWFrame::getViewAt(const CPoint& where) const
 {
     for (auto view = views().rbegin(); view != views().rend(); ++view) {

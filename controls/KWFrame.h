@@ -31,6 +31,9 @@ public:
     bool onWheel(const CPoint& where, float distance, int buttons) override;
     bool onWheel(const CPoint& where, CMouseWheelAxis axis, float distance, int buttons) override;
     void looseFocus() override;
+    // Before the window goes: calls off what is modal and ends the press, so that no key sounds on
+    // and no gesture stays open.
+    void letGo();
     CView* getViewAt(const CPoint& where) const override;
     void idle() override;
     bool onKeyDown(const CKeyEvent& event) override;

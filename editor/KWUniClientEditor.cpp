@@ -43,6 +43,7 @@ void KWUniClientEditor::close()
 {
     if (!isOpenNow)
         return;
+    frame->letGo();
     isOpenNow = false;
     pagesShown = false;
     removeMessageViewer();

@@ -232,6 +232,12 @@ bool CFrame::onKeyUp(const CKeyEvent& event)
 
 void CFrame::windowLostFocus() { looseFocus(); }
 
+void CFrame::endPress()
+{
+    if (mouseDownView)
+        onMouseUp(mouseAt, mouseButtons & ~kMouseButtons);
+}
+
 CMouseEventResult CFrame::onMouseDown(const CPoint& where, int buttons)
 {
     const CMouseEventResult result = CViewContainer::onMouseDown(where, buttons);

@@ -64,6 +64,8 @@ public:
     bool windowKeyDown(const CKeyEvent& event);
     bool windowKeyUp(const CKeyEvent& event);
     void windowLostFocus();
+    // As if the hand let go where the pointer is: for a window that goes during a press.
+    void endPress();
     // What the mouse does before the views hear of it.
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;

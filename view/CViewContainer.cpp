@@ -145,9 +145,13 @@ CMouseEventResult CViewContainer::onMouseMoved(const CPoint& where, int buttons)
 {
     if (mouseDownView) {
         const CShared<CView> keep(mouseDownView);
-        if (!(buttons & kMouseButtons))
-            mouseDownView = nullptr; // the release got lost; the view sees a move without buttons
+        // When the release got lost, the view sees a move without buttons and then the release.
+        const bool released = !(buttons & kMouseButtons);
+        if (released)
+            mouseDownView = nullptr;
         keep->onMouseMoved(where, buttons);
+        if (released)
+            keep->onMouseUp(where, buttons);
         return kMouseEventHandled;
     }
     setMouseOverView(getViewAt(where), where, buttons);

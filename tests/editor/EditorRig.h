@@ -16,7 +16,9 @@
 // An engine without a host and its editor in memory, played by a user.
 class EditorRig {
 public:
-    EditorRig()
+    EditorRig() { open(); }
+
+    void open()
     {
         auto ownWindow = std::make_unique<OffscreenWindow>(kPanelWidth, kPanelHeight);
         window = ownWindow.get();

@@ -1,6 +1,7 @@
 #include "tests/editor/EditorRig.h"
 
 #include "controls/KWDisplay.h"
+#include "controls/KWKeyboardView.h"
 #include "controls/KWOptionMenu.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
@@ -60,6 +61,34 @@ TEST(Editor, OpensAndClosesAgainAndAgain)
     KWFrame* frame = rig.editor.getFrame();
     EXPECT_TRUE(rig.editor.openIn(nullptr)); // already open: nothing happens
     EXPECT_EQ(rig.editor.getFrame(), frame);
+}
+
+TEST(Editor, AWindowThatGoesDuringAPressLeavesNothingHeldDown)
+{
+    EditorRig rig;
+    const auto& key = *findControl(551);
+    const KWKeyState& keys = *static_cast<KWKeyboardView*>(rig.editor.getControl(551))->keyState;
+    rig.user->press({key.place.left + 100, key.place.bottom - 5});
+    EXPECT_FALSE(keys.noteOn.isEmpty());
+    rig.editor.close();
+    EXPECT_TRUE(keys.noteOn.isEmpty());
+    EXPECT_FALSE(keys.noteOff.isEmpty());
+
+    rig.open();
+    rig.user->press(EditorRig::middle(*findControl(548))); // the roll area holds the looper down
+    EXPECT_EQ(rig.engine.parameters.index(Tag::Looper), 1);
+    rig.editor.close();
+    EXPECT_EQ(rig.engine.parameters.index(Tag::Looper), 0);
+
+    rig.open();
+    const float before = rig.engine.parameters.raw(Tag::RootKey);
+    rig.user->press(EditorRig::middle(*findControl(Tag::RootKey)));
+    rig.user->move({35, 80});
+    EXPECT_NE(rig.engine.parameters.raw(Tag::RootKey), before);
+    rig.editor.close();
+    rig.open();
+    rig.user->key({.character = 'z', .modifiers = kControl});
+    EXPECT_EQ(rig.engine.parameters.raw(Tag::RootKey), before); // the gesture was whole
 }
 
 TEST(Editor, TellsItsSizeBeforeItIsOpen)

@@ -232,6 +232,24 @@ TEST_F(FrameTest, AViewThatGoesDuringItsPressIsNoLongerAsked)
     EXPECT_EQ(frame.getNbViews(), 0);
 }
 
+TEST_F(FrameTest, APressEndsWithALostReleaseAndWithItsWindow)
+{
+    addProbe({0, 0, 20, 20}, kRedCColor, "view");
+    user.press({5, 5});
+    log.clear();
+    frame.windowMouseMoved({70, 30}, 0); // no button is down any more
+    EXPECT_THAT(log, testing::Contains("view up"));
+    EXPECT_EQ(frame.getMouseDownView(), nullptr);
+
+    user.wait(1000);
+    user.press({5, 5});
+    user.move({6, 5});
+    log.clear();
+    frame.endPress();
+    frame.endPress();
+    EXPECT_THAT(log, ElementsAre("view up"));
+}
+
 TEST_F(FrameTest, ScaleChangesTheImageAndNotTheCoordinates)
 {
     addProbe({10, 10, 20, 20}, kRedCColor);
