@@ -49,8 +49,11 @@ public:
     int modalResult = 0;
     bool isOpen = false;
 
+protected:
+    // What lies below the children, whichever part of the container is painted.
+    virtual void drawBackground(CDrawContext* context);
+
 private:
-    void drawBackground(CDrawContext* context);
     CView* childAt(const CPoint& where) const;
 
     std::vector<Item> children;

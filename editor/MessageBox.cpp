@@ -41,12 +41,10 @@ public:
 MessageBox::MessageBox(KWFrame* ownFrame, const std::string& boxTitle)
     : KWViewContainer({0, 0, kBoxWidth, kHead + kFoot}, nullptr, 0, ownFrame), title(boxTitle)
 {
-    style = kFillBackground;
-    backColor = look::kMenu;
     const CRect place{0, 0, 72, 22};
     button = new CloseButton(place, this, kCloseTag, ownFrame, "OK", false, KWButton::kMomentary);
     button->editBrackets = false;
-    addItem(button, kBoxWidth - kMargin - 72, kHead);
+    addItem(button, kKeepPlace, 0); // the number of lines gives its place
     KWControl::setVisible(false);
 }
 
@@ -106,10 +104,8 @@ void MessageBox::show(const std::string& text)
         beginModal(3, &corner, 0);
 }
 
-void MessageBox::draw(CDrawContext* context)
+void MessageBox::drawBackground(CDrawContext* context)
 {
-    if (!isLive())
-        return;
     context->setFillColor(look::kMenu);
     context->setFrameColor(look::kMenuFrame);
     context->setLineWidth(1);
@@ -125,8 +121,6 @@ void MessageBox::draw(CDrawContext* context)
         context->drawString(line, row, false, kLeftText);
         row.offset(0, kLineHeight);
     }
-    button->draw(context);
-    setDirty(false);
 }
 
 void MessageBox::valueChanged(CControl* sender)

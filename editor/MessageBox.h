@@ -11,11 +11,13 @@ class MessageBox : public KWViewContainer, public CControlListener {
 public:
     MessageBox(KWFrame* ownFrame, const std::string& title);
 
-    void draw(CDrawContext* context) override;
     void valueChanged(CControl* sender) override;
     // Any key but a modifier closes it.
     bool onKeyDown(const CKeyEvent& event) override;
     void show(const std::string& text);
+
+protected:
+    void drawBackground(CDrawContext* context) override;
 
 private:
     void breakLines(const std::string& text);

@@ -9,6 +9,7 @@
 #include "platform/Messages.h"
 #include "tests/support/Checked.h"
 #include "tests/support/ReadableText.h"
+#include "view/TextUse.h"
 
 #include <gmock/gmock.h>
 
@@ -247,8 +248,12 @@ TEST(Editor, TheAboutBoxClosesAtAnyClick)
 TEST(Editor, AMessageIsShownUntilItIsConfirmed)
 {
     EditorRig rig;
+    std::vector<std::string> seen;
+    textObserver = [&](const TextUse& text) { seen.emplace_back(text.words); };
     showMessage("The file %s could not be found!", "somewhere.kwe");
     rig.idle();
+    textObserver = nullptr;
+    EXPECT_THAT(seen, testing::IsSupersetOf({"The file somewhere.kwe could not be found!", "OK"}));
     EXPECT_TRUE(rig.editor.getFrame()->modalControl);
     rig.user->key({.character = 0, .key = CKey::Return, .modifiers = 0});
     rig.idle(3);
