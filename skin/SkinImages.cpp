@@ -58,7 +58,7 @@ int skinFramesOfPart(int number, int halves)
     return image ? image->framesOfPart : 0;
 }
 
-std::span<const std::byte> skinPng(int number, int halves, int frame)
+std::span<const std::byte> skinPart(int number, int halves, int frame)
 {
     const Image* image = imageOf(number, halves);
     if (!image || frame < 0 || frame >= skinSize(number)->frames)

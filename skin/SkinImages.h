@@ -1,5 +1,6 @@
 // The drawn skin as it is embedded: each bitmap at the scales 1, 1.5, 2 and 3, a long strip in
-// parts of some whole frames, each part a PNG.
+// parts of some whole frames. A part is the rows of its pixels (ARGB, the colours multiplied by
+// alpha, in the machine's byte order) in one frame of Zstandard.
 #pragma once
 
 #include <cstddef>
@@ -20,6 +21,6 @@ const SkinSize* skinSize(int number);
 // what there is not.
 int skinFramesOfPart(int number, int halves);
 // The part with this frame. Empty for what there is not.
-std::span<const std::byte> skinPng(int number, int halves, int frame);
+std::span<const std::byte> skinPart(int number, int halves, int frame);
 // Of all images together.
 size_t skinPackSize();

@@ -6,46 +6,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <iterator>
+#include <zstd.h>
 
 namespace {
-
-// What cairo still has to read of an image.
-struct Source {
-    std::span<const std::byte> rest;
-};
-
-cairo_status_t readNext(void* closure, unsigned char* data, unsigned int length)
-{
-    auto& source = *static_cast<Source*>(closure);
-    if (source.rest.size() < length)
-        return CAIRO_STATUS_READ_ERROR;
-    std::memcpy(data, source.rest.data(), length);
-    source.rest = source.rest.subspan(length);
-    return CAIRO_STATUS_SUCCESS;
-}
-
-// An ARGB32 image, whatever the file's kind; null when it cannot be had.
-cairo_surface_t* decode(std::span<const std::byte> png)
-{
-    Source source{png};
-    cairo_surface_t* image = cairo_image_surface_create_from_png_stream(readNext, &source);
-    if (cairo_surface_status(image) != CAIRO_STATUS_SUCCESS) {
-        cairo_surface_destroy(image);
-        return nullptr;
-    }
-    if (cairo_image_surface_get_format(image) == CAIRO_FORMAT_ARGB32)
-        return image;
-    cairo_surface_t* copy = cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
-        cairo_image_surface_get_width(image), cairo_image_surface_get_height(image));
-    cairo_t* cr = cairo_create(copy);
-    cairo_set_source_surface(cr, image, 0, 0);
-    cairo_paint(cr);
-    cairo_destroy(cr);
-    cairo_surface_destroy(image);
-    return copy;
-}
 
 constexpr int kHalves[] = {2, 3, 4, 6};
 
@@ -53,27 +17,10 @@ int rounded(double size) { return int(std::floor(size + 0.5)); }
 
 bool isEmbedded(double scale) { return std::ranges::find(kHalves, scale * 2) != std::end(kHalves); }
 
-// All parts one below the other; null when one cannot be had.
-cairo_surface_t* whole(const SkinSize& size, int halves)
+// First device row of a frame.
+int rowOf(const SkinSize& size, int frame, double scale)
 {
-    cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
-        rounded(size.frameWidth * halves / 2.0), rounded(size.height() * halves / 2.0));
-    cairo_t* cr = cairo_create(image);
-    bool complete = true;
-    for (int frame = 0; frame < size.frames; frame += skinFramesOfPart(size.number, halves)) {
-        cairo_surface_t* part = decode(skinPng(size.number, halves, frame));
-        complete = complete && part;
-        if (!part)
-            continue;
-        cairo_set_source_surface(cr, part, 0, rounded(size.frameHeight * frame * halves / 2.0));
-        cairo_paint(cr);
-        cairo_surface_destroy(part);
-    }
-    cairo_destroy(cr);
-    if (complete)
-        return image;
-    cairo_surface_destroy(image);
-    return nullptr;
+    return rounded(double(size.frameHeight) * frame * scale);
 }
 
 // Frame by frame, so that no frame takes a row of its neighbour.
@@ -82,12 +29,10 @@ cairo_surface_t* resized(cairo_surface_t* image, double from, double to, const S
     cairo_surface_t* target = cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
         std::max(1, rounded(size.frameWidth * to)), std::max(1, rounded(size.height() * to)));
     cairo_t* cr = cairo_create(target);
-    const auto top = [&](int frame, double scale) {
-        return rounded(double(size.frameHeight) * frame * scale);
-    };
     for (int frame = 0; frame < size.frames; ++frame) {
-        const int y = top(frame, to), rows = top(frame + 1, to) - y;
-        const int source = top(frame, from), sourceRows = top(frame + 1, from) - source;
+        const int y = rowOf(size, frame, to), rows = rowOf(size, frame + 1, to) - y;
+        const int source = rowOf(size, frame, from);
+        const int sourceRows = rowOf(size, frame + 1, from) - source;
         const int width = cairo_image_surface_get_width(image);
         cairo_surface_t* part =
             cairo_surface_create_for_rectangle(image, 0, source, width, sourceRows);
@@ -110,6 +55,10 @@ cairo_surface_t* resized(cairo_surface_t* image, double from, double to, const S
 
 } // namespace
 
+SkinProvider::SkinProvider() : unpacker(ZSTD_createDCtx()) { }
+
+SkinProvider::~SkinProvider() { ZSTD_freeDCtx(unpacker); }
+
 void SkinProvider::install()
 {
     static SkinProvider provider;
@@ -126,6 +75,33 @@ bool SkinProvider::getBitmapSize(long id, int& width, int& height)
     return true;
 }
 
+cairo_surface_t* SkinProvider::unpack(const SkinSize& size, int halves, int from, int to)
+{
+    const double scale = halves / 2.0;
+    const int top = rowOf(size, from, scale);
+    cairo_surface_t* image = cairo_image_surface_create(
+        CAIRO_FORMAT_ARGB32, rounded(size.frameWidth * scale), rowOf(size, to, scale) - top);
+    unsigned char* pixels = cairo_image_surface_get_data(image);
+    const auto rowBytes = size_t(cairo_image_surface_get_stride(image));
+    const int together = skinFramesOfPart(size.number, halves);
+    bool isWhole = unpacker && pixels;
+    for (int frame = from; isWhole && frame < to; frame += together) {
+        const int row = rowOf(size, frame, scale);
+        const int end = rowOf(size, std::min(frame + together, to), scale);
+        const auto packed = skinPart(size.number, halves, frame);
+        const size_t room = size_t(end - row) * rowBytes;
+        isWhole = ZSTD_decompressDCtx(unpacker, pixels + size_t(row - top) * rowBytes, room,
+                      packed.data(), packed.size())
+            == room;
+    }
+    if (!isWhole) {
+        cairo_surface_destroy(image);
+        return nullptr;
+    }
+    cairo_surface_mark_dirty(image);
+    return image;
+}
+
 cairo_surface_t* SkinProvider::renderBitmap(long id, double scale)
 {
     const SkinSize* size = skinSize(int(id));
@@ -133,7 +109,7 @@ cairo_surface_t* SkinProvider::renderBitmap(long id, double scale)
         return nullptr;
     const auto* halves = std::find_if(std::begin(kHalves), std::end(kHalves) - 1,
         [scale](int h) { return h >= scale * 2 - 0.01; });
-    cairo_surface_t* image = whole(*size, *halves);
+    cairo_surface_t* image = unpack(*size, *halves, 0, size->frames);
     if (!image || std::abs(*halves - scale * 2) < 0.01)
         return image;
     cairo_surface_t* fitted = resized(image, *halves / 2.0, scale, *size);
@@ -146,14 +122,14 @@ CBitmapProvider::Part SkinProvider::renderPart(long id, double scale, int from, 
     const SkinSize* size = skinSize(int(id));
     if (!size || !isEmbedded(scale))
         return {renderBitmap(id, scale), 0};
-    const auto top = [&](int frame) { return rounded(size->frameHeight * frame * scale); };
     const int halves = rounded(scale * 2);
     const int together = skinFramesOfPart(size->number, halves);
     int first = 0;
-    while (first + together < size->frames && top(first + together) <= from)
+    while (first + together < size->frames && rowOf(*size, first + together, scale) <= from)
         first += together;
-    const int end = top(std::min(first + together, size->frames));
-    if (from < top(first) || to > end)
+    const int end = std::min(first + together, size->frames);
+    const int top = rowOf(*size, first, scale);
+    if (from < top || to > rowOf(*size, end, scale))
         return {renderBitmap(id, scale), 0};
-    return {decode(skinPng(size->number, halves, first)), top(first)};
+    return {unpack(*size, halves, first, end), top};
 }

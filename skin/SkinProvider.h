@@ -1,10 +1,19 @@
-// Hands the embedded skin to the view framework. Decodes what is asked for, when it is asked for.
+// Hands the embedded skin to the view framework. Unpacks what is asked for, when it is asked for.
+// Screen thread alone.
 #pragma once
 
 #include "view/CBitmap.h"
 
+struct SkinSize;
+struct ZSTD_DCtx_s;
+
 class SkinProvider : public CBitmapProvider {
 public:
+    SkinProvider();
+    ~SkinProvider() override;
+    SkinProvider(const SkinProvider&) = delete;
+    SkinProvider& operator=(const SkinProvider&) = delete;
+
     // Registers itself for all bitmaps of the process; there is one, and it lives for ever.
     static void install();
 
@@ -12,4 +21,10 @@ public:
     // A scale that is not embedded takes the next larger one, reduced smoothly.
     cairo_surface_t* renderBitmap(long id, double scale) override;
     Part renderPart(long id, double scale, int from, int to) override;
+
+private:
+    // Frames from <= k < to, where a part begins and one ends; null when they cannot be had.
+    cairo_surface_t* unpack(const SkinSize& size, int halves, int from, int to);
+
+    ZSTD_DCtx_s* unpacker; // kept, for it is larger than most images
 };

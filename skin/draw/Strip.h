@@ -6,6 +6,7 @@
 #include <cairo.h>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 // The scales that windows are shown at.
@@ -41,4 +42,7 @@ std::unique_ptr<Image> makeStrip(const SkinRow& row, double scale);
 // One frame at its place on another image, in device pixels from `x` and `y`.
 void drawFrame(cairo_surface_t* target, const SkinRow& row, int frame, double scale, int x, int y);
 
-std::vector<uint8_t> encodePng(const Image& image);
+// The pixels without gaps, compressed; what SkinProvider unpacks.
+std::vector<uint8_t> packed(const Image& image);
+// Throws std::runtime_error when the file cannot be written.
+void writePng(const std::string& path, const Image& image);

@@ -50,9 +50,9 @@ void writePack(const std::string& folder)
                     makeFrames(row, scale, frame, std::min(frame + together, row.frames));
                 width = image->width();
                 height += image->height();
-                const std::vector<uint8_t> png = encodePng(*image);
+                const std::vector<uint8_t> part = packed(*image);
                 offsets += std::to_string(pack.size()) + ",\n";
-                pack.insert(pack.end(), png.begin(), png.end());
+                pack.insert(pack.end(), part.begin(), part.end());
                 ++parts;
             }
             checkSize(row, scale, width, height);
@@ -68,7 +68,7 @@ void writePack(const std::string& folder)
 void writeIcons(const std::string& folder)
 {
     for (const int size : kIconSizes)
-        writeFile(folder + "/ormund-" + std::to_string(size) + ".png", encodePng(*appIcon(size)));
+        writePng(folder + "/ormund-" + std::to_string(size) + ".png", *appIcon(size));
     writeAppIconSvg(folder + "/ormund.svg");
 }
 
@@ -104,9 +104,9 @@ int run(int argc, char** argv)
     if (!icons.empty())
         writeIcons(icons);
     if (!sheet.empty())
-        writeFile(sheet, encodePng(*contactSheet(scale)));
+        writePng(sheet, *contactSheet(scale));
     if (!panel.empty())
-        writeFile(panel, encodePng(*panelPicture(scale, page)));
+        writePng(panel, *panelPicture(scale, page));
     return 0;
 }
 
