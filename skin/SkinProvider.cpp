@@ -79,12 +79,14 @@ cairo_surface_t* SkinProvider::unpack(const SkinSize& size, int halves, int from
 {
     const double scale = halves / 2.0;
     const int top = rowOf(size, from, scale);
-    cairo_surface_t* image = cairo_image_surface_create(
-        CAIRO_FORMAT_ARGB32, rounded(size.frameWidth * scale), rowOf(size, to, scale) - top);
+    cairo_surface_t* image =
+        pool.make(rounded(size.frameWidth * scale), rowOf(size, to, scale) - top);
+    if (!image)
+        return nullptr;
     unsigned char* pixels = cairo_image_surface_get_data(image);
     const auto rowBytes = size_t(cairo_image_surface_get_stride(image));
     const int together = skinFramesOfPart(size.number, halves);
-    bool isWhole = unpacker && pixels;
+    bool isWhole = unpacker;
     for (int frame = from; isWhole && frame < to; frame += together) {
         const int row = rowOf(size, frame, scale);
         const int end = rowOf(size, std::min(frame + together, to), scale);

@@ -2,6 +2,7 @@
 // Screen thread alone.
 #pragma once
 
+#include "skin/ImagePool.h"
 #include "view/CBitmap.h"
 
 struct SkinSize;
@@ -26,5 +27,6 @@ private:
     // Frames from <= k < to, where a part begins and one ends; null when they cannot be had.
     cairo_surface_t* unpack(const SkinSize& size, int halves, int from, int to);
 
+    ImagePool pool;
     ZSTD_DCtx_s* unpacker; // kept, for it is larger than most images
 };
