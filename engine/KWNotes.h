@@ -11,6 +11,7 @@
 #include "engine/KWPerformance.h"
 
 #include <array>
+#include <limits>
 
 class KWNoteSchedule;
 class Tracks;
@@ -49,7 +50,7 @@ public:
     void rest(const KWClock::Out& clock, const KWLanes::Out& lanes, int ticks)
     {
         for (int i = 0; i < ticks; ++i)
-            advanceSubStep(clock, lanes.performance);
+            advanceSubStep(clock, lanes);
     }
     // Starts the notes of the tick if the trigger value has moved.
     void trigger(KWNoteSchedule& schedule);
@@ -63,14 +64,19 @@ private:
         float subGate = 0; // 0 to 1
     };
 
-    void advanceSubStep(const KWClock::Out& clock, int lane)
+    // The performance lane's step for those who act at its change. While nothing plays it has other
+    // numbers: the first step after a start is one like any other, though the lane stood on it.
+    static int stepOf(const KWClock::Out& clock, const KWLanes::Out& lanes)
+    {
+        return clock.play > 0 ? lanes.performance : -1 - lanes.performance;
+    }
+    void advanceSubStep(const KWClock::Out& clock, const KWLanes::Out& lanes)
     {
         subStep += clock.stepsPerTick * subStepPace;
-        // Both are asked in every tick: the last sub-step often ends in the very tick that begins
-        // the next step, and a song whose start moves no lane still begins with the first sub-step.
-        const bool stepped = arpeggioLane.changed(lane);
-        const bool started = arpeggioPlay.rose(clock.play);
-        if (stepped || started || subStep >= 4.0)
+        // Asked in every tick: the last sub-step often ends in the very tick that begins the next
+        // step.
+        const bool stepped = arpeggioStep.changed(stepOf(clock, lanes));
+        if (stepped || subStep >= 4.0)
             subStep = 0;
     }
     void copyVelocityRow(int pattern, const KWClock::Out&);
@@ -86,12 +92,11 @@ private:
     LastSeen<float> rowReload;
     LastSeen<uint32_t> rowGeneration;
 
-    LastSeen<int> arpeggioLane;
-    LastSeen<float> arpeggioPlay;
+    LastSeen<int> arpeggioStep;
     double subStep = 0; // 0 to 4
     double subStepPace = 4.0;
     bool arpeggioRuns = false;
-    LastSeen<int> muteLane{-1};
+    LastSeen<int> muteStep{std::numeric_limits<int>::min()};
     LastSeen<float> playLatchSum;
     float playLatch = 0;
     float triggerValue = 0;

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -125,6 +126,26 @@ TEST(Notes, MuteActsAtTheNextStep)
     player.engine().setParameter(Tag::Mute, 0);
     player.playBeats(0.5);
     EXPECT_EQ(player.noteOns().size(), 3u);
+}
+
+TEST(Notes, MuteThatIsPressedWhileNothingPlaysHoldsFromTheFirstStep)
+{
+    Player player;
+    player.writePlainNotes();
+    for (const bool mute : {true, false, true}) {
+        player.start();
+        player.playBeats(1);
+        player.stop();
+        player.playBeats(1);
+        player.engine().setParameter(Tag::Mute, mute ? 1.0f : 0.0f);
+        player.playBeats(1);
+        player.forget();
+        player.start();
+        player.playBeats(0.1); // inside the first step
+        EXPECT_EQ(player.noteOns().size(), mute ? 0u : 1u);
+        player.stop();
+        player.playBeats(1);
+    }
 }
 
 TEST(Notes, ArpeggioPlaysFourSubSteps)
@@ -288,6 +309,26 @@ TEST(Lanes, ALoopOfOneStepTriggersOnceAndHolds)
     player.start();
     player.playBeats(2);
     EXPECT_EQ(player.noteOns().size(), 1u);
+}
+
+TEST(Bend, TheFirstStepBendsWhenItIsPlayedAndNotAtTheStop)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().tracks.pitchBend.setStep(0, 1);
+    player.engine().tracks.gateTime.setValue(0, 1.0f); // four steps long
+    const auto bendsWithin = [&](double beats) {
+        player.forget();
+        player.playBeats(beats);
+        return std::ranges::count(player.events(), 0xE0, &MidiOut::status);
+    };
+    EXPECT_EQ(bendsWithin(2), 0);
+    for (int i = 0; i < 2; ++i) {
+        player.start();
+        EXPECT_GT(bendsWithin(2), 2);
+        player.stop();
+        EXPECT_EQ(bendsWithin(2), 0);
+    }
 }
 
 TEST(Bend, AShapeGoesOutAndReturnsToTheCentre)
