@@ -16,7 +16,7 @@ public:
     }
     void stopBlocks(bool) override { }
     void resumeBlocks() override { }
-    void stateLoaded() override { }
+    void stateLoaded(PresetKind) override { }
 
     KWSystemInfo info;
     Parameters parameters;

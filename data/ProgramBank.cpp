@@ -167,6 +167,6 @@ bool ProgramBank::apply(int program, StateParts& parts)
         return false;
     state->apply(parts);
     chosen.post(program);
-    parts.interlock.stateLoaded();
+    parts.interlock.stateLoaded(PresetKind::Global);
     return true;
 }

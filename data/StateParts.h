@@ -30,8 +30,9 @@ public:
     // No block runs between the two. With `wait` false the caller is the audio thread itself.
     virtual void stopBlocks(bool wait) = 0;
     virtual void resumeBlocks() = 0;
-    // All is in place: stages that must start afresh do so, and the screen looks again.
-    virtual void stateLoaded() = 0;
+    // All is in place: stages that must start afresh after a whole song do so, and the screen looks
+    // again.
+    virtual void stateLoaded(PresetKind kind) = 0;
 
 protected:
     ~LoadInterlock() = default;

@@ -89,7 +89,7 @@ LoadResult StateReader::load(KWChunk& chunk, const Options& options)
         walk(chunk);
         assert(!chunk.isBroken());
     }
-    parts.interlock.stateLoaded();
+    parts.interlock.stateLoaded(how.kind);
     return LoadResult::Done;
 }
 

@@ -131,7 +131,7 @@ private:
         explicit StateLink(KWUniClient& client) : engine(client) { }
         void stopBlocks(bool wait) override;
         void resumeBlocks() override;
-        void stateLoaded() override;
+        void stateLoaded(PresetKind kind) override;
 
     private:
         KWUniClient& engine;

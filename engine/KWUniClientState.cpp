@@ -17,10 +17,13 @@ void KWUniClient::StateLink::stopBlocks(bool wait)
 
 void KWUniClient::StateLink::resumeBlocks() { engine.loadBypass.lower(); }
 
-void KWUniClient::StateLink::stateLoaded()
+void KWUniClient::StateLink::stateLoaded(PresetKind kind)
 {
-    engine.tracks.selectRow(engine.patternStore.currentPattern);
-    engine.countReload();
+    // Another sound is no other song: what plays keeps its place.
+    if (kind == PresetKind::Global) {
+        engine.tracks.selectRow(engine.patternStore.currentPattern);
+        engine.countReload();
+    }
     engine.screen.redraw.raise();
     engine.screen.presetNamesChanged.raise();
 }

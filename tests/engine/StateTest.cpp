@@ -224,6 +224,23 @@ TEST_F(PresetFiles, SynthPresetsStepInTheirFolder)
     EXPECT_EQ(engine.presets.folderName(PresetKind::Synth), "Factory");
 }
 
+TEST_F(PresetFiles, ASynthPresetLeavesASongThatPlaysItsPlace)
+{
+    preset("Synth/Factory/one.kws", 0.25f, PresetKind::Synth);
+    Player player;
+    KWUniClient& engine = player.engine();
+    engine.setParameter(Tag::SongOn, 1.0f);
+    engine.setParameter(Tag::SongSpeed, 0.0f); // another place at each step
+    player.start();
+    player.playBeats(1.1);
+    const float place = engine.screen.songStep;
+    ASSERT_GT(place, 0.0f);
+    ASSERT_EQ(script(engine, 2, folder / "Synth/Factory/one.kws"), 1);
+    player.playBeats(0.05); // still in the same step
+    EXPECT_EQ(engine.parameters.raw(Tag::SynthPan), 0.25f);
+    EXPECT_EQ(engine.screen.songStep, place);
+}
+
 TEST_F(PresetFiles, AMidiProgramIsTakenInTheTickAndTheSettingStopsIt)
 {
     presetTree();
