@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 constexpr double kRound = 600;     // seconds from one silence to the next
-constexpr double kMostGrowth = 32; // KB, between the first quarter and the end
+constexpr double kMostGrowth = 16; // KB, between the first quarter and the end
 // KB that a window and its undo may hold: 8 MB of levels, 4 MB of texts, the images, one picture.
 constexpr double kMostGiven = 24'000;
 
