@@ -77,9 +77,22 @@ bool ScreenImage::share(size_t bytes)
     return isAttached;
 }
 
-void ScreenImage::resize(int width, int height)
+void ScreenImage::resize(int newWidth, int newHeight)
 {
     release();
+    width = newWidth;
+    height = newHeight;
+}
+
+cairo_surface_t* ScreenImage::surface()
+{
+    if (!image)
+        make();
+    return image;
+}
+
+void ScreenImage::make()
+{
     const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_RGB24, width);
     if (canShare)
         canShare = share(static_cast<size_t>(stride) * static_cast<size_t>(height));
@@ -90,15 +103,19 @@ void ScreenImage::resize(int width, int height)
         image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
     copy = xcb_generate_id(connection);
     xcb_create_pixmap(connection, kDepth, copy, window, word(width), word(height));
-    // New pixmaps hold whatever was there.
+    // New pixmaps hold whatever was there. The server touches all this memory for the first time
+    // while we paint, as nothing asks it for an answer before the picture is there.
     const uint32_t black = 0;
     xcb_change_gc(connection, gc, XCB_GC_FOREGROUND, &black);
     const xcb_rectangle_t all{0, 0, word(width), word(height)};
     xcb_poly_fill_rectangle(connection, copy, gc, 1, &all);
+    xcb_flush(connection);
 }
 
 void ScreenImage::put(std::span<const CRect> parts)
 {
+    if (!image)
+        return;
     cairo_surface_flush(image);
     const CRect bounds{
         0, 0, cairo_image_surface_get_width(image), cairo_image_surface_get_height(image)};

@@ -20,8 +20,10 @@ public:
     ScreenImage(const ScreenImage&) = delete;
     ScreenImage& operator=(const ScreenImage&) = delete;
 
-    void resize(int width, int height);
-    cairo_surface_t* surface() const { return image; }
+    // Image and copy of the new size are made when the image is next asked for, so a window that is
+    // still finding its size costs nothing.
+    void resize(int newWidth, int newHeight);
+    cairo_surface_t* surface();
     // The server's copy, in the state of the last put.
     xcb_pixmap_t pixmap() const { return copy; }
     void put(std::span<const CRect> parts);
@@ -35,6 +37,7 @@ public:
     bool isShared() const { return segment != 0; }
 
 private:
+    void make();
     bool share(size_t bytes);
     void release();
     void send(const CRect& part);
@@ -43,6 +46,8 @@ private:
     xcb_window_t window;
     xcb_gcontext_t gc = 0;
     xcb_pixmap_t copy = 0;
+    int width = 0;
+    int height = 0;
     cairo_surface_t* image = nullptr;
     xcb_shm_seg_t segment = 0;
     void* memory = nullptr;
