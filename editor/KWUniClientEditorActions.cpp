@@ -170,6 +170,7 @@ void KWUniClientEditor::loadPreset(PresetKind kind, const std::string& path)
         const EditGesture gesture(recorder, EditScope::Load);
         link.loadPreset(kind, path);
     }
+    engine.screen.presetNamesChanged.raise(); // a file that could not be loaded names nothing
     engine.updateDisplay();
     redrawFrame();
 }

@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -86,6 +87,28 @@ TEST_F(Files, APresetIsSavedUnderANameAndComesBackFromTheMenu)
         rig.user->key({.character = U'z', .key = CKey::None, .modifiers = kControl});
         EXPECT_FLOAT_EQ(rig.engine.parameters.raw(Tag::FilterCutoff), 0.1f);
     }
+}
+
+TEST_F(Files, AFileThatCannotBeLoadedGivesNoName)
+{
+    const fs::path folder = rig.engine.settings.presetSavePath(PresetKind::Global);
+    fs::create_directories(folder);
+    std::ofstream(folder / "broken.kwe") << "nothing of ours";
+    KWOptionMenu& presets = menuOf(466);
+    const std::string before = presets.selectedText;
+    const ControlRow& control = *findControl(466);
+    rig.click({control.place.left + 8, EditorRig::middle(control).y});
+    const int user = presets.findEntry("User");
+    rig.user->move({presets.rowRect(user).left + 10, presets.rowRect(user).top + 8});
+    const KWOptionMenu* files = presets.getSubMenu(user);
+    ASSERT_TRUE(files && files->isOpen());
+    const CRect line = files->rowRect(files->findEntry("broken"));
+    rig.click({line.left + 10, line.top + 8});
+    std::string path;
+    EXPECT_TRUE(presets.getPresetPath(path, "kwe"));
+    EXPECT_EQ(path, (folder / "broken.kwe").string());
+    EXPECT_EQ(presets.selectedText, before);
+    fs::remove(folder / "broken.kwe");
 }
 
 TEST_F(Files, AMapIsSavedAndLoaded)
