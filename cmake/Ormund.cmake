@@ -24,7 +24,7 @@ if(ORMUND_SANITIZE)
 endif()
 
 # For a build from scratch: the standard headers are parsed once for all libraries and once for all
-# tests, a folder's files are compiled a few at a time, and the tests themselves are hardly
+# tests, a folder's files are compiled a few at a time, and the tests themselves are not
 # optimised. Off for everyday work, where a missing include would go unnoticed and a compiler cache
 # would see less.
 option(ORMUND_QUICK "Build from scratch in a third of the time" OFF)
@@ -96,6 +96,11 @@ function(ormund_library name)
   endif()
 endfunction()
 
+# ormund_long_test(name): begun before all others, so that no core waits for it at the end.
+function(ormund_long_test name)
+  set_tests_properties(${name} PROPERTIES COST 1000 TIMEOUT 300)
+endfunction()
+
 # ormund_test(folder libs...): all tests/<folder>/*.cpp as one GoogleTest program.
 function(ormund_test folder)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
@@ -115,11 +120,7 @@ function(ormund_test folder)
       test_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${ORMUND_UNITY_BATCH})
     # GCC takes what a unit includes for a header, where a type of the file's own may not stand.
     target_compile_options(test_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
-    if(ORMUND_SANITIZE)
-      target_compile_options(test_${name} PRIVATE -O0)
-    else()
-      target_compile_options(test_${name} PRIVATE -O1)
-    endif()
+    target_compile_options(test_${name} PRIVATE -O0)
   endif()
   # To start a program under the checker of addresses, and to look for lost memory at its end, takes
   # longer than most tests: there each program runs once, in parts.
