@@ -18,10 +18,7 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
 {
     const float value = tracks.pitchBend.step(lanes.performance);
     const bool isRandom = performance.command == StepCommand::PitchBend;
-    // The lane goes back to its first step at a stop, which must not bend what dies away; and that
-    // step bends when it is played.
-    const bool bends = clock.sounds() && (value > 0 || isRandom);
-    const float position = bends ? static_cast<float>(lanes.performance + 1) : 0.0f;
+    const float position = value > 0 || isRandom ? static_cast<float>(lanes.performance + 1) : 0.0f;
     if (trigger.changed(position) && position > 0)
         event = event == 1.0f ? 0.5f : 1.0f;
 

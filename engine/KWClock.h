@@ -40,7 +40,6 @@ public:
         float msPerStep = 0;
         float samplesPerMs = 0;
         float ticksPerBeat = 0;
-        bool sounds() const { return manualStep || play > 0; } // steps may start notes and bends
         friend bool operator==(const Out&, const Out&) = default;
     };
     Settings settings;

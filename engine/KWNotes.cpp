@@ -46,7 +46,7 @@ KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWC
     const int choice = static_cast<int>(value);
     const int rhythm = std::max(choice - 1, 0) % kRhythms;
     subStepPace = rhythm + 1 == kTripletRhythm ? 3.0 : 4.0;
-    advanceSubStep(clock, lanes);
+    advanceSubStep(clock, lanes.performance);
     arpeggioRuns = choice > 0;
     if (!arpeggioRuns)
         return {false, base, 0};
@@ -112,9 +112,10 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     const float extra =
         static_cast<float>(settings.outTranspose + settings.outOctave + settings.rootKey)
         + semitoneShift + octave * 12.0f;
-    if (muteStep.changed(stepOf(clock, lanes)))
+    if (muteLane.changed(lanes.performance))
         values.unmuted = settings.mute != 0 ? 0.0f : 1.0f;
-    const float scaled = clock.sounds() ? values.unmuted * kFullVelocity * finalVelocity : 0.0f;
+    const bool enabled = clock.manualStep || clock.play > 0;
+    const float scaled = enabled ? values.unmuted * kFullVelocity * finalVelocity : 0.0f;
     for (int i = 0; i < kChordNotes; ++i) {
         const bool isChord = chord > 0;
         const float offset =
@@ -134,7 +135,7 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
         wanted = arp.subGate;
     else if (working > 0)
         wanted = (1.0f + clock.play + static_cast<float>(lanes.gate) + 1.0f) * playLatch;
-    triggerValue = clock.sounds() ? wanted : 0.0f;
+    triggerValue = enabled ? wanted : 0.0f;
 }
 
 void KWNotes::trigger(KWNoteSchedule& schedule)

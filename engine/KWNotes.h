@@ -11,7 +11,6 @@
 #include "engine/KWPerformance.h"
 
 #include <array>
-#include <limits>
 
 class KWNoteSchedule;
 class Tracks;
@@ -50,7 +49,7 @@ public:
     void rest(const KWClock::Out& clock, const KWLanes::Out& lanes, int ticks)
     {
         for (int i = 0; i < ticks; ++i)
-            advanceSubStep(clock, lanes);
+            advanceSubStep(clock, lanes.performance);
     }
     // Starts the notes of the tick if the trigger value has moved.
     void trigger(KWNoteSchedule& schedule);
@@ -64,18 +63,12 @@ private:
         float subGate = 0; // 0 to 1
     };
 
-    // The performance lane's step for those who act at its change. While nothing plays it has other
-    // numbers: the first step after a start is one like any other, though the lane stood on it.
-    static int stepOf(const KWClock::Out& clock, const KWLanes::Out& lanes)
-    {
-        return clock.play > 0 ? lanes.performance : -1 - lanes.performance;
-    }
-    void advanceSubStep(const KWClock::Out& clock, const KWLanes::Out& lanes)
+    void advanceSubStep(const KWClock::Out& clock, int lane)
     {
         subStep += clock.stepsPerTick * subStepPace;
         // Asked in every tick: the last sub-step often ends in the very tick that begins the next
         // step.
-        const bool stepped = arpeggioStep.changed(stepOf(clock, lanes));
+        const bool stepped = arpeggioLane.changed(lane);
         if (stepped || subStep >= 4.0)
             subStep = 0;
     }
@@ -92,11 +85,11 @@ private:
     LastSeen<float> rowReload;
     LastSeen<uint32_t> rowGeneration;
 
-    LastSeen<int> arpeggioStep;
+    LastSeen<int> arpeggioLane;
     double subStep = 0; // 0 to 4
     double subStepPace = 4.0;
     bool arpeggioRuns = false;
-    LastSeen<int> muteStep{std::numeric_limits<int>::min()};
+    LastSeen<int> muteLane{-1};
     LastSeen<float> playLatchSum;
     float playLatch = 0;
     float triggerValue = 0;
