@@ -7,7 +7,7 @@
 #include <algorithm>
 
 namespace {
-constexpr double kPoints = 32.0;
+constexpr float kPoints = 32.0f;
 constexpr float kSemitones = 2.0f;  // range of the synth's bend
 constexpr float kLeastGate = 1e-6f; // a random gate may be 0
 constexpr int kPitchBendStatus = 0xE0;
@@ -26,8 +26,8 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
     if (eventSeen.changed(event)) {
         eighthCounter = 0;
         // The shape lasts as long as the note, in the default multiple.
-        const double steps = 4.0 * static_cast<double>(std::max(notes.gate, kLeastGate));
-        sweepRate = kPoints / steps * clock.stepsPerTick;
+        const float steps = 4.0f * std::max(notes.gate, kLeastGate);
+        sweepRate = static_cast<float>(static_cast<double>(kPoints / steps) * clock.stepsPerTick);
         const float row =
             isRandom ? performance.slot(StepCommand::PitchBend) : std::max(value - 1.0f, 0.0f);
         shape = static_cast<int>(row);
@@ -39,7 +39,7 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
             finishedEvent = event;
         }
     } else if (event != finishedEvent) {
-        sweep = std::min(sweepRate, kPoints - 1.0);
+        sweep = std::min(sweepRate, kPoints - 1.0f);
     }
 
     if (eighth.changed(static_cast<int>(eighthCounter))) {

@@ -50,8 +50,8 @@ private:
     float finishedEvent = 0;
     float eighthCounter = 0; // eighths of a quarter note
     LastSeen<int> eighth;
-    double sweepRate = 0; // points a tick
-    double sweep = 0;     // 0 to 32, 0 at rest
+    float sweepRate = 0; // points a tick
+    float sweep = 0;     // 0 to 32, 0 at rest
     int shape = 0;
     float latchedMidi = kCentre;
     float latchedSemitones = 0;

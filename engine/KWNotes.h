@@ -65,11 +65,11 @@ private:
 
     void advanceSubStep(const KWClock::Out& clock, int lane)
     {
-        subStep += clock.stepsPerTick * subStepPace;
+        subStep = static_cast<float>(subStep + clock.stepsPerTick * subStepPace);
         // Asked in every tick: the last sub-step often ends in the very tick that begins the next
         // step.
         const bool stepped = arpeggioLane.changed(lane);
-        if (stepped || subStep >= 4.0)
+        if (stepped || subStep >= 4.0f)
             subStep = 0;
     }
     void copyVelocityRow(int pattern, const KWClock::Out&);
@@ -86,7 +86,7 @@ private:
     LastSeen<uint32_t> rowGeneration;
 
     LastSeen<int> arpeggioLane;
-    double subStep = 0; // 0 to 4
+    float subStep = 0; // 0 to 4
     double subStepPace = 4.0;
     bool arpeggioRuns = false;
     LastSeen<int> muteLane{-1};

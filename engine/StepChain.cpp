@@ -1,7 +1,7 @@
 #include "engine/StepChain.h"
 
 namespace {
-constexpr double kCountWrap = 32000.0;
+constexpr float kCountWrap = 32000.0f;
 } // namespace
 
 float HalfSpeedLink::tick(float count, bool on)
@@ -27,11 +27,11 @@ float SlowdownLink::tick(float count, bool on, float curve, const StepSpeed& spe
 {
     if (step.changed(static_cast<int>(count))) {
         active = on;
-        pace = active ? speed.stepsPerTick : 0.0;
-        decay = pace * static_cast<double>(curve);
+        pace = active ? static_cast<float>(speed.stepsPerTick) : 0.0f;
+        decay = pace * curve;
     }
     time += decay;
-    ownCount += pace / (time + 1.0);
+    ownCount += pace / (time + 1.0f);
     const bool starts = activeEdge.rose(active);
     if (starts || time > kCountWrap)
         time = 0;
@@ -47,7 +47,7 @@ float ManualLink::tick(float count, bool on, float keyStep, bool keyHeld, float 
 {
     if (keySeen.changed(keyStep) && keyHeld)
         ownCount += 1.0f;
-    if (restartEdge.rose(restart) || ownCount >= static_cast<float>(kCountWrap))
+    if (restartEdge.rose(restart) || ownCount >= kCountWrap)
         ownCount = 0;
     return on ? ownCount : count;
 }
@@ -56,12 +56,12 @@ float LooperLink::tick(float count, bool on, int steps, const StepSpeed& speed)
 {
     if (step.changed(static_cast<int>(count)))
         active = on;
-    length = steps;
-    ownCount += speed.stepsPerTick;
+    length = static_cast<float>(steps);
+    advance(speed.stepsPerTick);
     const bool switched = activeSeen.changed(active);
     if (switched)
         base = count;
-    if ((switched && active) || ownCount >= steps)
+    if ((switched && active) || ownCount >= length)
         ownCount = 0;
     const float swung = swing.tick(wholePart(ownCount), speed.swingAmount, speed.swingDelay);
     return active ? swung + base : count;

@@ -54,10 +54,10 @@ private:
     LastSeen<int> step;
     LastSeen<int> activeEdge;
     bool active = false;
-    double pace = 0; // steps a tick, fixed at the last step
-    double decay = 0;
-    double time = 0;
-    double ownCount = 0;
+    float pace = 0; // steps a tick, fixed at the last step
+    float decay = 0;
+    float time = 0;
+    float ownCount = 0;
     float base = 0;
 };
 
@@ -84,18 +84,20 @@ public:
     // on. Gives the count that enters the ring.
     float rest(double stepsPerTick)
     {
-        ownCount += stepsPerTick;
+        advance(stepsPerTick);
         if (ownCount >= length)
             ownCount = 0;
         return wholePart(ownCount);
     }
 
 private:
+    void advance(double stepsPerTick) { ownCount = static_cast<float>(ownCount + stepsPerTick); }
+
     SwingLine swing;
     LastSeen<int> step;
     LastSeen<bool> activeSeen;
     bool active = false;
-    int length = 0; // steps
-    double ownCount = 0;
+    float length = 0; // steps
+    float ownCount = 0;
     float base = 0;
 };
