@@ -3,7 +3,7 @@
 namespace {
 
 constinit OneWayFlag drawing;
-constinit ParkMiller source{RandomDraws::kStartSeed};
+constinit ParkMiller sharedGenerator{RandomDraws::kStartSeed};
 
 } // namespace
 
@@ -15,11 +15,11 @@ RandomDraws::~RandomDraws()
         drawing.lower();
 }
 
-ParkMiller& RandomDraws::generator() { return source; }
+ParkMiller& RandomDraws::generator() { return sharedGenerator; }
 
 void RandomDraws::restart(int32_t seed)
 {
     const RandomDraws draws;
     if (draws)
-        source = ParkMiller(seed);
+        sharedGenerator = ParkMiller(seed);
 }

@@ -81,7 +81,7 @@ TEST(UndoHistory, TheOldestLevelsGoWhereThereAreTooManyOrTheyAreTooLarge)
         large.push({{}, {}, {moment(47'000), moment(47'000)}});
     const int kept = undone(large);
     EXPECT_GE(kept, 80);
-    EXPECT_LE(kept * size_t{94'000}, UndoHistory::kMaxBytes);
+    EXPECT_LE(static_cast<size_t>(kept) * 94'000, UndoHistory::kMaxBytes);
     large.push({{}, {}, {moment(UndoHistory::kMaxBytes), moment(0)}});
     EXPECT_EQ(undone(large), 1);
 }
