@@ -117,6 +117,18 @@ TEST_F(OnJack, FollowsTheTempoOfTheClientThatLeads)
     EXPECT_NEAR(listener->tempo(), 120, 1e-6) << "nobody else leads, so Ormund does again";
 }
 
+// How many of the distances between these frames are whole sixteenths at 120 beats a minute.
+static int stepsOnTime(const std::vector<int64_t>& starts)
+{
+    constexpr double kStep = JackServer::kRate * 60 / 120.0 / 4;
+    int onTime = 0;
+    for (size_t i = 1; i < starts.size(); ++i) {
+        const double steps = double(starts[i] - starts[i - 1]) / kStep;
+        onTime += std::abs(steps - std::round(steps)) < 0.1;
+    }
+    return onTime;
+}
+
 // Without a sound device of its own, and without a sequencer of ALSA's, it sends and hears by
 // JACK's ports all the same. A clock of its own says when, so only the order and the distances are
 // held.
@@ -126,19 +138,18 @@ TEST_F(OnJack, SendsAndHearsBesideASoundThatCarriesNoMessages)
     ASSERT_TRUE(program.says("MIDI alone")) << program.said();
     ASSERT_TRUE(listener->connectFrom("Ormund-01:Ormund MIDI")) << program.said();
     listener->play(true);
-    ASSERT_TRUE(listener->waitFrame(3 * JackServer::kRate));
-    std::vector<int64_t> starts;
-    for (const JackClient::Message& each : listener->take())
-        if ((each.bytes[0] & 0xF0) == 0x90 && each.bytes[2] > 0)
-            starts.push_back(each.frame);
-    ASSERT_GT(starts.size(), 8u);
-    constexpr double kStep = JackServer::kRate * 60 / 120.0 / 4; // sixteenths
-    int onTime = 0; // a server without a device loses time on a busy machine
-    for (size_t i = 1; i < starts.size(); ++i) {
-        const double steps = double(starts[i] - starts[i - 1]) / kStep;
-        onTime += std::abs(steps - std::round(steps)) < 0.1;
+    // A server without a device loses time on a busy machine; some seconds of several are calm.
+    bool keepsTime = false;
+    for (int i = 0; i < 5 && !keepsTime; ++i) {
+        ASSERT_TRUE(listener->waitFrame(listener->frame() + 3 * JackServer::kRate));
+        std::vector<int64_t> starts;
+        for (const JackClient::Message& each : listener->take())
+            if ((each.bytes[0] & 0xF0) == 0x90 && each.bytes[2] > 0)
+                starts.push_back(each.frame);
+        ASSERT_GT(starts.size(), 8u);
+        keepsTime = stepsOnTime(starts) > int(starts.size()) * 3 / 4;
     }
-    EXPECT_GT(onTime, int(starts.size()) / 2) << starts.size();
+    EXPECT_TRUE(keepsTime);
 
     JackClient player;
     ASSERT_TRUE(player.connectTo("Ormund:Ormund MIDI"));
