@@ -114,8 +114,8 @@ protected:
     }
     void startServer()
     {
-        server = std::make_unique<JackServer>();
-        ASSERT_TRUE(server->isRunning());
+        server = std::make_unique<JackServer>(home.file("jackd.log"));
+        ASSERT_TRUE(server->isRunning()) << server->said();
         listener = std::make_unique<JackClient>();
     }
     std::unique_ptr<JackServer> server;

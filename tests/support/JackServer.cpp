@@ -4,8 +4,13 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <jack/midiport.h>
+#include <memory>
 #include <spawn.h>
+#include <sstream>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,16 +37,71 @@ void beQuiet()
     jack_set_info_function([](const char*) {});
 }
 
+bool isAnswered()
+{
+    jack_client_t* visitor = jack_client_open("visitor", JackNoStartServer, nullptr);
+    if (visitor)
+        jack_client_close(visitor);
+    return visitor != nullptr;
+}
+
+// A file that one program at a time may hold.
+class HeldFile {
+public:
+    explicit HeldFile(const std::string& name)
+        : file(open((std::filesystem::temp_directory_path()
+                        / (name + '-' + std::to_string(getuid()) + ".lock"))
+                        .c_str(),
+            O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+    }
+    ~HeldFile() { close(file); }
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+    bool take() { return flock(file, LOCK_EX | LOCK_NB) == 0; }
+    void wait() { flock(file, LOCK_EX); }
+
+private:
+    int file;
+};
+
+// One of few names, as long as this program runs: JACK knows eight servers at most and forgets a
+// dead one when another of its name starts.
+const std::string& ownServerName()
+{
+    constexpr int kNames = 4;
+    static std::unique_ptr<HeldFile> held;
+    static const std::string own = [] {
+        for (int i = 0;; i = (i + 1) % kNames) {
+            const std::string name = "ormund-test-" + std::to_string(i);
+            held = std::make_unique<HeldFile>(name);
+            if (held->take())
+                return name;
+            usleep(kStepMs * 1000);
+        }
+    }();
+    return own;
+}
 } // namespace
 
 bool JackServer::isInstalled() { return access("/usr/bin/jackd", X_OK) == 0; }
 
-JackServer::JackServer()
+JackServer::JackServer(std::string logFile) : log(std::move(logFile))
 {
     beQuiet();
-    const std::string name = "ormund-test-" + std::to_string(getpid());
+    const std::string& name = ownServerName();
     setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    // Two of the first servers on a machine, started at once, make their common list twice, and the
+    // clients of one look into the other's.
+    HeldFile turn("ormund-test-start");
+    turn.wait();
+    start(name);
+    answers = waitUntil(20000, isAnswered);
+}
+
+void JackServer::start(const std::string& name)
+{
     const std::string rate = std::to_string(kRate);
     const std::string block = std::to_string(kBlock);
     // Synchronous and patient: a client that is late on a busy machine loses nothing. The server
@@ -50,19 +110,20 @@ JackServer::JackServer()
         "-S", "-t", "5000", "-d", "dummy", "-r", rate.c_str(), "-p", block.c_str(), nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    for (const int output : {1, 2})
-        posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_adddup2(&actions, 1, 2);
     if (posix_spawnp(
             &process, arguments[0], &actions, nullptr, const_cast<char**>(arguments), environ)
         != 0)
         process = -1;
     posix_spawn_file_actions_destroy(&actions);
-    answers = waitUntil(20000, [] {
-        jack_client_t* visitor = jack_client_open("visitor", JackNoStartServer, nullptr);
-        if (visitor)
-            jack_client_close(visitor);
-        return visitor != nullptr;
-    });
+}
+
+std::string JackServer::said() const
+{
+    std::ostringstream text;
+    text << std::ifstream(log).rdbuf();
+    return text.str();
 }
 
 JackServer::~JackServer()

@@ -18,16 +18,21 @@ public:
     static constexpr int kRate = 48000; // Hz
     static constexpr int kBlock = 256;  // frames
 
-    JackServer();
+    // `logFile`: what the server says goes there.
+    explicit JackServer(std::string logFile);
     ~JackServer();
     JackServer(const JackServer&) = delete;
     JackServer& operator=(const JackServer&) = delete;
 
     static bool isInstalled();
     bool isRunning() const { return answers; }
+    std::string said() const;
     void stop();
 
 private:
+    void start(const std::string& name);
+
+    std::string log;
     pid_t process = -1;
     bool answers = false;
 };
