@@ -28,16 +28,16 @@ endif()
 # optimised. Off for everyday work, where a missing include would go unnoticed and a compiler cache
 # would see less.
 option(ORMUND_QUICK "Build from scratch in a third of the time" OFF)
-# The same for the tests alone; what they test is compiled as ever, and counted as ever.
+# The same for the tests and for the programs that nobody installs; what they test and measure is
+# compiled as ever, and counted as ever.
 option(ORMUND_QUICK_TESTS "Build the tests from scratch in a third of the time" ${ORMUND_QUICK})
-set(ORMUND_UNITY_BATCH 8)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
 set(ORMUND_STANDARD_HEADERS <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstdio>
   <cstring> <filesystem> <functional> <map> <memory> <optional> <random> <string> <string_view>
   <thread> <utility> <vector>)
 
 if(ORMUND_QUICK)
   set(CMAKE_UNITY_BUILD ON)
-  set(CMAKE_UNITY_BUILD_BATCH_SIZE ${ORMUND_UNITY_BATCH})
   find_program(ORMUND_LLD ld.lld)
   if(ORMUND_LLD AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
     add_link_options(-fuse-ld=lld)
@@ -63,12 +63,6 @@ function(ormund_apart)
   endforeach()
 endfunction()
 
-# ormund_options(file): the file that reads a command line. Its library, all of it headers, takes
-# three times as long to optimise as to parse, for what is done once.
-function(ormund_options file)
-  set_source_files_properties(${file} PROPERTIES COMPILE_OPTIONS -O0)
-endfunction()
-
 # ormund_precompile(owner target headers...): `owner` keeps the parsed headers, the others take them
 # from it, so all of them must be built with the same flags.
 function(ormund_precompile owner target)
@@ -76,6 +70,18 @@ function(ormund_precompile owner target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
   else()
     target_precompile_headers(${target} REUSE_FROM ${owner})
+  endif()
+endfunction()
+
+# ormund_together(targets...): of the tests, or of what nobody installs, compiled a few files at a time
+# in a quick build.
+function(ormund_together)
+  if(ORMUND_QUICK_TESTS)
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ON)
+    # GCC takes what a unit includes for a header, where a type of the file's own may not stand.
+    foreach(target ${ARGN})
+      target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    endforeach()
   endif()
 endfunction()
 
@@ -113,13 +119,10 @@ function(ormund_test folder)
   target_link_libraries(test_${name} PRIVATE ormund_flags ${ARGN} GTest::gmock GTest::gtest_main)
   target_compile_definitions(test_${name} PRIVATE
     ORMUND_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORMUND_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  ormund_together(test_${name})
   if(ORMUND_QUICK_TESTS)
     ormund_precompile(
       test_base test_${name} <gmock/gmock.h> <gtest/gtest.h> ${ORMUND_STANDARD_HEADERS})
-    set_target_properties(
-      test_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${ORMUND_UNITY_BATCH})
-    # GCC takes what a unit includes for a header, where a type of the file's own may not stand.
-    target_compile_options(test_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
     target_compile_options(test_${name} PRIVATE -O0)
   endif()
   # To start a program under the checker of addresses, and to look for lost memory at its end, takes
@@ -132,6 +135,9 @@ function(ormund_test folder)
       add_test(NAME ${folder}.part-${part}-of-${parts} COMMAND test_${name} --gtest_brief=1)
       set_tests_properties(${folder}.part-${part}-of-${parts} PROPERTIES TIMEOUT 300
         ENVIRONMENT "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${shard}")
+      if(folder MATCHES "apps|host|presets") # the longest
+        ormund_long_test(${folder}.part-${part}-of-${parts})
+      endif()
     endforeach()
     return()
   endif()

@@ -50,6 +50,7 @@ public:
     void keyClicked(int note, int velocity, bool right) override;
 
 private:
+    static CRect at(int x, int y, int width, int height) { return {x, y, x + width, y + height}; }
     CBitmap* bitmap(long id);
     template <typename Control>
     Control* add(Control* control);

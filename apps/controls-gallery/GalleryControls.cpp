@@ -15,8 +15,6 @@
 
 namespace {
 
-CRect at(int x, int y, int width, int height) { return {x, y, x + width, y + height}; }
-
 void noteName(float value, char* text)
 {
     static const char* const kNames[] = {

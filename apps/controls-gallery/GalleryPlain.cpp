@@ -20,8 +20,6 @@ namespace {
 constexpr int kTop = 470;
 constexpr float kPi = 3.14159265f;
 
-CRect at(int x, int y, int width, int height) { return {x, y, x + width, y + height}; }
-
 KWTableView* colourView(
     const CRect& place, CControlListener* listener, long tag, KWFrame* frame, const CColor& hue)
 {

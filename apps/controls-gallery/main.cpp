@@ -1,9 +1,9 @@
 // Shows every control in a window, or plays a script on them and writes pictures.
 #include "apps/controls-gallery/Gallery.h"
 #include "apps/controls-gallery/Script.h"
+#include "apps/options/CommandLine.h"
 #include "view/x11/HostWindow.h"
 
-#include <CLI/CLI.hpp>
 #include <cmath>
 #include <fstream>
 #include <iostream>
@@ -34,14 +34,15 @@ int showWindow(double scale)
 
 int main(int argc, char** argv)
 {
-    CLI::App options{"Every control of the editor on one sheet"};
+    CommandLine line("Every control of the editor on one sheet", "controls-gallery");
     std::string script;
     std::string png;
     double scale = 0;
-    options.add_option("--script", script, "Play this file instead of showing a window");
-    options.add_option("--png", png, "Write a picture instead of showing a window");
-    options.add_option("--scale", scale, "1, 1.5, 2 or 3; the desktop's setting otherwise");
-    CLI11_PARSE(options, argc, argv);
+    line.text("--script", script, "Play this file instead of showing a window", "FILE");
+    line.text("--png", png, "Write a picture instead of showing a window", "FILE");
+    line.number("--scale", scale, "1, 1.5, 2 or 3; the desktop's setting otherwise", "N", {1, 3});
+    if (const auto end = line.parse(argc, argv))
+        return *end;
     if (script.empty() && png.empty())
         return showWindow(scale);
 

@@ -1,13 +1,12 @@
 #include "apps/ormund-render/RenderOptions.h"
 
+#include "apps/options/CommandLine.h"
+
 #include <charconv>
-#include <CLI/CLI.hpp>
-#include <cstdio>
 
 namespace {
 
 constexpr int kLastTag = 585;
-constexpr int kUsageError = 2;
 
 constexpr char kExamples[] = R"(Examples:
   ormund-render --wav demo.wav --midi demo.mid --png demo.png
@@ -38,70 +37,41 @@ bool parseSetting(const std::string& text, RenderOptions::Setting& setting)
 
 std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions& options)
 {
-    CLI::App app("Plays Ormund without a host and writes what it plays.", "ormund-render");
-    app.footer(kExamples);
-    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    CommandLine line(
+        "Plays Ormund without a host and writes what it plays.", "ormund-render", kExamples);
     std::vector<std::string> settings;
-
-    app.add_option("--preset", options.preset, "Load a preset first (kwe or kws)")
-        ->type_name("FILE");
-    app.add_option("--cc-map", options.map, "Load a controller map first (kwm)")->type_name("FILE");
-    app.add_option(
-           "--set", settings, "Set a parameter, after the preset: tag 0 to 585, value 0 to 1")
-        ->type_name("TAG=VALUE")
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false);
-    app.add_option("--midi-in", options.midiIn, "Play a standard MIDI file into the plug-in")
-        ->type_name("FILE");
-    auto* bars = app.add_option("--bars", options.bars, "Length in bars (16, or the MIDI file's)")
-                     ->type_name("N")
-                     ->check(CLI::Range(0.25, 100000.0));
-    app.add_option("--seconds", options.seconds, "Length in seconds")
-        ->type_name("S")
-        ->check(CLI::Range(0.001, 86400.0))
-        ->excludes(bars);
-    app.add_option("--tempo", options.tempo, "Beats per minute (120, or the MIDI file's)")
-        ->type_name("BPM")
-        ->check(CLI::Range(45.0, 499.0));
-    app.add_option("--rate", options.rate, "Sample rate (44100)")
-        ->type_name("HZ")
-        ->check(CLI::Range(11050.0, 196000.0));
-    app.add_option("--block", options.block, "Frames in a block (512)")
-        ->type_name("N")
-        ->check(CLI::Range(1, 65536));
-    app.add_option("--wav", options.wav, "Write the sound: .wav, .flac or .ogg")->type_name("FILE");
-    app.add_option("--midi", options.midi, "Write the notes as a standard MIDI file")
-        ->type_name("FILE");
-    app.add_option("--png", options.png, "Draw notes, controllers and sound")->type_name("FILE");
-    app.add_option("--save", options.save, "Save the state at the end (kwe or kws)")
-        ->type_name("FILE");
-    app.add_option("--plugin", options.plugin, "Play this module, not the installed one")
-        ->type_name("FILE");
-    app.add_flag("--list", options.list, "Print all parameters and end");
-    auto* describe =
-        app.add_option("--describe", options.describe, "Print what a kwe, kws or kwm holds")
-            ->type_name("FILE");
-    app.add_flag("--json", options.json, "Print it as JSON")->needs(describe);
-
-    const auto refuse = [](const std::string& why) {
-        std::fprintf(stderr, "ormund-render: %s\n", why.c_str());
-        return kUsageError;
-    };
-    try {
-        app.parse(count, arguments);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
-    } catch (const CLI::ParseError& mistake) {
-        return refuse(mistake.what());
-    }
+    line.text("--preset", options.preset, "Load a preset first (kwe or kws)", "FILE");
+    line.text("--cc-map", options.map, "Load a controller map first (kwm)", "FILE");
+    line.texts("--set", settings, "Set a parameter, after the preset: tag 0 to 585, value 0 to 1",
+        "TAG=VALUE");
+    line.text("--midi-in", options.midiIn, "Play a standard MIDI file into the plug-in", "FILE");
+    line.number(
+        "--bars", options.bars, "Length in bars (16, or the MIDI file's)", "N", {0.25, 100000});
+    line.number("--seconds", options.seconds, "Length in seconds", "S", {0.001, 86400});
+    line.excludes("--seconds", "--bars");
+    line.number(
+        "--tempo", options.tempo, "Beats per minute (120, or the MIDI file's)", "BPM", {45, 499});
+    line.number("--rate", options.rate, "Sample rate (44100)", "HZ", {11050, 196000});
+    line.number("--block", options.block, "Frames in a block (512)", "N", {1, 65536});
+    line.text("--wav", options.wav, "Write the sound: .wav, .flac or .ogg", "FILE");
+    line.text("--midi", options.midi, "Write the notes as a standard MIDI file", "FILE");
+    line.text("--png", options.png, "Draw notes, controllers and sound", "FILE");
+    line.text("--save", options.save, "Save the state at the end (kwe or kws)", "FILE");
+    line.text("--plugin", options.plugin, "Play this module, not the installed one", "FILE");
+    line.flag("--list", options.list, "Print all parameters and end");
+    line.text("--describe", options.describe, "Print what a kwe, kws or kwm holds", "FILE");
+    line.flag("--json", options.json, "Print it as JSON");
+    line.needs("--json", "--describe");
+    if (const auto end = line.parse(count, arguments))
+        return end;
     for (const std::string& text : settings) {
         RenderOptions::Setting setting{};
         if (!parseSetting(text, setting))
-            return refuse(
+            return line.refuse(
                 "--set takes TAG=VALUE, a tag of 0 to 585 and a value of 0 to 1, not " + text);
         options.settings.push_back(setting);
     }
     if (!options.list && options.describe.empty() && !options.rendersAnything())
-        return refuse("nothing to write: give --wav, --midi, --png or --save (--help tells more)");
+        return line.refuse("nothing to write: give --wav, --midi, --png or --save");
     return {};
 }

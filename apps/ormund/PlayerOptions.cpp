@@ -1,11 +1,9 @@
 #include "apps/ormund/PlayerOptions.h"
 
-#include <CLI/CLI.hpp>
-#include <cstdio>
+#include "apps/options/CommandLine.h"
 
 namespace {
 
-constexpr int kUsageError = 2;
 constexpr int kLowestRate = 11050; // what the plug-in takes
 constexpr int kHighestRate = 196000;
 constexpr int kLargestBlock = 8192;
@@ -27,42 +25,28 @@ Examples:
 
 std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions& options)
 {
-    CLI::App app("Plays Ormund as a program of its own.", "ormund");
-    app.footer(kExamples);
-    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    CommandLine line("Plays Ormund as a program of its own.", "ormund", kExamples);
     std::string preset;
-    auto* file = app.add_option(
-        "FILE", options.file, "A preset or a controller map to open (kwe, kws or kwm)");
-    app.add_option("--preset", preset, "The same, named")->type_name("FILE")->excludes(file);
-    app.add_flag("--list-devices", options.listDevices, "Print devices and MIDI ports and end");
-    app.add_option("--device", options.sound.device,
-           "jack, pulse, alsa, none, or a listed device or a part of its name")
-        ->type_name("NAME");
-    app.add_option("--rate", options.sound.rate, "Sample rate (the device's)")
-        ->type_name("HZ")
-        ->check(CLI::Range(kLowestRate, kHighestRate));
-    app.add_option("--block", options.sound.block, "Frames in a block (512; JACK's are JACK's)")
-        ->type_name("N")
-        ->check(CLI::Range(16, kLargestBlock));
-    app.add_option("--midi-in", options.sound.midiIn, "Connect the MIDI input to this port")
-        ->type_name("NAME");
-    app.add_option("--midi-out", options.sound.midiOut, "Connect the MIDI output to this port")
-        ->type_name("NAME");
-    app.add_option("--tempo", options.tempo, "Beats per minute (120)")
-        ->type_name("BPM")
-        ->check(CLI::Range(LiveHost::kLowestTempo, LiveHost::kHighestTempo));
-    app.add_flag("--play", options.play, "Start to play at once");
+    line.text("FILE", options.file, "A preset or a controller map to open (kwe, kws or kwm)");
+    line.text("--preset", preset, "The same, named", "FILE");
+    line.excludes("--preset", "FILE");
+    line.flag("--list-devices", options.listDevices, "Print devices and MIDI ports and end");
+    line.text("--device", options.sound.device,
+        "jack, pulse, alsa, none, or a listed device or a part of its name", "NAME");
+    line.number("--rate", options.sound.rate, "Sample rate (the device's)", "HZ",
+        {kLowestRate, kHighestRate});
+    line.number("--block", options.sound.block, "Frames in a block (512; JACK's are JACK's)", "N",
+        {16, kLargestBlock});
+    line.text("--midi-in", options.sound.midiIn, "Connect the MIDI input to this port", "NAME");
+    line.text("--midi-out", options.sound.midiOut, "Connect the MIDI output to this port", "NAME");
+    line.number("--tempo", options.tempo, "Beats per minute (120)", "BPM",
+        {LiveHost::kLowestTempo, LiveHost::kHighestTempo});
+    line.flag("--play", options.play, "Start to play at once");
     bool noWindow = false;
-    app.add_flag("--no-window", noWindow, "Show no window; Ctrl+C ends");
-    app.set_version_flag("--version", "ormund " ORMUND_VERSION, "Print the version and end");
-    try {
-        app.parse(count, arguments);
-    } catch (const CLI::Success& asked) {
-        return app.exit(asked);
-    } catch (const CLI::ParseError& mistake) {
-        std::fprintf(stderr, "ormund: %s (--help tells more)\n", mistake.what());
-        return kUsageError;
-    }
+    line.flag("--no-window", noWindow, "Show no window; Ctrl+C ends");
+    line.version("ormund " ORMUND_VERSION);
+    if (const auto end = line.parse(count, arguments))
+        return end;
     if (options.file.empty())
         options.file = preset;
     options.hasWindow = !noWindow;

@@ -1,8 +1,7 @@
 // Ormund beside what else is installed: cost, memory and load time of each, in one run.
+#include "apps/options/CommandLine.h"
 #include "bench/host/EditorOpening.h"
 #include "bench/host/Report.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cstdlib>
@@ -55,19 +54,19 @@ void reportWindow(const std::string& module)
 
 int main(int argc, char** argv)
 {
-    CLI::App app{"Costs of Ormund and its peers"};
+    CommandLine line("Costs of Ormund and its peers", "ormund-bench-host");
     std::string module = ORMUND_MODULE;
     std::string chart;
     int rounds = 15;
     int instances = 64;
-    app.add_option("--module", module, "our VST2 module");
-    app.add_option("--chart", chart, "write the chart to this PNG file");
-    app.add_option("--rounds", rounds, "repetitions of the piece")->check(CLI::Range(1, 1000));
-    app.add_option("--instances", instances, "of our own, for the memory of many")
-        ->check(CLI::Range(2, 1000));
+    line.text("--module", module, "our VST2 module", "FILE");
+    line.text("--chart", chart, "write the chart to this PNG file", "FILE");
+    line.number("--rounds", rounds, "repetitions of the piece", "N", {1, 1000});
+    line.number("--instances", instances, "of our own, for the memory of many", "N", {2, 1000});
     bool windowAlone = false;
-    app.add_flag("--window", windowAlone, "measure the opening of our window alone");
-    CLI11_PARSE(app, argc, argv);
+    line.flag("--window", windowAlone, "measure the opening of our window alone");
+    if (const auto end = line.parse(argc, argv))
+        return *end;
 
     setenv("QT_QPA_PLATFORM", "offscreen", 0); // a peer starts its toolkit even without a window
     settle();

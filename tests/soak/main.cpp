@@ -1,11 +1,10 @@
 // Hours of transport as fast as they go: random play, edits, loads, rates, blocks, tempos and
 // locates. Ends with 1 and the seed when a note hangs, the steps leave the host's position, the
 // memory grows, or a sample is no number.
+#include "apps/options/CommandLine.h"
 #include "tests/soak/SoakRig.h"
 #include "tests/soak/SoakVandal.h"
 #include "tests/support/Checked.h"
-
-#include <CLI/CLI.hpp>
 
 #include <chrono>
 #include <cstdio>
@@ -98,16 +97,17 @@ void report(const SoakFigures& figures, double wall, const Memory& first, const 
 int main(int argc, char** argv)
 {
     doWithoutThreadCaches(argv);
-    CLI::App options{"Plays for hours and checks every block"};
+    CommandLine line("Plays for hours and checks every block", "ormund-soak");
     double hours = 0.1;
     double minutes = 0;
-    unsigned seed = 1;
+    int seed = 1;
     std::string presetFolder;
-    options.add_option("--hours", hours, "of transport, simulated");
-    options.add_option("--minutes", minutes, "on the clock instead");
-    options.add_option("--seed", seed, "a run with the same seed and hours is the same");
-    options.add_option("--presets", presetFolder, "folder of presets to load");
-    CLI11_PARSE(options, argc, argv);
+    line.number("--hours", hours, "of transport, simulated", "N", {0, 1e6});
+    line.number("--minutes", minutes, "on the clock instead", "N", {0, 1e6});
+    line.number("--seed", seed, "a run with the same seed and hours is the same", "N", {0, 1e9});
+    line.text("--presets", presetFolder, "folder of presets to load", "FOLDER");
+    if (const auto end = line.parse(argc, argv))
+        return *end;
 
     using Clock = std::chrono::steady_clock;
     const auto began = Clock::now();
@@ -119,11 +119,11 @@ int main(int argc, char** argv)
     SoakRig rig;
     if (!rig.engine)
         return 1;
-    std::printf("seed %u\n", seed);
+    std::printf("seed %d\n", seed);
     void* data = nullptr;
     const auto bytes = rig.host.dispatch(effGetChunk, 0, 0, &data);
     std::vector<char> fresh(static_cast<char*>(data), static_cast<char*>(data) + bytes);
-    SoakVandal vandal(rig, seed, presetsIn(presetFolder));
+    SoakVandal vandal(rig, static_cast<unsigned>(seed), presetsIn(presetFolder));
 
     Memory first;
     Memory last;
