@@ -33,3 +33,6 @@ using FloorLoop = void(FloorState&, float* left, float* right, int samples);
 FloorLoop floorScalar;
 // Eight lanes by hand; null where the processor has no AVX2.
 FloorLoop* floorVector();
+// Their filters alone, for each sample waits for the one before: nothing that plays these filters
+// takes less.
+FloorLoop* filterVector();

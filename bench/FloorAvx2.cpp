@@ -94,17 +94,60 @@ struct PulseLanes {
     }
 };
 
+struct FilterLanes {
+    V s1, s2, s3, feedback, band, low, previousLow, c, half, f, q;
+
+    explicit FilterLanes(const FloorState& s)
+        : s1(_mm256_load_ps(s.s1.lane))
+        , s2(_mm256_load_ps(s.s2.lane))
+        , s3(_mm256_load_ps(s.s3.lane))
+        , feedback(_mm256_load_ps(s.feedback.lane))
+        , band(_mm256_load_ps(s.band.lane))
+        , low(_mm256_load_ps(s.low.lane))
+        , previousLow(_mm256_load_ps(s.previousLow.lane))
+        , c(_mm256_load_ps(s.c.lane))
+        , half(_mm256_load_ps(s.half.lane))
+        , f(_mm256_load_ps(s.f.lane))
+        , q(_mm256_load_ps(s.q.lane))
+    {
+    }
+
+    void save(FloorState& s) const
+    {
+        _mm256_store_ps(s.s1.lane, s1);
+        _mm256_store_ps(s.s2.lane, s2);
+        _mm256_store_ps(s.s3.lane, s3);
+        _mm256_store_ps(s.feedback.lane, feedback);
+        _mm256_store_ps(s.band.lane, band);
+        _mm256_store_ps(s.low.lane, low);
+        _mm256_store_ps(s.previousLow.lane, previousLow);
+    }
+
+    V next(V in)
+    {
+        const V bias = all(1e-18f);
+        s1 = s1 + bias;
+        s2 = s2 + bias;
+        s3 = s3 + bias;
+        band = band + bias;
+        low = low + bias;
+        s1 = s1 + c * ((in - (feedback + bias)) - s1);
+        s2 = s2 + c * (s1 - s2);
+        s3 = s3 + half * (s2 - s3);
+        feedback = all(2.0f) * s3 - s2;
+        band = band + f * (feedback - (band * q + low));
+        low = low + band * f;
+        const V out = low + (previousLow + bias);
+        previousLow = low;
+        return out;
+    }
+};
+
 void voices(FloorState& s, float* out, int samples)
 {
-    const V bias = all(1e-18f);
     SawLanes saw1(s.saw[0]), saw2(s.saw[1]);
     PulseLanes pulse1(s.pulse[0]), pulse2(s.pulse[1]);
-    V s1 = _mm256_load_ps(s.s1.lane), s2 = _mm256_load_ps(s.s2.lane);
-    V s3 = _mm256_load_ps(s.s3.lane), feedback = _mm256_load_ps(s.feedback.lane);
-    V band = _mm256_load_ps(s.band.lane), low = _mm256_load_ps(s.low.lane);
-    V previousLow = _mm256_load_ps(s.previousLow.lane);
-    const V c = _mm256_load_ps(s.c.lane), half = _mm256_load_ps(s.half.lane);
-    const V f = _mm256_load_ps(s.f.lane), q = _mm256_load_ps(s.q.lane);
+    FilterLanes filter(s);
     const V amplitude = _mm256_load_ps(s.amplitude.lane);
     const auto nextTone = [&] {
         return amplitude
@@ -116,19 +159,7 @@ void voices(FloorState& s, float* out, int samples)
     for (int i = 0; i < samples; ++i) {
         const V now = in;
         in = nextTone();
-        s1 = s1 + bias;
-        s2 = s2 + bias;
-        s3 = s3 + bias;
-        band = band + bias;
-        low = low + bias;
-        s1 = s1 + c * ((now - (feedback + bias)) - s1);
-        s2 = s2 + c * (s1 - s2);
-        s3 = s3 + half * (s2 - s3);
-        feedback = all(2.0f) * s3 - s2;
-        band = band + f * (feedback - (band * q + low));
-        low = low + band * f;
-        const V voice = (low + (previousLow + bias)) * all(s.gain);
-        previousLow = low;
+        const V voice = filter.next(now) * all(s.gain);
         const __m128 four = _mm256_castps256_ps128(voice) + _mm256_extractf128_ps(voice, 1);
         const __m128 two = four + _mm_movehl_ps(four, four);
         out[i] = _mm_cvtss_f32(_mm_add_ss(two, _mm_shuffle_ps(two, two, 1)));
@@ -137,13 +168,7 @@ void voices(FloorState& s, float* out, int samples)
     saw2.save(s.saw[1]);
     pulse1.save(s.pulse[0]);
     pulse2.save(s.pulse[1]);
-    _mm256_store_ps(s.s1.lane, s1);
-    _mm256_store_ps(s.s2.lane, s2);
-    _mm256_store_ps(s.s3.lane, s3);
-    _mm256_store_ps(s.feedback.lane, feedback);
-    _mm256_store_ps(s.band.lane, band);
-    _mm256_store_ps(s.low.lane, low);
-    _mm256_store_ps(s.previousLow.lane, previousLow);
+    filter.save(s);
 }
 
 // Eight samples at once; what is read lies far before what is written.
@@ -205,12 +230,23 @@ void floorAvx2(FloorState& s, float* left, float* right, int samples)
     }
 }
 
+// Of `left` the first voice, `right` is left alone.
+void filterAvx2(FloorState& s, float* left, float*, int samples)
+{
+    FilterLanes filter(s);
+    for (int i = 0; i < samples; ++i)
+        left[i] = _mm256_cvtss_f32(filter.next(all(0.1f)));
+    filter.save(s);
+}
+
 } // namespace
 
 FloorLoop* floorVector() { return __builtin_cpu_supports("avx2") ? floorAvx2 : nullptr; }
+FloorLoop* filterVector() { return __builtin_cpu_supports("avx2") ? filterAvx2 : nullptr; }
 
 #else
 
 FloorLoop* floorVector() { return nullptr; }
+FloorLoop* filterVector() { return nullptr; }
 
 #endif

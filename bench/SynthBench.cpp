@@ -126,5 +126,6 @@ void Floor(benchmark::State& state, FloorLoop* loop)
 }
 BENCHMARK_CAPTURE(Floor, Scalar, floorScalar)->Arg(512);
 BENCHMARK_CAPTURE(Floor, Vector, floorVector())->Arg(64)->Arg(512);
+BENCHMARK_CAPTURE(Floor, FilterAlone, filterVector())->Arg(512);
 
 } // namespace

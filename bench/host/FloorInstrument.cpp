@@ -21,3 +21,9 @@ std::unique_ptr<Instrument> makeFloor()
     FloorLoop* loop = floorVector();
     return std::make_unique<FloorInstrument>(loop ? loop : floorScalar);
 }
+
+std::unique_ptr<Instrument> makeFilters()
+{
+    FloorLoop* loop = filterVector();
+    return loop ? std::make_unique<FloorInstrument>(loop) : nullptr;
+}

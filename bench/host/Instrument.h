@@ -40,6 +40,8 @@ std::unique_ptr<Instrument> loadVst2(const std::string& path, const std::string&
 std::unique_ptr<Instrument> loadLv2(const std::string& uri);
 // The hand-written loop of eight voices and the delay, as if it were a plug-in.
 std::unique_ptr<Instrument> makeFloor();
+// The floor's filters alone; null where the processor has no AVX2.
+std::unique_ptr<Instrument> makeFilters();
 
 // The state of our own plug-in that is measured: a busy song, all eight voices sounding.
 std::string busyState(bool withSynth);

@@ -19,6 +19,8 @@ std::vector<Entrant> lineup(const std::string& module)
     return {
         {"Floor", "the samples of eight voices and the delay, by hand", Role::Floor, 8, false,
             makeFloor},
+        {"Floor's filters", "eight of our filters alone, each sample after the one before",
+            Role::Floor, 8, false, makeFilters},
         {"Ormund, all", "sequencer; 2 saws, 2 pulses, 5-pole filter, 2 envelopes a voice; delay",
             Role::Whole, 8, false, ours(true)},
         {"Ormund, sequencer alone", "12 lanes, chords, 8 modulation tracks, swing, song",
