@@ -14,8 +14,10 @@
 #include <thread>
 #include <unistd.h>
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
+using testing::Not;
 
 namespace {
 
@@ -195,9 +197,35 @@ TEST_F(X11Test, KeysGoToTheViewWithTheFocusAndUnwantedOnesToTheHost)
     EXPECT_EQ(user.heardKeys(), 1) << "Return alone was left to the host";
 
     user.setFocus(parent);
-    run(frame);
+    run(frame, 400);
     EXPECT_EQ(view->log.back(), "focus lost");
     EXPECT_FALSE(frame.hasSystemFocus());
+}
+
+// What a window manager does that focuses the outermost window at each click.
+TEST_F(X11Test, FocusThatGoesUpAndComesBackByAClickIsNotLost)
+{
+    HostWindow host("test", 200, 150);
+    CFrame frame({0, 0, 200, 150}, host.handle(), nullptr);
+    auto* view = new Recorder({10, 10, 60, 60});
+    frame.addView(view);
+    user.click(20, 20);
+    run(frame);
+    const auto focusUp = [&] {
+        user.setFocus(reinterpret_cast<unsigned long>(host.handle()));
+        run(frame, 20);
+        EXPECT_FALSE(frame.hasSystemFocus());
+    };
+    focusUp();
+    user.click(20, 20);
+    run(frame, 400);
+    EXPECT_TRUE(frame.hasSystemFocus());
+    EXPECT_THAT(view->log, Not(Contains("focus lost")));
+
+    focusUp();
+    EXPECT_THAT(view->log, Not(Contains("focus lost")));
+    run(frame, 400);
+    EXPECT_EQ(view->log.back(), "focus lost");
 }
 
 TEST_F(X11Test, TheServerShowsUncoveredPartsWithoutIdle)

@@ -15,6 +15,7 @@ namespace {
 constexpr int kMaxEventsPerPoll = 2000;
 // As long as the server may take to read the image before it is asked.
 constexpr int kMaxBusyPolls = 50;
+constexpr std::chrono::milliseconds kFocusPatience{250};
 
 // In the order of CCursor; the arrow is whatever the host shows.
 const char* const kCursorNames[] = {
@@ -272,6 +273,7 @@ void SystemWindow::poll(CFrame& frame)
         std::free(event);
     }
     flushMotion(frame);
+    loseFocusLate(frame);
     if (drag)
         drag->idle();
 }
@@ -428,8 +430,24 @@ void SystemWindow::handleFocus(const xcb_focus_in_event_t& event, bool isIn, CFr
 {
     const bool isOurs = event.detail != XCB_NOTIFY_DETAIL_POINTER
         && event.mode != XCB_NOTIFY_MODE_GRAB && event.mode != XCB_NOTIFY_MODE_UNGRAB;
-    if (isOurs)
+    if (!isOurs)
+        return;
+    if (!isIn && isFocused && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) {
+        isFocused = false;
+        focusWentUp = std::chrono::steady_clock::now();
+    } else {
         setFocused(isIn, frame);
+    }
+}
+
+// Some window managers give the focus to the outermost window at every click, before the press
+// comes here. A menu that is open must live to see that press.
+void SystemWindow::loseFocusLate(CFrame& frame)
+{
+    if (!focusWentUp || std::chrono::steady_clock::now() - *focusWentUp < kFocusPatience)
+        return;
+    focusWentUp.reset();
+    frame.windowLostFocus();
 }
 
 void SystemWindow::handleMessage(const xcb_client_message_event_t& event, CFrame& frame)
@@ -446,9 +464,9 @@ void SystemWindow::handleMessage(const xcb_client_message_event_t& event, CFrame
 
 void SystemWindow::setFocused(bool on, CFrame& frame)
 {
-    if (isFocused == on)
-        return;
+    const bool wasOurs = isFocused || focusWentUp;
+    focusWentUp.reset();
     isFocused = on;
-    if (!on)
+    if (wasOurs && !on)
         frame.windowLostFocus();
 }

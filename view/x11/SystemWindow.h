@@ -13,7 +13,9 @@
 #include "view/x11/ScreenImage.h"
 
 #include <array>
+#include <chrono>
 #include <memory>
+#include <optional>
 
 typedef struct xcb_cursor_context_t xcb_cursor_context_t;
 
@@ -50,6 +52,7 @@ private:
     void handleMessage(const xcb_client_message_event_t& event, CFrame& frame);
     void flushMotion(CFrame& frame);
     void setFocused(bool on, CFrame& frame);
+    void loseFocusLate(CFrame& frame);
     int buttonsOf(uint16_t state) const;
 
     xcb_connection_t* connection = nullptr;
@@ -69,5 +72,7 @@ private:
     int extraButtons = 0; // those that the server's state word has no bit for
     int busyPolls = 0;
     bool isFocused = false;
+    // When the focus went to a window around this one, until it is back or given up.
+    std::optional<std::chrono::steady_clock::time_point> focusWentUp;
     bool isWindowThere = false;
 };
