@@ -18,7 +18,7 @@ constexpr char kMapExtension[] = "kwm";
 constexpr char kNoChoice[] = "EMPTY"; // what a file dialogue answers when nothing was chosen
 constexpr std::array<PresetKind, kPresetKinds> kAllKinds = {PresetKind::Global, PresetKind::Synth};
 
-std::string withExtension(std::string path, const std::string& extension)
+std::string withExtension(const std::string& path, const std::string& extension)
 {
     return path.ends_with('.' + extension) ? path : path + '.' + extension;
 }

@@ -18,7 +18,7 @@ public:
     // Opens in `pane` at one of the frame's scales. The open list of presets lies over the panel
     // below, `panelHeight` panel pixels high.
     TransportStrip(Player& ownPlayer, void* pane, double scale, int panelHeight);
-    ~TransportStrip();
+    ~TransportStrip() override;
 
     void idle();
     void setScale(double scale) { frame->setScale(scale); }
