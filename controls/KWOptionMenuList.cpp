@@ -400,7 +400,11 @@ bool KWOptionMenu::listKey(CKey key)
     case CKey::Up:
     case CKey::Down: {
         const int direction = key == CKey::Down ? 1 : -1;
-        int row = hoverEntry < 0 ? (direction > 0 ? -1 : getEntryCount()) : hoverEntry;
+        int row = hoverEntry;
+        if (row < 0 && !parentMenu && isEntryChecked(currentEntry))
+            row = currentEntry;
+        else if (row < 0 && direction < 0)
+            row = getEntryCount();
         do {
             row += direction;
         } while (isIndex(row) && !isChoosable(row) && !getSubMenu(row));

@@ -298,6 +298,12 @@ TEST_F(Menu, KeysOpenWalkAndChoose)
     user.key({.key = CKey::Up});
     user.key({.key = CKey::Return});
     EXPECT_EQ(ear.take(), "[ 330=0 ] ");
+    speeds->checkOnly(3);
+    speeds->setValue(3);
+    user.key({.key = CKey::Return});
+    user.key({.key = CKey::Down});
+    EXPECT_EQ(speeds->getHoverEntry(), 4) << "from the one that is checked";
+    user.key({.key = CKey::Escape});
 
     auto* targets = tree();
     frame->removeView(speeds);
