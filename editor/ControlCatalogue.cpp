@@ -276,7 +276,7 @@ constexpr ControlRow kPanel[] = {
     // tag        place                    bitmap height frames page         looks
     knob(    0, {  26,  65,  45, 140 }, 1063, 75,  49, kAlways,       kRoundFrame),
     menu(    1, {  68, 100, 144, 112 }, 1116, MenuItems::Choices, 0.029421765f),
-    knob(    2, { 901, 118, 945, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame),
+    knob(    2, { 901, 118, 945, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame | kHorizontal),
     knob(    3, { 901, 148, 945, 169 }, 1119, 21,  25, kSettingsPage, kRoundFrame),
     knob(    4, { 844, 327, 945, 348 }, 1091, 21,  79, kSettingsPage, kHorizontal),
     toggle(  5, { 834, 380, 885, 427 }, 1008),
@@ -473,7 +473,7 @@ constexpr ControlRow kPanel[] = {
     value( 484,  34, "Delay Feedback  ", Percent),
     value( 485,  35, "Delay MIX  ", Percent),
     toggle(486, { 843, 192, 887, 213 }, 1041, kSettingsPage),
-    knob(  487, { 843, 118, 887, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame),
+    knob(  487, { 843, 118, 887, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame | kHorizontal),
     hint(  490, 486, "trigger source"),
     hint(  491, 487, "midi input octave shift"),
     mute(  492),

@@ -261,6 +261,19 @@ TEST(Editor, AMessageIsShownUntilItIsConfirmed)
     EXPECT_FALSE(hasMessage());
 }
 
+TEST(Editor, KnobsThatLieFlatFollowTheMouseSideways)
+{
+    EditorRig rig;
+    rig.engine.setParameter(Tag::Page, 0.0f);
+    rig.idle();
+    for (const int tag : {2, 4, 36, 487}) {
+        const CPoint knob = EditorRig::middle(*findControl(tag));
+        const float before = rig.engine.parameters.raw(tag);
+        rig.user->drag(knob, {knob.x + 30, knob.y});
+        EXPECT_GT(rig.engine.parameters.raw(tag), before) << tag;
+    }
+}
+
 TEST(Editor, PatternsAreLockedByAClick)
 {
     EditorRig rig;
