@@ -22,6 +22,7 @@ enum ScriptCode : VstIntPtr {
     kClearParameter = 9,
     kLockButton = 10,
     kRenderOffline = 11,
+    kReadParameter = 12, // a host's own call reads the host's parameters alone
 };
 
 // The text and a zero; answers the text's bytes.
@@ -68,6 +69,14 @@ VstIntPtr KWUniClient::vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr
     case kRenderOffline:
         setRendersOffline(opt >= 0.5f);
         return 1;
+    case kReadParameter: {
+        const bool isTag = opt >= 0.0f && opt < static_cast<float>(kTagCount);
+        if (!ptr || !isTag || !parameterEntry(static_cast<int>(opt)))
+            return 0;
+        const float raw = parameters.raw(static_cast<int>(opt));
+        std::memcpy(ptr, &raw, sizeof raw);
+        return 1;
+    }
     default:
         return ptr && scriptLoadOrSave(value, static_cast<const char*>(ptr)) ? 1 : 0;
     }

@@ -10,7 +10,15 @@ namespace {
 
 constexpr VstInt32 kDoor = fourCharacters('K', 'W', 'O', 'R');
 constexpr int kMessageBytes = 8192;
-enum DoorCode { kLoadGlobal = 1, kLoadSynth, kSaveGlobal, kSaveSynth, kLoadMap, kMessage = 8 };
+enum DoorCode {
+    kLoadGlobal = 1,
+    kLoadSynth,
+    kSaveGlobal,
+    kSaveSynth,
+    kLoadMap,
+    kMessage = 8,
+    kReadParameter = 12
+};
 
 std::string pass(HostedEffect& host, VstIntPtr code, const std::string& path, const char* verb)
 {
@@ -52,4 +60,11 @@ void loadInWindow(HostedEffect& host, const std::string& path)
 std::string savePreset(HostedEffect& host, const std::string& path)
 {
     return pass(host, path.ends_with(".kws") ? kSaveSynth : kSaveGlobal, path, "save");
+}
+
+float readParameter(HostedEffect& host, int tag)
+{
+    float raw = 0;
+    host.dispatch(effVendorSpecific, kDoor, kReadParameter, &raw, static_cast<float>(tag));
+    return raw;
 }

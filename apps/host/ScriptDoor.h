@@ -1,5 +1,5 @@
-// The plug-in's own calls for files, as programs use them: by effVendorSpecific, with the plug-in's
-// own words when it refuses. The thread of the user interface.
+// The plug-in's own calls, as programs use them: by effVendorSpecific, with the plug-in's own words
+// when it refuses a file. The thread of the user interface.
 #pragma once
 
 #include "apps/host/HostedEffect.h"
@@ -13,3 +13,5 @@ std::string loadFile(HostedEffect& host, const std::string& path);
 void loadInWindow(HostedEffect& host, const std::string& path);
 // kwe, or kws where the name ends so. Empty, or what is wrong.
 std::string savePreset(HostedEffect& host, const std::string& path);
+// 0 to 1, of any parameter; getParameter of the effect knows those of the host alone. 0 for none.
+float readParameter(HostedEffect& host, int tag);

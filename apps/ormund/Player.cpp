@@ -81,9 +81,8 @@ void Player::tryAgain()
 
 void Player::followPanel()
 {
-    AEffect* effect = host.effect();
-    const PlayLink::Wish wish = link.look({effect->getParameter(effect, Tag::Play) >= kHalf,
-        effect->getParameter(effect, Tag::TriggerMode) >= kFollowsHost, host.isPlaying()});
+    const PlayLink::Wish wish = link.look({readParameter(host, Tag::Play) >= kHalf,
+        readParameter(host, Tag::TriggerMode) >= kFollowsHost, host.isPlaying()});
     if (wish != PlayLink::Wish::Nothing)
         play(wish == PlayLink::Wish::Start);
 }

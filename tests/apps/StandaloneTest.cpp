@@ -151,6 +151,13 @@ constexpr int kMenuX = 620;
 constexpr int kStripY = 20;
 constexpr int kPanelX = 540; // a place of the panel that takes no mouse
 constexpr int kPanelY = 52;
+constexpr int kPadX = 894; // the panel's play
+constexpr int kPadY = 651;
+
+struct Hand {
+    int x, y;
+    bool clicks;
+};
 
 TEST_F(InWindow, PlaysByTheButtonByTheSpaceBarAndByThePanel)
 {
@@ -159,13 +166,21 @@ TEST_F(InWindow, PlaysByTheButtonByTheSpaceBarAndByThePanel)
     user->click(kPlayX, kStripY);
     EXPECT_TRUE(listener->waitRolling(false));
     usleep(300000);
-    for (const int y : {kStripY, kPanelY}) {
-        user->move(y == kStripY ? kPlayX + 200 : kPanelX, y);
+    for (const auto& [x, y, clicks] : {Hand{kPlayX + 200, kStripY, false},
+             Hand{kPanelX, kPanelY, false}, Hand{kPanelX, kPanelY, true}}) {
+        user->move(x, y);
+        if (clicks) // the panel has the keys from then on
+            user->click(x, y);
         user->tapKey(' ');
         EXPECT_TRUE(listener->waitRolling(true)) << "key at " << y;
         usleep(300000);
         user->tapKey(' ');
         EXPECT_TRUE(listener->waitRolling(false)) << "key at " << y;
+        usleep(300000);
+    }
+    for (const bool rolls : {true, false}) {
+        user->click(kPadX, kPadY);
+        EXPECT_TRUE(listener->waitRolling(rolls)) << "the pad";
         usleep(300000);
     }
     listener->locate(5 * JackServer::kRate);
