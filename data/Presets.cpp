@@ -229,26 +229,31 @@ void Presets::rebuildPaths()
     }
 }
 
+Presets::Place Presets::placeOf(int number) const
+{
+    const PresetTree& files = tree(PresetKind::Global);
+    Place place{position.folder, number};
+    const bool isFile = files.fileAt(place.folder, number) != nullptr;
+    if (!isFile && number < 0) {
+        place.folder = place.folder > 0 ? place.folder - 1 : files.folderCount() - 1;
+        place.folder = std::clamp(place.folder, 0, std::max(files.folderCount() - 1, 0));
+        place.program = files.fileCount(place.folder) - 1;
+    } else if (!isFile) {
+        place.folder = files.fileCount(place.folder + 1) > 0 ? place.folder + 1 : 0;
+        place.program = 0;
+    }
+    place.program = std::max(place.program, 0);
+    return place;
+}
+
 void Presets::setProgram(int number)
 {
     if (number == position.program)
         return;
-    const PresetTree& files = tree(PresetKind::Global);
-    position.program = number;
-    const PresetFile* file = files.fileAt(position.folder, number);
-    if (!file && number < 0) {
-        position.folder = position.folder > 0 ? position.folder - 1 : files.folderCount() - 1;
-        position.folder = std::clamp(position.folder, 0, std::max(files.folderCount() - 1, 0));
-        position.program = files.fileCount(position.folder) - 1;
-    } else if (!file) {
-        position.folder = files.fileCount(position.folder + 1) > 0 ? position.folder + 1 : 0;
-        position.program = 0;
-    }
-    if (position.program < 0)
-        position.program = 0;
-    if (!file)
-        file = files.fileAt(position.folder, position.program);
-    if (file)
+    const Place place = placeOf(number);
+    position.folder = place.folder;
+    position.program = place.program;
+    if (const PresetFile* file = tree(PresetKind::Global).fileAt(position.folder, position.program))
         load(PresetKind::Global, std::string(file->path));
 }
 
@@ -322,6 +327,7 @@ std::string Presets::folderName(PresetKind kind)
 
 std::string Presets::programName(int number) const
 {
-    const PresetFile* file = tree(PresetKind::Global).fileAt(position.folder, number);
+    const Place place = placeOf(number);
+    const PresetFile* file = tree(PresetKind::Global).fileAt(place.folder, place.program);
     return file ? file->name : std::string();
 }

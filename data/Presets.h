@@ -64,7 +64,8 @@ public:
     void setName(PresetKind kind, const std::string& text);
     const std::string& path(PresetKind kind);
     std::string folderName(PresetKind kind);
-    // Of a place in the current folder of global presets; empty when there is none.
+    // Of the preset that setProgram(number) brings; empty where there are no presets. A host that
+    // is given no name may go and ask for it by setProgram, and loses its state that way.
     std::string programName(int number) const;
 
     // --- audio thread ---
@@ -73,6 +74,11 @@ public:
 private:
     LoadResult report(LoadResult result, const std::string& path, bool quiet) const;
     void becomeCurrent(PresetKind kind, const std::string& path);
+    struct Place {
+        int folder = 0;
+        int program = 0;
+    };
+    Place placeOf(int number) const; // past a folder's ends in the neighbouring one
     void takeMidiProgram();
     void rebuildPaths();
     std::string currentFolder(PresetKind kind);

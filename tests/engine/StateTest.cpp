@@ -190,6 +190,7 @@ TEST_F(PresetFiles, ProgramsGoThroughTheTreeAndRoundItsEnds)
     char text[kVstMaxProgNameLen + 1] = {};
     ASSERT_TRUE(engine.getProgramNameIndexed(-1, 1, text));
     EXPECT_STREQ(text, "b");
+    EXPECT_EQ(engine.presets.programName(2), "c"); // past the folder's end: what it brings
     // The first file is only reached by leaving it, as the number 0 is where a new instance stands.
     const std::pair<int, float> ways[] = {{Tag::NextPreset, 0.2f}, {Tag::NextPreset, 0.3f},
         {Tag::NextPreset, 0.4f}, {Tag::NextPreset, 0.5f}, {Tag::NextPreset, 0.1f},
