@@ -95,8 +95,10 @@ session = load_session(folder, "ormund")
 local again = session:route_by_name("Player"):nth_plugin(0)
 local value = ARDOUR.LuaAPI.get_processor_param(again, rootKey)
 print("root key after a load", value)
--- What was recorded is not to be heard in the export that follows, only the plug-in itself.
+-- What was recorded is not to be heard in the export that follows, only the plug-in itself. The
+-- process thread mutes, so what is saved at once may lack it.
 session:route_by_name("Sound"):mute_control():set_value(1, PBD.GroupControlDisposition.NoGroup)
+sleep(1)
 session:save_state("", false, false, false, false, false)
 close_session()
 print("done")
