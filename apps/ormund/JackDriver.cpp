@@ -210,7 +210,9 @@ SharedSong::Report JackDriver::report()
     lacksBars = told.rolling && !givesBars && !(position.valid & JackPositionBBT) ? 1 : 0;
     const bool fits = position.beat_type > 0 && position.beats_per_bar > 0
         && position.ticks_per_beat > 0 && position.beats_per_minute > 0;
-    if (givesBars || !(position.valid & JackPositionBBT) || !fits)
+    // What stands there may be what was told from here, before the user changed the tempo.
+    const bool isOwn = givesBars || (!told.rolling && position.beats_per_minute == toldTempo);
+    if (isOwn || !(position.valid & JackPositionBBT) || !fits)
         return told;
     const double quartersPerBeat = 4.0 / static_cast<double>(position.beat_type);
     const double tick =
@@ -241,7 +243,8 @@ void JackDriver::tellBars(jack_nframes_t frames, jack_position_t& position)
     position.beats_per_bar = LiveHost::kBeatsPerBar;
     position.beat_type = 4;
     position.ticks_per_beat = kTicksPerBeat;
-    position.beats_per_minute = host.ownTempo();
+    toldTempo = host.ownTempo();
+    position.beats_per_minute = toldTempo;
 }
 
 int JackDriver::process(jack_nframes_t frames)

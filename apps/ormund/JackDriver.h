@@ -50,4 +50,5 @@ private:
     SharedSong song;
     void* midiBuffer = nullptr; // during process()
     bool givesBars = false;     // since the last block: nobody else does
+    double toldTempo = 0;       // with the last bars; 0 before
 };

@@ -9,6 +9,7 @@
 #include <optional>
 #include <sstream>
 #include <unistd.h>
+#include <vector>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
@@ -146,6 +147,7 @@ protected:
 
 // Where things stand, in pixels of the window at scale 1.
 constexpr int kPlayX = 68;
+constexpr int kTempoX = 211;
 constexpr int kForthX = 727;
 constexpr int kMenuX = 620;
 constexpr int kStripY = 20;
@@ -190,6 +192,40 @@ TEST_F(InWindow, PlaysByTheButtonByTheSpaceBarAndByThePanel)
     user->tapKey(0xFF50); // Home
     usleep(200000);
     EXPECT_EQ(listener->frame(), 0u);
+}
+
+TEST_F(InWindow, ATempoThatIsTypedStaysWhileTheTransportStands)
+{
+    const auto field = [&] {
+        std::vector<unsigned long> row;
+        for (int x = kTempoX - 25; x < kTempoX + 25; ++x)
+            row.push_back(user->screenPixel(x, kStripY));
+        return row;
+    };
+    user->click(kPlayX, kStripY);
+    EXPECT_TRUE(listener->waitRolling(true));
+    usleep(100000);
+    user->click(kPlayX, kStripY);
+    EXPECT_TRUE(listener->waitRolling(false));
+    usleep(300000);
+    auto shown = field();
+    for (const char digit : {'7', '8'}) {
+        user->click(kTempoX, kStripY);
+        user->tapKey('9');
+        user->tapKey(static_cast<unsigned long>(digit));
+        if (digit == '7')
+            user->tapKey(0xFF0D); // Return
+        else
+            user->click(kPanelX, kPanelY);
+        user->move(kPanelX, kPanelY);
+        usleep(500000);
+        EXPECT_NE(field(), shown) << digit;
+        shown = field();
+    }
+    user->click(kPlayX, kStripY);
+    EXPECT_TRUE(listener->waitRolling(true));
+    usleep(100000);
+    EXPECT_NEAR(listener->tempo(), 98, 1e-6);
 }
 
 TEST_F(InWindow, ShowsThePresetAndOpensItsListOverThePanel)
