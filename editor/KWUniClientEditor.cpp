@@ -148,7 +148,8 @@ bool KWUniClientEditor::frameKeyDown(const CKeyEvent& event)
         return true;
     }
     if (event.key == CKey::Space || event.character == ' ') {
-        togglePlay();
+        if (!event.isRepeat)
+            togglePlay();
         return true;
     }
     return false;

@@ -74,7 +74,8 @@ enum class CKey : uint8_t {
 struct CKeyEvent {
     char32_t character = 0; // 0 for a key without one
     CKey key = CKey::None;
-    int modifiers = 0; // of kShift, kControl, kAlt, kApple
+    int modifiers = 0;     // of kShift, kControl, kAlt, kApple
+    bool isRepeat = false; // a press that the keyboard made of a key that is held
 };
 
 enum class CCursor : uint8_t { Arrow, Hand, ResizeHorizontal, ResizeVertical, Cross, Move, Wait };

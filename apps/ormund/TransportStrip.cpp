@@ -174,9 +174,10 @@ bool TransportStrip::takeKey(const CKeyEvent& key)
 {
     if (key.modifiers != 0)
         return false;
-    if (key.key == CKey::Space || key.character == ' ')
-        player.play(!player.isPlaying());
-    else if (key.key == CKey::Home)
+    if (key.key == CKey::Space || key.character == ' ') {
+        if (!key.isRepeat)
+            player.play(!player.isPlaying());
+    } else if (key.key == CKey::Home)
         player.toStart();
     else
         return false;

@@ -289,6 +289,10 @@ TEST(Editor, TheSpaceBarPlaysAndStops)
     const int first = rig.engine.parameters.index(Tag::Play);
     EXPECT_TRUE(rig.user->key(space));
     EXPECT_EQ(rig.engine.parameters.index(Tag::Play), 1 - first);
+    CKeyEvent held = space;
+    held.isRepeat = true;
+    EXPECT_TRUE(rig.user->key(held));
+    EXPECT_EQ(rig.engine.parameters.index(Tag::Play), 1 - first);
     EXPECT_TRUE(rig.user->key(space));
     EXPECT_EQ(rig.engine.parameters.index(Tag::Play), first);
 }

@@ -65,7 +65,8 @@ public:
     }
     bool onKeyDown(const CKeyEvent& event) override
     {
-        log.push_back("key " + std::to_string(static_cast<int>(event.character)) + " "
+        log.push_back((event.isRepeat ? "again " : "key ")
+            + std::to_string(static_cast<int>(event.character)) + " "
             + std::to_string(static_cast<int>(event.key)));
         return event.key != CKey::Return;
     }
@@ -195,6 +196,12 @@ TEST_F(X11Test, KeysGoToTheViewWithTheFocusAndUnwantedOnesToTheHost)
     run(frame);
     EXPECT_THAT(view->log, IsSupersetOf({"key 65 0", "key 122 0", "key 0 4"}));
     EXPECT_EQ(user.heardKeys(), 1) << "Return alone was left to the host";
+    user.key('h', true); // held until the server repeats it
+    for (int i = 0; i < 100 && view->log.back() != "again 104 0"; ++i)
+        run(frame, 20);
+    user.key('h', false);
+    EXPECT_THAT(view->log, IsSupersetOf({"key 104 0", "again 104 0"}));
+    run(frame);
 
     user.setFocus(parent);
     run(frame, 400);

@@ -126,9 +126,10 @@ void HostWindow::handle(const xcb_generic_event_t* event)
         const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event);
         if (!keys.isLoaded())
             keys.load(connection);
+        const bool isPress = (event->response_type & 0x7F) == XCB_KEY_PRESS;
+        const CKeyEvent taken = keys.take(*key, isPress);
         if (onKey)
-            onKey(keys.translate(key->detail, key->state),
-                (event->response_type & 0x7F) == XCB_KEY_PRESS);
+            onKey(taken, isPress);
         break;
     }
     default:

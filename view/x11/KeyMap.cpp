@@ -158,3 +158,16 @@ int KeyMap::modifiers(uint16_t state)
         found |= kApple;
     return found;
 }
+
+// The server repeats a key that is held by a release and a press of one moment.
+CKeyEvent KeyMap::take(const xcb_key_press_event_t& event, bool isPress)
+{
+    CKeyEvent key = translate(event.detail, event.state);
+    if (isPress) {
+        key.isRepeat = event.detail == releasedCode && event.time == releasedTime;
+    } else {
+        releasedCode = event.detail;
+        releasedTime = event.time;
+    }
+    return key;
+}

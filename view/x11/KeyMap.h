@@ -13,6 +13,8 @@ public:
     void load(xcb_connection_t* connection);
     bool isLoaded() const { return !symbols.empty(); }
     CKeyEvent translate(xcb_keycode_t code, uint16_t state) const;
+    // In the order in which they come.
+    CKeyEvent take(const xcb_key_press_event_t& event, bool isPress);
     static int modifiers(uint16_t state);
 
 private:
@@ -22,4 +24,6 @@ private:
     std::vector<uint32_t> symbols;
     int perKey = 0;
     int firstCode = 8;
+    xcb_keycode_t releasedCode = 0; // the last release
+    xcb_timestamp_t releasedTime = 0;
 };

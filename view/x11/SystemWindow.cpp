@@ -410,7 +410,7 @@ void SystemWindow::handleKey(const xcb_key_press_event_t& event, bool isPress, C
     lastTime = event.time;
     if (!keys.isLoaded())
         keys.load(connection);
-    const CKeyEvent key = keys.translate(event.detail, event.state);
+    const CKeyEvent key = keys.take(event, isPress);
     if (isPress && key.key == CKey::Escape && drag && drag->isDragging()) {
         drag->cancel();
         return;
