@@ -361,11 +361,23 @@ KWControl* ControlFactory::makeImage(const ControlRow& row)
 KWControl* ControlFactory::makeOverlay(const ControlRow& row)
 {
     auto* view = new KWPolyObjectView(rectOf(row.place), &listener, row.tag, &frame);
-    keyZones.push_back(std::make_unique<KWPolyObjectSet>(
-        makeKeyZones(row.group == kKeyMode0 ? 0 : 1, row.place.height())));
-    view->objectSet = keyZones.back().get();
+    const int keyMode = row.group == kKeyMode0 ? 0 : 1;
+    auto marks = std::make_unique<KWPolyObjectSet>(makeKeyZones(keyMode, row.place.height()));
+    view->objectSet = marks.get();
+    keyZones.push_back({view, std::move(marks), keyMode});
     view->strip = BitmapTable::get(row.bitmap);
     return view;
+}
+
+void ControlFactory::shiftKeyZones(int semitones)
+{
+    if (semitones == keyShift)
+        return;
+    keyShift = semitones;
+    for (const KeyZones& zones : keyZones) {
+        *zones.marks = makeKeyZones(zones.keyMode, zones.view->getHeight(), semitones);
+        zones.view->invalid();
+    }
 }
 
 KWControl* ControlFactory::makeKeyboard(const ControlRow& row)

@@ -30,6 +30,9 @@ public:
     // Fills a preset menu again from its folders.
     void fillPresetMenu(KWOptionMenu& menu, MenuItems kind);
 
+    // The keys count as so many semitones higher from now on: their marks move down.
+    void shiftKeyZones(int semitones);
+
 private:
     KWControl* makeKnob(const ControlRow&);
     KWControl* makeButton(const ControlRow&);
@@ -54,5 +57,11 @@ private:
     EngineLink& engine;
     const ScreenState& screen;
     const KWBitSet128& gate;
-    std::vector<std::unique_ptr<KWPolyObjectSet>> keyZones;
+    struct KeyZones {
+        KWPolyObjectView* view;
+        std::unique_ptr<KWPolyObjectSet> marks;
+        int keyMode;
+    };
+    std::vector<KeyZones> keyZones;
+    int keyShift = 0;
 };

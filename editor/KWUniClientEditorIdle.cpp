@@ -64,6 +64,7 @@ void KWUniClientEditor::refreshLanes()
 void KWUniClientEditor::refreshPages()
 {
     const Parameters& values = engine.parameters;
+    factory->shiftKeyZones(values.index(Tag::InputOctave));
     PageGates::Pages wanted;
     wanted.synth = values.index(Tag::Page) != 0;
     wanted.separateLoops = values.index(Tag::LoopbarMode) != 0;

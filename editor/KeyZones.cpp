@@ -12,10 +12,12 @@ constexpr int kLastNote = kKeyboardBase + 12 * kKeyboardOctaves - 1;
 
 } // namespace
 
-KWPolyObjectSet makeKeyZones(int keyMode, int height)
+KWPolyObjectSet makeKeyZones(int keyMode, int height, int shift)
 {
     KWPolyObjectSet set;
     const auto mark = [&](int note, int frame) {
+        if (note < kKeyboardBase || note > kLastNote)
+            return;
         const CRect key = keyRect(note, height);
         KWPolyObjectSet::Object object;
         object.left = key.left - (kWhiteKeyWidth - key.width()) / 2;
@@ -24,12 +26,13 @@ KWPolyObjectSet makeKeyZones(int keyMode, int height)
         object.frameY = frame * height;
         set.objects.push_back(object);
     };
+    const int zero = kTransposeZero[keyMode] - shift;
     for (int note = kKeyboardBase; note <= kLastNote; note += 12)
-        if (note != kTransposeZero[keyMode])
+        if (note != zero)
             mark(note, kOctaveMark);
-    mark(kTransposeZero[keyMode], kZeroMark);
+    mark(zero, kZeroMark);
     if (keyMode == 1)
         for (int i = 0; i < kPerformanceKeys; ++i)
-            mark(kPerformanceKeyTable[size_t(i)].note, i);
+            mark(kPerformanceKeyTable[size_t(i)].note - shift, i);
     return set;
 }

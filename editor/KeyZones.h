@@ -37,5 +37,6 @@ constexpr CRect keyRect(int note, int height)
     return rect.offset(octave * 7 * kWhiteKeyWidth, 0);
 }
 
-// The marks over the keys of keyboard mode 0 or 1, for a strip of frames `height` high.
-KWPolyObjectSet makeKeyZones(int keyMode, int height);
+// The marks over the keys of keyboard mode 0 or 1, for a strip of frames `height` high, when the
+// keys count as `shift` semitones higher.
+KWPolyObjectSet makeKeyZones(int keyMode, int height, int shift = 0);

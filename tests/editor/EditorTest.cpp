@@ -3,6 +3,7 @@
 #include "controls/KWDisplay.h"
 #include "controls/KWKeyboardView.h"
 #include "controls/KWOptionMenu.h"
+#include "controls/KWPolyObjectView.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
 #include "editor/PanelScale.h"
@@ -272,6 +273,28 @@ TEST(Editor, KnobsThatLieFlatFollowTheMouseSideways)
         rig.user->drag(knob, {knob.x + 30, knob.y});
         EXPECT_GT(rig.engine.parameters.raw(tag), before) << tag;
     }
+}
+
+TEST(Editor, TheMarksOfTheKeysMoveWithTheInputOctave)
+{
+    EditorRig rig;
+    const auto leftOfDot = [&](int keyMode) {
+        const auto* marks =
+            dynamic_cast<KWPolyObjectView*>(rig.editor.getControl(keyMode ? 577 : 489));
+        const int frame = 8 * marks->getHeight(); // after the eight actions
+        for (const auto& mark : marks->objectSet->objects)
+            if (mark.frameY == frame)
+                return int(mark.left);
+        return -1;
+    };
+    const int zero = leftOfDot(0), zeroOfFour = leftOfDot(1);
+    rig.engine.setParameter(Tag::InputOctave, 1.0f);
+    rig.idle();
+    EXPECT_EQ(leftOfDot(0), zero - 2 * 7 * 12);
+    EXPECT_EQ(leftOfDot(1), zeroOfFour - 2 * 7 * 12);
+    rig.engine.setParameter(Tag::InputOctave, 0.5f);
+    rig.idle();
+    EXPECT_EQ(leftOfDot(0), zero);
 }
 
 TEST(Editor, PatternsAreLockedByAClick)
