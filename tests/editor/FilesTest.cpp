@@ -89,6 +89,20 @@ TEST_F(Files, APresetIsSavedUnderANameAndComesBackFromTheMenu)
     }
 }
 
+TEST_F(Files, AProgramThatTheHostChoosesOrNamesShowsItsName)
+{
+    rig.idle();
+    const std::string before = menuOf(466).selectedText;
+    rig.engine.setProgram(2);
+    rig.idle();
+    EXPECT_EQ(menuOf(466).selectedText, rig.engine.presets.name(PresetKind::Global));
+    EXPECT_NE(menuOf(466).selectedText, before);
+    char evening[] = "Evening";
+    rig.engine.setProgramName(evening);
+    rig.idle();
+    EXPECT_EQ(menuOf(466).selectedText, "Evening");
+}
+
 TEST_F(Files, AFileThatCannotBeLoadedGivesNoName)
 {
     const fs::path folder = rig.engine.settings.presetSavePath(PresetKind::Global);

@@ -162,16 +162,36 @@ TEST(Chain, SlowdownSpacesStepsEverWider)
 TEST(Transport, SmallJumpsAreCaughtUpAndLargeOnesTakenOver)
 {
     Player player;
-    player.start(0);
+    player.writePlainNotes();
+    player.start(0.2);
     player.play(512);
-    player.start(player.position() + 0.4);
-    player.play(1); // not taken over at once
-    EXPECT_LT(player.engine().info.songPositionPrecise, player.position() - 0.3 + 0.4);
-    player.play(511);
+    player.forget();
+    const double before = player.position();
+    player.start(before + 0.4); // two steps on
+    player.play(512);
     EXPECT_NEAR(player.engine().info.songPositionPrecise, player.position(), 1e-3);
+    const std::vector<MidiOut> passed = player.noteOns();
+    ASSERT_EQ(passed.size(), 2u) << "both steps are played on the way";
+    EXPECT_GT(passed[1].frame, passed[0].frame);
     player.start(100);
     player.play(1);
     EXPECT_NEAR(player.engine().info.songPositionPrecise, 100.0, 0.01);
+}
+
+// Its block does not end where the loop does, and it tells of the return a block too late.
+TEST(Transport, ALoopsEndThatTheHostPassesIsNoJump)
+{
+    Player player;
+    player.writePlainNotes();
+    player.cycle(0, 2);
+    constexpr double kBlock = 512 * 2 / 44100.0; // beats
+    double place = 0;
+    for (double played = 0; played < 8.1; played += kBlock) {
+        player.start(place);
+        player.play(512);
+        place += kBlock - (place >= 2 ? 2 : 0);
+    }
+    EXPECT_EQ(player.noteOns().size(), 33u);
 }
 
 TEST(Transport, ACycleLosesAndDoublesNoStep)

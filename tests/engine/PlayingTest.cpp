@@ -475,6 +475,23 @@ TEST(Keys, AKeyPressedAndReleasedBeforeItsTickSoundsNothing)
     EXPECT_THAT(player.noteOns(), IsEmpty());
 }
 
+TEST(Keys, AReleaseOfAKeyThatIsNotHeldCallsOffItsNextPress)
+{
+    Player player;
+    player.writePlainNotes();
+    player.engine().setParameter(Tag::TriggerMode, 0);
+    player.start();
+    player.play(512);
+    player.send(0x80, 72, 0, 0);
+    player.send(0x90, 72, 100, 300);
+    player.play(2048);
+    EXPECT_THAT(player.noteOns(), IsEmpty());
+    player.send(0x80, 72, 0, 0);
+    player.send(0x90, 74, 100, 300);
+    player.play(2048);
+    EXPECT_FALSE(player.noteOns().empty()) << "another key plays";
+}
+
 TEST(Keys, AnyOrderOfKeysComesToRest)
 {
     std::mt19937 random(3);
