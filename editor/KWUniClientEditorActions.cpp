@@ -92,7 +92,7 @@ void KWUniClientEditor::choosePanelScale(int index)
 
 void KWUniClientEditor::ask(const KWFileChooser::Request& request, KWFileChooser::Answer answer)
 {
-    if (chooser.isOpen() || fileSheet->isOpen())
+    if (fileSheet->isOpen())
         return;
     if (!KWFileChooser::isAvailable() || !chooser.open(request, answer))
         fileSheet->ask(request, std::move(answer));

@@ -51,8 +51,7 @@ bool KWFileChooser::isAvailable()
 
 bool KWFileChooser::open(const Request& request, Answer answer)
 {
-    if (isOpen())
-        return false;
+    cancel();
     const bool hasKdialog = ChildProcess::isInstalled("kdialog");
     isKdialog = hasKdialog && (isKdeDesktop() || !ChildProcess::isInstalled("zenity"));
     asked = request;

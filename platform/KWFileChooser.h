@@ -24,7 +24,8 @@ public:
     // existing file has been asked about. A folder ends in no slash.
     using Answer = std::function<void(const std::string& path)>;
 
-    // False when a dialog is open already or there is no program for it; the answer does not come.
+    // False when there is no program for it; the answer does not come. A dialog that is still open,
+    // perhaps behind the host's window, gives way to the new one, and its answer does not come.
     bool open(const Request& request, Answer answer);
     bool isOpen() const { return dialog.isRunning(); }
     void poll();

@@ -87,7 +87,8 @@ TEST_F(FileChooserTest, OpenReturnsAtOnceAndTheAnswerComesAtIdle)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(150));
     EXPECT_TRUE(isOpened);
     EXPECT_TRUE(chooser.isOpen());
-    EXPECT_FALSE(chooser.open({}, nullptr)) << "one dialog at a time";
+    ask(Kind::Load); // the first dialog gives way
+    EXPECT_TRUE(isOpened);
     ASSERT_TRUE(waitForAnswer());
     EXPECT_EQ(answer, "/some/where/a file.kwe");
     EXPECT_FALSE(chooser.isOpen());
