@@ -3,6 +3,7 @@
 #include "tests/host/ModuleRig.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -97,6 +98,21 @@ TEST_F(Module, ParametersHaveNamesTextsAndProperties)
     EXPECT_NE(button.flags & kVstParameterIsSwitch, 0);
     VstParameterProperties none{};
     EXPECT_EQ(host.dispatch(effGetParameterProperties, 46, 0, &none), 0);
+}
+
+TEST_F(Module, TheDoorReadsAnyParameter)
+{
+    const auto read = [&](float tag, float* to) {
+        return host.dispatch(effVendorSpecific, kDoor, 12, to, tag);
+    };
+    set(330, 0.75f);
+    float value = -1;
+    EXPECT_EQ(read(330, &value), 1);
+    EXPECT_EQ(value, 0.75f);
+    for (const float none : {-1.0f, 47.0f, 586.0f, 1e20f, std::nanf("")})
+        EXPECT_EQ(read(none, &value), 0) << none;
+    EXPECT_EQ(read(330, nullptr), 0);
+    EXPECT_EQ(value, 0.75f);
 }
 
 TEST_F(Module, TypedTextSetsAParameter)
