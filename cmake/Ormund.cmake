@@ -135,7 +135,7 @@ function(ormund_test folder)
       add_test(NAME ${folder}.part-${part}-of-${parts} COMMAND test_${name} --gtest_brief=1)
       set_tests_properties(${folder}.part-${part}-of-${parts} PROPERTIES TIMEOUT 300
         ENVIRONMENT "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${shard}")
-      if(folder MATCHES "apps|host|presets") # the longest
+      if(folder MATCHES "host|presets") # long, and no part of them minds what runs beside
         ormund_long_test(${folder}.part-${part}-of-${parts})
       endif()
     endforeach()

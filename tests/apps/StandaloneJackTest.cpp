@@ -88,10 +88,19 @@ TEST_F(OnJack, TakesTheNotesOfAnotherClientToTheSample)
     ASSERT_TRUE(sender.connectTo(kMidiIn));
     const std::vector<JackClient::Message> keys = {
         {48077, {0x90, 53, 100}}, {60161, {0x80, 53, 0}}, {72253, {0x90, 43, 90}}};
-    for (const JackClient::Message& key : keys)
-        sender.send(key);
-    const auto heard = hearSong(*listener, frames);
-    expectSame(heard, moduleNotes(frames, 120, keys));
+    const auto expected = moduleNotes(frames, 120, keys);
+    std::vector<JackClient::Message> heard;
+    // On a busy machine the server may leave a client out of a block.
+    for (int i = 0; i < 3 && heard != expected; ++i) {
+        if (i > 0) {
+            listener->locate(0);
+            usleep(700000); // the last song's notes end
+        }
+        for (const JackClient::Message& key : keys)
+            sender.send(key);
+        heard = hearSong(*listener, frames);
+    }
+    expectSame(heard, expected);
     EXPECT_NE(heard, moduleNotes(frames, 120)) << "the keys change what is played";
 }
 
