@@ -2,6 +2,7 @@
 // that all share, another's tempo, and a server that goes and comes back.
 #include "apps/host/ScriptedHost.h"
 #include "tests/apps/StandaloneRig.h"
+#include "tests/support/Checked.h"
 
 #include <cmath>
 #include <gmock/gmock.h>
@@ -90,8 +91,9 @@ TEST_F(OnJack, TakesTheNotesOfAnotherClientToTheSample)
         {48077, {0x90, 53, 100}}, {60161, {0x80, 53, 0}}, {72253, {0x90, 43, 90}}};
     const auto expected = moduleNotes(frames, 120, keys);
     std::vector<JackClient::Message> heard;
-    // On a busy machine the server may leave a client out of a block.
-    for (int i = 0; i < 3 && heard != expected; ++i) {
+    // Where a checker slows all of them, the server may leave a client out of a block.
+    constexpr int kTries = kChecked ? 3 : 1;
+    for (int i = 0; i < kTries && heard != expected; ++i) {
         if (i > 0) {
             listener->locate(0);
             usleep(700000); // the last song's notes end

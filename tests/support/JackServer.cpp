@@ -45,7 +45,7 @@ bool isAnswered()
     return visitor != nullptr;
 }
 
-// A file that one program at a time may hold.
+// A file that one program at a time holds; waits for it.
 class HeldFile {
 public:
     explicit HeldFile(const std::string& name)
@@ -54,11 +54,11 @@ public:
                         .c_str(),
             O_RDWR | O_CREAT | O_CLOEXEC, 0600))
     {
+        flock(file, LOCK_EX);
     }
     ~HeldFile() { close(file); }
     HeldFile(const HeldFile&) = delete;
     HeldFile& operator=(const HeldFile&) = delete;
-    void wait() { flock(file, LOCK_EX); }
 
 private:
     int file;
@@ -75,8 +75,7 @@ JackServer::JackServer(std::string logFile) : log(std::move(logFile))
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     // Two of the first servers on a machine, started at once, make their common list twice, and the
     // clients of one look into the other's.
-    HeldFile turn("ormund-test-start");
-    turn.wait();
+    const HeldFile turn("ormund-test-start");
     start(name);
     answers = waitUntil(20000, isAnswered);
 }

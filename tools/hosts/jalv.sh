@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 picture=$(realpath -m "${1:-jalv.png}")
 work=$(mktemp -d)
-export HOME=$work XDG_RUNTIME_DIR=$work JACK_DEFAULT_SERVER=ormund-jalv
+export HOME=$work XDG_RUNTIME_DIR=$work JACK_DEFAULT_SERVER=ormund-$$
 mkdir "$work/lv2"
 cp -rp build/bin/ormund.lv2 "$work/lv2/"
 export LV2_PATH=/usr/lib/lv2:$work/lv2
