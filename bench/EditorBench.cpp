@@ -1,7 +1,7 @@
 // The open window on a rolling transport: ten minutes of the host's idle calls at 30 Hz.
 
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "tests/support/Player.h"
 #include "view/offscreen/OffscreenWindow.h"

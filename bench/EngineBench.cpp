@@ -1,6 +1,6 @@
 // The tick and what changes a value, in nanoseconds per sample frame or per call.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <benchmark/benchmark.h>

@@ -47,7 +47,7 @@ endif()
 # what sees the macros of Xlib.
 set(ORMUND_ALONE synth/AudioLoopsBaseline.cpp engine/KWNotes.cpp controls/KWDisplay.cpp
   controls/KWLocalLink.cpp controls/KWListLineViewMenu.cpp controls/KWOptionMenuList.cpp controls/KWTableViewMouse.cpp
-  skin/SkinImages.cpp editor/StillControls.cpp editor/ControlCatalogue.cpp
+  skin/SkinImages.cpp editor/StillControls.cpp panel/ControlCatalogue.cpp
   apps/ormund/JackDriver.cpp tests/data/PatternStoreTest.cpp tests/presets/SceneTest.cpp
   tests/standalone/TimeTest.cpp tests/formats/Vst3Host.cpp tests/formats/EditorTest.cpp
   tests/view/XServer.cpp tests/view/DropTarget.cpp tests/apps/StandaloneTest.cpp
@@ -85,10 +85,11 @@ function(ormund_together)
   endif()
 endfunction()
 
-# ormund_library(name [deps...]): all .cpp files of the current folder as library `ormund_name`.
+# ormund_library(name [deps...]): all .cpp files of the current folder and of its rooms as library
+# `ormund_name`.
 # A folder with headers alone becomes an interface library.
 function(ormund_library name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(sources)
     ormund_apart(${sources})
     add_library(ormund_${name} STATIC ${sources})

@@ -1,7 +1,7 @@
 #include "controls/KWBtnLineView.h"
 
 #include "controls/KWFrame.h"
-#include "data/KWBtnLine.h"
+#include "data/tracks/KWBtnLine.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

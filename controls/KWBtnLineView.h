@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/KWLineView.h"
-#include "data/KWBtnLine.h"
+#include "data/tracks/KWBtnLine.h"
 
 class KWBtnLineView : public KWLineView {
 public:

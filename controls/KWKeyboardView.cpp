@@ -1,6 +1,6 @@
 #include "controls/KWKeyboardView.h"
 
-#include "data/KWKeyState.h"
+#include "data/music/KWKeyState.h"
 #include "platform/Messages.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"

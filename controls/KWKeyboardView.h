@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/KWControl.h"
-#include "data/KWKeyState.h"
+#include "data/music/KWKeyState.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "controls/KWKnob.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

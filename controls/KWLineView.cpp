@@ -1,7 +1,7 @@
 #include "controls/KWLineView.h"
 
 #include "controls/KWFrame.h"
-#include "data/StepLine.h"
+#include "data/tracks/StepLine.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

@@ -2,7 +2,7 @@
 
 #include "controls/KWFrame.h"
 #include "controls/KWListLineViewMenu.h"
-#include "data/KWListLine.h"
+#include "data/tracks/KWListLine.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

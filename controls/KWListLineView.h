@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/KWLineView.h"
-#include "data/KWListLine.h"
+#include "data/tracks/KWListLine.h"
 
 class KWListLineViewMenu;
 

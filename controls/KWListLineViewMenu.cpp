@@ -2,7 +2,7 @@
 
 #include "controls/KWFrame.h"
 #include "controls/KWListLineView.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

@@ -1,6 +1,6 @@
 #include "controls/KWLocalLink.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "platform/OpenLink.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"

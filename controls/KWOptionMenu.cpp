@@ -4,7 +4,7 @@
 
 #include "controls/KWFrame.h"
 #include "controls/KWMenuHelper.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "platform/Messages.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "controls/KWOptionMenu.h"
 
 #include "controls/KWMenuHelper.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 #include "view/FittedText.h"

@@ -3,7 +3,7 @@
 #include "controls/KWOptionMenu.h"
 
 #include "controls/KWFrame.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/Typeface.h"
 

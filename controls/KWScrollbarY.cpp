@@ -1,6 +1,6 @@
 #include "controls/KWScrollbarY.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CDrawContext.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "controls/KWTableView.h"
 
 #include "controls/KWFrame.h"
-#include "data/KWInitInterface.h"
+#include "data/tracks/KWInitInterface.h"
 #include "platform/Messages.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/KWControl.h"
-#include "data/KWTable.h"
+#include "data/tracks/KWTable.h"
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 #include "controls/KWZoneView.h"
 
 #include "controls/KWFrame.h"
-#include "controls/Look.h"
-#include "data/KWZoneHandlerContainer.h"
+#include "panel/Look.h"
+#include "data/tracks/KWZoneHandlerContainer.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

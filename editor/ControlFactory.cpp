@@ -13,7 +13,7 @@
 #include "controls/KWMouseArea.h"
 #include "controls/KWTableView.h"
 #include "controls/KWZoneView.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
 #include "editor/EngineLink.h"
@@ -27,8 +27,8 @@
 #include "platform/KWFileio.h"
 #include "platform/Messages.h"
 #include "platform/OpenLink.h"
-#include "skin/ChoiceGrids.h"
-#include "skin/KnobShapes.h"
+#include "panel/ChoiceGrids.h"
+#include "panel/KnobShapes.h"
 #include "view/CBitmap.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controls/KWPolyObjectView.h"
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #include "editor/EditCells.h"
 
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "editor/EditRecorder.h"
 
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "editor/EditScope.h"
 
-#include "data/ChoiceArrows.h"
-#include "data/EditButtons.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/ChoiceArrows.h"
+#include "data/tracks/EditButtons.h"
+#include "panel/ControlCatalogue.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/StateParts.h"
+#include "data/state/StateParts.h"
 
 class KWOptionMenu;
 

@@ -1,7 +1,7 @@
 #include "editor/EngineLink.h"
 
-#include "data/PanelScaleKey.h"
-#include "engine/KWUniClient.h"
+#include "data/library/PanelScaleKey.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/KWFileio.h"
 #include "platform/UserPlaces.h"
 

@@ -2,7 +2,7 @@
 
 #include "base/Crossing.h"
 #include "controls/KWMouseArea.h"
-#include "data/Presets.h"
+#include "data/library/Presets.h"
 
 #include <optional>
 #include <string>

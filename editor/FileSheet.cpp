@@ -1,7 +1,7 @@
 #include "editor/FileSheet.h"
 
 #include "controls/KWFrame.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "platform/UserPlaces.h"
 #include "view/CDrawContext.h"
 

@@ -1,6 +1,6 @@
 #include "editor/HintTexts.h"
 
-#include "data/ChoiceLists.h"
+#include "data/parameters/ChoiceLists.h"
 
 #include <algorithm>
 #include <cmath>

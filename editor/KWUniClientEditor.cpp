@@ -2,7 +2,7 @@
 
 #include "controls/KWFrame.h"
 #include "editor/BitmapTable.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/Messages.h"
 #include "view/CFontDesc.h"
 

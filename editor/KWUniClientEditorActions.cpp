@@ -8,7 +8,7 @@
 #include "editor/FileSheet.h"
 #include "editor/MidiExport.h"
 #include "editor/PanelScale.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/KWFileio.h"
 #include "platform/Messages.h"
 

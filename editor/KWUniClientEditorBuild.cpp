@@ -4,14 +4,14 @@
 
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "editor/BitmapTable.h"
 #include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
 #include "editor/MidiDragPad.h"
 #include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/Messages.h"
 #include "view/CBitmap.h"
 

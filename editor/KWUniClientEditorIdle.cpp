@@ -5,12 +5,12 @@
 #include "controls/KWDisplay.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "editor/MessageBox.h"
 #include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
 #include "editor/ValueRows.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/Messages.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "editor/LearnMenu.h"
 
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "editor/BitmapTable.h"
 #include "editor/ControlFactory.h"
 #include "editor/EngineLink.h"

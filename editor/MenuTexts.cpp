@@ -1,6 +1,6 @@
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 
-#include "data/Parameters.h"
+#include "data/parameters/Parameters.h"
 #include "editor/PanelScale.h"
 
 // The words of the menus. Those of a parameter's choices stand with the parameter.

@@ -2,7 +2,7 @@
 
 #include "controls/KWButton.h"
 #include "controls/KWFrame.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CDrawContext.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "editor/MidiExport.h"
 
-#include "data/MidiFile.h"
-#include "engine/KWUniClient.h"
-#include "engine/WrapperPort.h"
+#include "data/music/MidiFile.h"
+#include "host/plugin/KWUniClient.h"
+#include "host/plugin/WrapperPort.h"
 
 #include <algorithm>
 #include <array>

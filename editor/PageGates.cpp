@@ -1,6 +1,6 @@
 #include "editor/PageGates.h"
 
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 
 bool PageGates::show(const Pages& wanted)
 {

@@ -1,6 +1,6 @@
 #include "editor/PanelScale.h"
 
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 #include "view/FrameWindow.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "editor/PatternCells.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 

@@ -1,6 +1,6 @@
 #include "editor/ScreenState.h"
 
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 
 ScreenLane laneOf(const ControlRow& row)
 {

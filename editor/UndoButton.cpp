@@ -1,6 +1,6 @@
 #include "editor/UndoButton.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "view/CDrawContext.h"
 
 #include <cairo.h>

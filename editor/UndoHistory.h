@@ -1,7 +1,7 @@
 #pragma once
 
-#include "data/MidiMap.h"
-#include "data/Presets.h"
+#include "data/state/MidiMap.h"
+#include "data/library/Presets.h"
 #include "editor/EditCells.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "controls/KWMouseArea.h"
-#include "data/StateParts.h"
-#include "editor/ControlCatalogue.h"
+#include "data/state/StateParts.h"
+#include "panel/ControlCatalogue.h"
 
 class CControl;
 class EditorActions;

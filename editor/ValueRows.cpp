@@ -1,7 +1,7 @@
 #include "editor/ValueRows.h"
 
-#include "data/ScaleTable.h"
-#include "engine/KWUniClient.h"
+#include "data/music/ScaleTable.h"
+#include "host/plugin/KWUniClient.h"
 
 #include <cmath>
 

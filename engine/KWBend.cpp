@@ -1,7 +1,7 @@
 #include "engine/KWBend.h"
 
-#include "data/BendShapes.h"
-#include "data/Tracks.h"
+#include "data/music/BendShapes.h"
+#include "data/tracks/Tracks.h"
 #include "engine/EventQueues.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "engine/KWClock.h"
 
-#include "data/ParameterSink.h"
-#include "data/Tags.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/parameters/Tags.h"
 
 #include <limits>
 

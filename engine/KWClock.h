@@ -4,7 +4,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 #include "engine/KWKeys.h"
 #include "engine/StepChain.h"
 

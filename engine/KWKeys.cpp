@@ -1,8 +1,8 @@
 #include "engine/KWKeys.h"
 
-#include "data/KWTableXY.h"
-#include "data/ParameterSink.h"
-#include "data/Tags.h"
+#include "data/tracks/KWTableXY.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/parameters/Tags.h"
 
 #include <algorithm>
 

@@ -5,8 +5,8 @@
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
 #include "base/ParkMiller.h"
-#include "data/KWKeyState.h"
-#include "data/KWSystemInfo.h"
+#include "data/music/KWKeyState.h"
+#include "data/music/KWSystemInfo.h"
 #include "engine/EventQueues.h"
 
 #include <algorithm>

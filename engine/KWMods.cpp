@@ -1,8 +1,8 @@
 #include "engine/KWMods.h"
 
-#include "data/ParameterSink.h"
-#include "data/Tags.h"
-#include "data/Tracks.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/parameters/Tags.h"
+#include "data/tracks/Tracks.h"
 #include "engine/EventQueues.h"
 
 const std::array<int, KWMods::kTracks> KWMods::kSynthTargets = {

@@ -1,7 +1,7 @@
 // The notes to come: ons and offs in time order, each counted from the one before it.
 #pragma once
 
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 
 #include <algorithm>
 #include <array>

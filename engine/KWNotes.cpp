@@ -1,10 +1,10 @@
 #include "engine/KWNotes.h"
 
-#include "data/ArpeggioTable.h"
-#include "data/ChoiceLists.h"
-#include "data/ChordTable.h"
-#include "data/ScaleTable.h"
-#include "data/Tracks.h"
+#include "data/music/ArpeggioTable.h"
+#include "data/parameters/ChoiceLists.h"
+#include "data/music/ChordTable.h"
+#include "data/music/ScaleTable.h"
+#include "data/tracks/Tracks.h"
 #include "engine/KWNoteSchedule.h"
 
 #include <algorithm>

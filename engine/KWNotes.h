@@ -4,7 +4,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
-#include "data/ChordTable.h"
+#include "data/music/ChordTable.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"

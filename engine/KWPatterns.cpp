@@ -1,7 +1,7 @@
 #include "engine/KWPatterns.h"
 
-#include "data/ParameterSink.h"
-#include "data/PatternStore.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/tracks/PatternStore.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
-#include "data/Tracks.h"
+#include "data/tracks/Tracks.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 

@@ -1,6 +1,6 @@
 #include "engine/KWPerformance.h"
 
-#include "data/Tracks.h"
+#include "data/tracks/Tracks.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/LastSeen.h"
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 #include "host/effect/EffectTypes.h"
 
 // Audio thread. Inside tolerance the position is not set but steered, so that it meets the host's

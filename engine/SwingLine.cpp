@@ -1,6 +1,6 @@
 #include "engine/SwingLine.h"
 
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 
 namespace {
 constexpr float kEntriesAt44100 = 4096.0f;

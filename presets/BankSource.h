@@ -23,7 +23,7 @@
 // Rows that are shorter than 32 steps repeat.
 #pragma once
 
-#include "data/DetachedSong.h"
+#include "data/state/DetachedSong.h"
 
 #include <string>
 

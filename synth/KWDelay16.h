@@ -3,7 +3,7 @@
 
 #include "base/Crossing.h"
 #include "base/ZeroedArray.h"
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 #include "synth/AudioLoops.h"
 
 // process() and updateBlock() belong to the audio thread, setParameter() and setMix() to any.

@@ -1,6 +1,6 @@
 #include "synth/KWPulseOsc.h"
 
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 
 #include <algorithm>
 

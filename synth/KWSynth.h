@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/Crossing.h"
-#include "data/KWSystemInfo.h"
+#include "data/music/KWSystemInfo.h"
 #include "synth/AudioLoops.h"
 #include "synth/Envelope.h"
 #include "synth/KWDelay16.h"

@@ -1,7 +1,7 @@
 #include "apps/controls-gallery/Gallery.h"
 
 #include "controls/KWDisplay.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 
 #include <cstdio>
 

@@ -9,7 +9,7 @@
 #include "controls/KWOptionMenu.h"
 #include "controls/KWScrollbarY.h"
 #include "controls/KWViewContainer.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 
 #include <cstdio>
 

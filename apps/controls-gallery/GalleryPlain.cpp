@@ -11,7 +11,7 @@
 #include "controls/KWOptionMenu.h"
 #include "controls/KWTableView.h"
 #include "controls/KWZoneView.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 
 #include <cmath>
 

@@ -5,7 +5,7 @@
 #include "controls/KWListLineViewMenu.h"
 #include "controls/KWTableView.h"
 #include "controls/KWZoneView.h"
-#include "controls/Look.h"
+#include "panel/Look.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #include "apps/ormund-manual/ManualPage.h"
 
 #include "apps/ormund-manual/ManualTables.h"
-#include "data/Parameters.h"
+#include "data/parameters/Parameters.h"
 #include "host/formats/Base64.h"
 #include "platform/KWFileio.h"
 

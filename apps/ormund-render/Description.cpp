@@ -1,6 +1,6 @@
 #include "apps/ormund-render/Description.h"
 
-#include "data/StateDescription.h"
+#include "data/state/StateDescription.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #include "apps/ormund-render/NoteList.h"
 
-#include "data/ControllerNames.h"
+#include "data/parameters/ControllerNames.h"
 
 #include <array>
 #include <map>

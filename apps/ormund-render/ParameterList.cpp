@@ -1,6 +1,6 @@
 #include "apps/ormund-render/ParameterList.h"
 
-#include "data/Parameters.h"
+#include "data/parameters/Parameters.h"
 
 #include <cstdio>
 #include <string>

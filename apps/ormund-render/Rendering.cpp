@@ -1,6 +1,6 @@
 #include "apps/ormund-render/Rendering.h"
 
-#include "apps/host/ScriptDoor.h"
+#include "apps/host/ScriptInterface.h"
 #include "apps/ormund-render/ProgressBar.h"
 #include "apps/ormund-render/SoundWriter.h"
 

@@ -3,7 +3,7 @@
 
 #include "apps/host/ScriptedHost.h"
 #include "apps/ormund-render/RenderOptions.h"
-#include "data/MidiFile.h"
+#include "data/music/MidiFile.h"
 
 #include <string>
 #include <vector>

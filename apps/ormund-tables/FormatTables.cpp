@@ -1,8 +1,8 @@
 #include "apps/ormund-tables/FormatTables.h"
 
-#include "data/Settings.h"
-#include "data/StateDescription.h"
-#include "data/StateWriter.h"
+#include "data/library/Settings.h"
+#include "data/state/StateDescription.h"
+#include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 

@@ -1,7 +1,7 @@
 #include "apps/ormund-tables/ReferenceTables.h"
 
-#include "data/Parameters.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Parameters.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/StillControls.h"
 
 #include <algorithm>

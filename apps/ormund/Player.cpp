@@ -1,9 +1,9 @@
 #include "apps/ormund/Player.h"
 
-#include "apps/host/ScriptDoor.h"
+#include "apps/host/ScriptInterface.h"
 #include "apps/ormund/ClockedBlocks.h"
 #include "apps/ormund/SilentDriver.h"
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 
 #include <chrono>
 #include <thread>

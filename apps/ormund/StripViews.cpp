@@ -1,6 +1,6 @@
 #include "apps/ormund/StripViews.h"
 
-#include "controls/Look.h"
+#include "panel/Look.h"
 #include "skin/draw/Paint.h"
 #include "view/CDrawContext.h"
 

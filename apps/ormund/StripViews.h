@@ -4,7 +4,7 @@
 #include "controls/KWButton.h"
 #include "controls/KWControl.h"
 #include "skin/draw/Icons.h"
-#include "skin/Palette.h"
+#include "panel/Palette.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #include "apps/ormund/TransportStrip.h"
 
-#include "controls/Look.h"
-#include "data/Settings.h"
+#include "panel/Look.h"
+#include "data/library/Settings.h"
 #include "platform/KWFileio.h"
 #include "skin/SkinProvider.h"
 #include "view/CDrawContext.h"

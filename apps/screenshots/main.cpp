@@ -6,7 +6,7 @@
 // SCALE is in percent, 100 or 200; the pictures are FOLDER/panel-NAME@1x.png or @2x.
 
 #include "apps/host/ScriptedHost.h"
-#include "data/PanelScaleKey.h"
+#include "data/library/PanelScaleKey.h"
 #include "platform/KeyValueStore.h"
 #include "platform/UserPlaces.h"
 

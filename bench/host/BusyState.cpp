@@ -1,6 +1,6 @@
 #include "bench/host/Instrument.h"
-#include "data/Tags.h"
-#include "engine/KWUniClient.h"
+#include "data/parameters/Tags.h"
+#include "host/plugin/KWUniClient.h"
 #include "tests/support/BusySong.h"
 
 std::string busyState(bool withSynth)

@@ -1,7 +1,7 @@
 // Plays one scene with the loops that every processor has, so that its instructions can be counted:
 // `valgrind --tool=callgrind --toggle-collect='KWUniClient::processReplacing*' ormund-scene SCENE`.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/BusySong.h"
 #include "tests/support/Player.h"
 

@@ -1,8 +1,8 @@
 // The host's side of the effect interface, for formats that are not this interface.
 #pragma once
 
-#include "engine/KWUniClient.h"
-#include "engine/WrapperPort.h"
+#include "host/plugin/KWUniClient.h"
+#include "host/plugin/WrapperPort.h"
 #include "host/formats/LateWork.h"
 #include "host/formats/SongPlace.h"
 

@@ -1,5 +1,5 @@
 // The one name that the module exports.
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "host/vst2/EditorFactory.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 // Knobs: an arc over 270 degrees for the value round a dark cap with a pointer.
 #include "skin/draw/Parts.h"
-#include "skin/KnobShapes.h"
+#include "panel/KnobShapes.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // What a step of the performance lines does, as a picture in a cell of 18 by 16: 17 pixels wide,
 // the last column being the grid's line.
-#include "data/ArpeggioTable.h"
-#include "data/BendShapes.h"
+#include "data/music/ArpeggioTable.h"
+#include "data/music/BendShapes.h"
 #include "skin/draw/Parts.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Menus and choice grids: a sheet above the panel.
-#include "skin/ChoiceGrids.h"
+#include "panel/ChoiceGrids.h"
 #include "skin/draw/Parts.h"
 
 #include <string>

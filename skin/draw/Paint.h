@@ -2,7 +2,7 @@
 // put on whole device pixels at every scale; arcs and text are not.
 #pragma once
 
-#include "skin/Palette.h"
+#include "panel/Palette.h"
 
 #include <cairo.h>
 #include <functional>

@@ -1,6 +1,6 @@
 // Sliders and stepped fields: each frame shows one value in words or by its place.
 #include "skin/draw/Parts.h"
-#include "skin/KnobShapes.h"
+#include "panel/KnobShapes.h"
 
 #include <string>
 

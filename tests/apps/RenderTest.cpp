@@ -1,5 +1,5 @@
 // The renderer as a user runs it: arguments in, files and exit code out.
-#include "data/MidiFile.h"
+#include "data/music/MidiFile.h"
 #include "tests/support/Command.h"
 #include "tests/support/MidiExamples.h"
 #include "tests/support/OwnHome.h"

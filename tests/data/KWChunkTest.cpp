@@ -1,6 +1,6 @@
-#include "data/KWChunk.h"
-#include "data/ChunkFormat.h"
-#include "data/PackedChunk.h"
+#include "data/state/KWChunk.h"
+#include "data/state/ChunkFormat.h"
+#include "data/state/PackedChunk.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "data/KWBtnLine.h"
-#include "data/KWListLine.h"
-#include "data/KWSystemInfo.h"
-#include "data/KWZoneHandlerContainer.h"
-#include "data/RandomSource.h"
+#include "data/tracks/KWBtnLine.h"
+#include "data/tracks/KWListLine.h"
+#include "data/music/KWSystemInfo.h"
+#include "data/tracks/KWZoneHandlerContainer.h"
+#include "data/tracks/RandomSource.h"
 
 #include <gmock/gmock.h>
 

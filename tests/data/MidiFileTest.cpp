@@ -1,4 +1,4 @@
-#include "data/MidiFile.h"
+#include "data/music/MidiFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "data/MidiMapFile.h"
-#include "data/ChunkFormat.h"
+#include "data/state/MidiMapFile.h"
+#include "data/state/ChunkFormat.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -1,5 +1,5 @@
-#include "data/MidiMap.h"
-#include "data/ParameterSink.h"
+#include "data/state/MidiMap.h"
+#include "data/parameters/ParameterSink.h"
 
 #include <gmock/gmock.h>
 

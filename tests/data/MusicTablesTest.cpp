@@ -1,7 +1,7 @@
-#include "data/ArpeggioTable.h"
-#include "data/BendShapes.h"
-#include "data/ChordTable.h"
-#include "data/ScaleTable.h"
+#include "data/music/ArpeggioTable.h"
+#include "data/music/BendShapes.h"
+#include "data/music/ChordTable.h"
+#include "data/music/ScaleTable.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
-#include "data/Parameters.h"
-#include "data/ChoiceLists.h"
-#include "data/ControllerNames.h"
-#include "data/EditButtons.h"
-#include "data/ScaleTable.h"
+#include "data/parameters/Parameters.h"
+#include "data/parameters/ChoiceLists.h"
+#include "data/parameters/ControllerNames.h"
+#include "data/tracks/EditButtons.h"
+#include "data/music/ScaleTable.h"
 
 #include <gmock/gmock.h>
 

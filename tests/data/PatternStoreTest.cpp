@@ -1,9 +1,9 @@
-#include "data/PatternStore.h"
-#include "data/ChoiceLists.h"
-#include "data/FactoryContent.h"
-#include "data/KWSystemInfo.h"
-#include "data/ParameterSink.h"
-#include "data/Tracks.h"
+#include "data/tracks/PatternStore.h"
+#include "data/parameters/ChoiceLists.h"
+#include "data/tracks/FactoryContent.h"
+#include "data/music/KWSystemInfo.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/tracks/Tracks.h"
 
 #include <gmock/gmock.h>
 

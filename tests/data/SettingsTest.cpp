@@ -1,5 +1,5 @@
-#include "data/Settings.h"
-#include "data/PresetTree.h"
+#include "data/library/Settings.h"
+#include "data/library/PresetTree.h"
 #include "platform/KWFileio.h"
 #include "tests/platform/TestFolder.h"
 

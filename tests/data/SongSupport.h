@@ -1,10 +1,10 @@
 // What the tests of saving and loading share.
 #pragma once
 
-#include "data/DetachedSong.h"
-#include "data/KWChunk.h"
-#include "data/StateReader.h"
-#include "data/StateWriter.h"
+#include "data/state/DetachedSong.h"
+#include "data/state/KWChunk.h"
+#include "data/state/StateReader.h"
+#include "data/state/StateWriter.h"
 
 #include <random>
 #include <vector>

@@ -1,5 +1,5 @@
-#include "data/StateDescription.h"
-#include "data/ChunkFormat.h"
+#include "data/state/StateDescription.h"
+#include "data/state/ChunkFormat.h"
 #include "tests/data/SongSupport.h"
 #include "tests/support/Checked.h"
 

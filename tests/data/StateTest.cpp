@@ -1,4 +1,4 @@
-#include "data/ChunkFormat.h"
+#include "data/state/ChunkFormat.h"
 #include "tests/data/SongSupport.h"
 #include "tests/support/Checked.h"
 

@@ -1,6 +1,6 @@
-#include "data/KWSystemInfo.h"
-#include "data/KWTableXY.h"
-#include "data/RandomSource.h"
+#include "data/music/KWSystemInfo.h"
+#include "data/tracks/KWTableXY.h"
+#include "data/tracks/RandomSource.h"
 
 #include <gmock/gmock.h>
 

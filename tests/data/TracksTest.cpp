@@ -1,10 +1,10 @@
-#include "data/Tracks.h"
-#include "data/Clipboard.h"
-#include "data/EditButtons.h"
-#include "data/KWKeyState.h"
-#include "data/KWSystemInfo.h"
-#include "data/Parameters.h"
-#include "data/RandomSource.h"
+#include "data/tracks/Tracks.h"
+#include "data/tracks/Clipboard.h"
+#include "data/tracks/EditButtons.h"
+#include "data/music/KWKeyState.h"
+#include "data/music/KWSystemInfo.h"
+#include "data/parameters/Parameters.h"
+#include "data/tracks/RandomSource.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
-#include "data/Parameters.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Parameters.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/PageGates.h"
 #include "editor/StillControls.h"
 #include "editor/ValueDispatch.h"

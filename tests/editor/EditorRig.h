@@ -1,10 +1,10 @@
 #pragma once
 
 #include "controls/KWFrame.h"
-#include "data/EditButtons.h"
-#include "editor/ControlCatalogue.h"
+#include "data/tracks/EditButtons.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "view/offscreen/FrameUser.h"
 #include "view/offscreen/OffscreenWindow.h"
 

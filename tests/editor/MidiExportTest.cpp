@@ -1,5 +1,5 @@
 #include "editor/MidiExport.h"
-#include "data/MidiFile.h"
+#include "data/music/MidiFile.h"
 #include "tests/editor/EditorRig.h"
 
 #include <gmock/gmock.h>

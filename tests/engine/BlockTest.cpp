@@ -1,5 +1,5 @@
-#include "data/Tags.h"
-#include "engine/WrapperPort.h"
+#include "data/parameters/Tags.h"
+#include "host/plugin/WrapperPort.h"
 #include "tests/support/Player.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gmock/gmock.h>

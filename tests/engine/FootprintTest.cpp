@@ -1,6 +1,6 @@
 // What a further instance takes of memory once it has played.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/BusySong.h"
 #include "tests/support/Player.h"
 

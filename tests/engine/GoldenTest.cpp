@@ -1,6 +1,6 @@
 // What a new instance plays, event by event, against a trace that one can read.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Whatever is done to a running instance, every note ends.
 
-#include "data/FactoryContent.h"
-#include "data/Tags.h"
+#include "data/tracks/FactoryContent.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 

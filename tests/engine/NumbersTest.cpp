@@ -1,8 +1,8 @@
 // Whatever numbers come in, by whichever door, the sound stays finite and bounded, and it never
 // reckons with denormals, which cost a hundred times as much.
 
-#include "data/ChunkFormat.h"
-#include "data/Tags.h"
+#include "data/state/ChunkFormat.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Modulation tracks, patterns and keys.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
 // Ticks in which nothing has moved leave most stages out. That must never show.
 
 #include "base/ParkMiller.h"
-#include "data/EditButtons.h"
-#include "data/Tags.h"
+#include "data/tracks/EditButtons.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "data/ChunkFormat.h"
+#include "data/state/ChunkFormat.h"
 #include "platform/KWFileio.h"
 #include "platform/Messages.h"
 #include "tests/platform/TestFolder.h"

@@ -1,7 +1,7 @@
 // The audio thread beside everybody else. The thread sanitizer is the judge; without it the test
 // still sees a crash, a hang or a sample that is no number.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 #include "tests/formats/FormatHost.h"
 #include "tests/formats/Formats.h"
 
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 #include "host/formats/Base64.h"
 #include "tests/support/Checked.h"
 #include "tests/view/XServer.h"

@@ -1,6 +1,6 @@
 #include "tests/formats/Formats.h"
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "platform/KWFileio.h"
 #include "tests/support/Player.h"
 

@@ -2,7 +2,7 @@
 #include "tests/formats/Formats.h"
 
 #include "apps/host/ScriptedHost.h"
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "host/formats/Base64.h"
 #include "host/formats/SongPlace.h"
 

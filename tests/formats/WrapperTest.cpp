@@ -1,7 +1,7 @@
 // What the wrapper answers as the engine's host, each call by itself.
 #include "host/formats/KWFormatWrapper.h"
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "host/formats/LateWork.h"
 #include "tests/formats/Formats.h"
 

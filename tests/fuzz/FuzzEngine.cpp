@@ -1,6 +1,6 @@
 // A host that has lost its mind: MIDI bytes, parameters of any value, opcodes, states and blocks of
 // any size, all through the C interface. Sound stays finite and bounded.
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "platform/Messages.h"
 
 #include <cmath>

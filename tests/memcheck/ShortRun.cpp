@@ -2,10 +2,10 @@
 // editor in memory.
 #include "apps/host/ScriptedHost.h"
 #include "controls/KWFrame.h"
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "tests/support/OwnHome.h"
 #include "view/offscreen/FrameUser.h"
 #include "view/offscreen/OffscreenWindow.h"

@@ -1,4 +1,4 @@
-#include "data/Settings.h"
+#include "data/library/Settings.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 #include "tests/platform/TestFolder.h"

@@ -4,7 +4,7 @@
 // leave them as they are, at every sample rate, on every processor and with every compiler.
 
 #include "base/ParkMiller.h"
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 

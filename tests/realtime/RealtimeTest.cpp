@@ -4,7 +4,7 @@
 // kernel is watched by itself: a child process forbids itself every system call but exit and then
 // plays, so that the first call kills it.
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 

@@ -1,7 +1,7 @@
 // The strips against the controls that show them.
-#include "editor/ControlCatalogue.h"
+#include "panel/ControlCatalogue.h"
 #include "skin/draw/Strip.h"
-#include "skin/Palette.h"
+#include "panel/Palette.h"
 
 #include <gtest/gtest.h>
 

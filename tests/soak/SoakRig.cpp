@@ -1,9 +1,9 @@
 #include "tests/soak/SoakRig.h"
 
 #include "controls/KWFrame.h"
-#include "data/ChoiceLists.h"
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/ChoiceLists.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 #include "view/offscreen/OffscreenWindow.h"
 
 #include <algorithm>

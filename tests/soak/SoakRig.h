@@ -4,7 +4,7 @@
 
 #include "apps/host/ScriptedHost.h"
 #include "editor/KWUniClientEditor.h"
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 #include "view/offscreen/FrameUser.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #include "tests/soak/SoakVandal.h"
 
-#include "data/FactoryContent.h"
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/tracks/FactoryContent.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 
 #include <algorithm>
 

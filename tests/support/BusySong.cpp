@@ -1,7 +1,7 @@
 #include "tests/support/BusySong.h"
 
-#include "data/Tags.h"
-#include "engine/KWUniClient.h"
+#include "data/parameters/Tags.h"
+#include "host/plugin/KWUniClient.h"
 
 void writeBusySong(KWUniClient& client)
 {

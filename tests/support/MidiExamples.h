@@ -1,7 +1,7 @@
 // The MIDI files in tests/data, made here.
 #pragma once
 
-#include "data/MidiFile.h"
+#include "data/music/MidiFile.h"
 
 #include <string>
 #include <vector>

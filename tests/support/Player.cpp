@@ -1,6 +1,6 @@
 #include "tests/support/Player.h"
 
-#include "data/Tags.h"
+#include "data/parameters/Tags.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // Plays the engine under a scripted transport and keeps what comes out. For tests.
 #pragma once
 
-#include "engine/KWUniClient.h"
+#include "host/plugin/KWUniClient.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #include "tests/support/ReadableText.h"
 
-#include "skin/Palette.h"
+#include "panel/Palette.h"
 #include "view/TextUse.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // moves the host's parameters. The thread sanitizer is the judge.
 
 #include "controls/KWFrame.h"
-#include "data/Tags.h"
-#include "editor/ControlCatalogue.h"
+#include "data/parameters/Tags.h"
+#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"

@@ -1,7 +1,0 @@
-// What the values of an instance need of the table of parameters.
-#pragma once
-
-#include "data/Parameters.h"
-
-// The row of a tag, 0 to 286; -1 for a hole and for any other number.
-int parameterPlace(int tag);

@@ -1,0 +1,333 @@
+#include "data/library/Presets.h"
+
+#include "data/state/ChunkFile.h"
+#include "data/state/MidiMapFile.h"
+#include "data/state/StateWriter.h"
+#include "platform/KWFileio.h"
+#include "platform/Messages.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+constexpr char kDefaultPreset[] = "default.kwe";
+constexpr char kMidiFolder[] = "Midi Programs";
+constexpr char kMapExtension[] = "kwm";
+constexpr char kNoChoice[] = "EMPTY"; // what a file dialogue answers when nothing was chosen
+constexpr std::array<PresetKind, kPresetKinds> kAllKinds = {PresetKind::Global, PresetKind::Synth};
+
+std::string withExtension(const std::string& path, const std::string& extension)
+{
+    return path.ends_with('.' + extension) ? path : path + '.' + extension;
+}
+
+unsigned randomDraw()
+{
+    static const bool seeded = [] {
+        std::srand(static_cast<unsigned>(std::time(nullptr)));
+        return true;
+    }();
+    return seeded ? static_cast<unsigned>(std::rand()) : 0u;
+}
+
+} // namespace
+
+Presets::Presets(Settings& userSettings, StateParts& stateParts)
+    : settings(userSettings), parts(stateParts), position(stateParts.position)
+{
+}
+
+void Presets::startUp()
+{
+    scan();
+    if (!settings.hasPresetPath(PresetKind::Global))
+        return;
+    // The shipped folder may be read-only, so the user's own counts as well.
+    for (const std::string& folder :
+        {settings.presetPath(PresetKind::Global), settings.presetSavePath(PresetKind::Global)})
+        if (load(PresetKind::Global, KWFileio::join(folder, kDefaultPreset), true)
+            == LoadResult::Done)
+            return;
+}
+
+void Presets::scan()
+{
+    for (const PresetKind kind : kAllKinds)
+        trees[at(kind)].scan({settings.presetPath(kind), settings.presetSavePath(kind)},
+            presetKindRow(kind).extension);
+    const PresetTree& global = trees[at(PresetKind::Global)];
+    const int midi = global.folderNamed(kMidiFolder);
+    std::vector<PresetFile> files;
+    for (int i = 0; i < std::min(global.fileCount(midi), ProgramBank::kPrograms); ++i)
+        files.push_back(*global.fileAt(midi, i));
+    takeMidiProgram();
+    midiPrograms.rebuild(files);
+}
+
+LoadResult Presets::report(LoadResult result, const std::string& path, bool quiet) const
+{
+    const std::string text = loadMessage(result, path);
+    if (!quiet && !text.empty())
+        showMessage("%s", text.c_str());
+    return result;
+}
+
+LoadResult Presets::load(PresetKind kind, const std::string& path, bool quiet)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    KWChunk chunk;
+    LoadResult result = readChunkFile(path, chunk, LoadResult::NewerVersion);
+    if (result == LoadResult::Done) {
+        StateReader::Options options;
+        options.kind = kind;
+        result = StateReader(parts).load(chunk, options);
+    }
+    if (result == LoadResult::Done) {
+        // A global preset names the synth preset that it was made with.
+        rebuildPaths();
+        becomeCurrent(kind, path);
+    }
+    return report(result, path, quiet);
+}
+
+void Presets::becomeCurrent(PresetKind kind, const std::string& path)
+{
+    takeMidiProgram();
+    paths[at(kind)] = path;
+    position.names[at(kind)] = plainName(KWFileio::nameOf(path));
+    // A file that the tree does not have leaves the place as it is.
+    if (kind == PresetKind::Global)
+        trees[at(kind)].find(path, position.folder, position.program);
+}
+
+void Presets::chooseFolder(PresetKind kind, const std::string& folder)
+{
+    if (folder.empty() || folder == kNoChoice)
+        return;
+    settings.setPresetPath(kind, folder);
+    scan();
+}
+
+LoadResult Presets::save(PresetKind kind, std::string path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    path = withExtension(std::move(path), presetKindRow(kind).extension);
+    takeMidiProgram();
+    // The name inside is that of the file, so that a host shows it after loading the same bytes.
+    const std::string before = position.names[at(kind)];
+    position.names[at(kind)] = plainName(KWFileio::nameOf(path));
+    KWChunk chunk;
+    writeState(chunk, parts, kind);
+    if (!writeChunkFile(path, chunk)) {
+        position.names[at(kind)] = before;
+        return report(LoadResult::NotSaved, path, false);
+    }
+    scan();
+    becomeCurrent(kind, path);
+    return LoadResult::Done;
+}
+
+LoadResult Presets::loadMap(const std::string& path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    KWChunk chunk;
+    LoadResult result = readChunkFile(path, chunk, LoadResult::NewerMap);
+    if (result == LoadResult::Done)
+        result = readMidiMap(chunk, parts.midiMap);
+    if (result == LoadResult::Done)
+        settings.setMapFolder(KWFileio::folderOf(path));
+    return report(result, path, false);
+}
+
+LoadResult Presets::saveMap(std::string path)
+{
+    if (path.empty() || path == kNoChoice)
+        return LoadResult::NoFile;
+    path = withExtension(std::move(path), kMapExtension);
+    KWChunk chunk;
+    writeMidiMap(chunk, parts.midiMap);
+    if (!writeChunkFile(path, chunk))
+        return report(LoadResult::MapNotSaved, path, false);
+    settings.setMapFolder(KWFileio::folderOf(path));
+    return LoadResult::Done;
+}
+
+LoadResult Presets::loadState(const void* bytes, size_t byteCount)
+{
+    KWChunk chunk;
+    chunk.assign(bytes, byteCount);
+    StateReader::Options options;
+    options.force = true;
+    const LoadResult result = StateReader(parts).load(chunk, options);
+    if (result == LoadResult::Done) {
+        takeMidiProgram();
+        rebuildPaths();
+        savedState = PackedChunk(chunk);
+    }
+    return report(result, {}, false);
+}
+
+const KWChunk& Presets::state()
+{
+    takeMidiProgram();
+    writeState(stateChunk, parts, PresetKind::Global);
+    return stateChunk;
+}
+
+bool Presets::restoreSnapshot()
+{
+    if (savedState.isEmpty())
+        return false;
+    KWChunk chunk = savedState.unpacked();
+    const bool loaded = StateReader(parts).load(chunk, {}) == LoadResult::Done;
+    if (loaded)
+        rebuildPaths();
+    return loaded;
+}
+
+Presets::Moment Presets::moment()
+{
+    takeMidiProgram();
+    // Not the host's chunk: a pointer into that one may still be in use.
+    KWChunk chunk;
+    writeState(chunk, parts, PresetKind::Global);
+    return {{chunk.words().begin(), chunk.words().end()}, position, paths};
+}
+
+void Presets::comeBackTo(const Moment& moment)
+{
+    KWChunk chunk;
+    chunk.assign(moment.words);
+    StateReader::Options options;
+    options.force = true; // the map too
+    if (StateReader(parts).load(chunk, options) != LoadResult::Done)
+        return;
+    takeMidiProgram();
+    position = moment.position;
+    paths = moment.paths;
+}
+
+// A state names its presets; where they lie is the matter of this user.
+void Presets::rebuildPaths()
+{
+    for (const PresetKind kind : kAllKinds) {
+        const std::string& name = position.names[at(kind)];
+        std::string& path = paths[at(kind)];
+        if (name.empty()) {
+            path.clear();
+            continue;
+        }
+        if (KWFileio::nameOf(path) == name)
+            continue;
+        path = KWFileio::join(
+            settings.presetPath(kind), withExtension(name, presetKindRow(kind).extension));
+    }
+}
+
+Presets::Place Presets::placeOf(int number) const
+{
+    const PresetTree& files = tree(PresetKind::Global);
+    Place place{position.folder, number};
+    const bool isFile = files.fileAt(place.folder, number) != nullptr;
+    if (!isFile && number < 0) {
+        place.folder = place.folder > 0 ? place.folder - 1 : files.folderCount() - 1;
+        place.folder = std::clamp(place.folder, 0, std::max(files.folderCount() - 1, 0));
+        place.program = files.fileCount(place.folder) - 1;
+    } else if (!isFile) {
+        place.folder = files.fileCount(place.folder + 1) > 0 ? place.folder + 1 : 0;
+        place.program = 0;
+    }
+    place.program = std::max(place.program, 0);
+    return place;
+}
+
+void Presets::setProgram(int number)
+{
+    if (number == position.program)
+        return;
+    const Place place = placeOf(number);
+    position.folder = place.folder;
+    position.program = place.program;
+    if (const PresetFile* file = tree(PresetKind::Global).fileAt(position.folder, position.program))
+        load(PresetKind::Global, std::string(file->path));
+}
+
+std::string Presets::currentFolder(PresetKind kind)
+{
+    const std::string& current = path(kind);
+    if (!current.empty() && KWFileio::isFolder(KWFileio::folderOf(current)))
+        return KWFileio::folderOf(current);
+    return tree(kind).folderCount() > 0 ? tree(kind).folderPath(0) : settings.presetPath(kind);
+}
+
+void Presets::step(PresetKind kind, int direction)
+{
+    const auto files = PresetTree::filesOf(currentFolder(kind), presetKindRow(kind).extension);
+    if (files.empty())
+        return;
+    const auto count = static_cast<int>(files.size());
+    const auto found = std::find_if(files.begin(), files.end(),
+        [&](const PresetFile& file) { return file.name == name(kind); });
+    int place = direction > 0 ? 0 : count - 1;
+    if (found != files.end())
+        place = (static_cast<int>(found - files.begin()) + direction + count) % count;
+    load(kind, files[static_cast<size_t>(place)].path);
+}
+
+void Presets::random()
+{
+    const PresetTree& files = tree(PresetKind::Global);
+    if (files.folderCount() == 0)
+        return;
+    const auto folder = static_cast<int>(randomDraw() % static_cast<unsigned>(files.folderCount()));
+    const auto index =
+        static_cast<int>(randomDraw() % static_cast<unsigned>(files.fileCount(folder)));
+    load(PresetKind::Global, std::string(files.fileAt(folder, index)->path));
+}
+
+void Presets::takeMidiProgram()
+{
+    const auto chosen = midiPrograms.takeChosen();
+    if (!chosen)
+        return;
+    position.names[at(PresetKind::Synth)] = chosen->synthName;
+    rebuildPaths();
+    paths[at(PresetKind::Global)] = chosen->file.path;
+    position.names[at(PresetKind::Global)] = plainName(chosen->file.name);
+}
+
+const std::string& Presets::name(PresetKind kind)
+{
+    takeMidiProgram();
+    return position.names[at(kind)];
+}
+
+void Presets::setName(PresetKind kind, const std::string& text)
+{
+    takeMidiProgram();
+    position.names[at(kind)] = plainName(text);
+}
+
+const std::string& Presets::path(PresetKind kind)
+{
+    takeMidiProgram();
+    return paths[at(kind)];
+}
+
+std::string Presets::folderName(PresetKind kind)
+{
+    const std::string folder = KWFileio::folderOf(path(kind));
+    return path(kind).empty() ? std::string() : folder.substr(folder.rfind('/') + 1);
+}
+
+std::string Presets::programName(int number) const
+{
+    const Place place = placeOf(number);
+    const PresetFile* file = tree(PresetKind::Global).fileAt(place.folder, place.program);
+    return file ? file->name : std::string();
+}

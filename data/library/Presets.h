@@ -1,0 +1,95 @@
+// Preset files: finding, loading, saving and moving through them.
+#pragma once
+
+#include "data/state/PackedChunk.h"
+#include "data/library/PresetTree.h"
+#include "data/library/ProgramBank.h"
+#include "data/library/Settings.h"
+#include "data/state/StateReader.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// The thread of the user interface, but for midiProgram(). What goes wrong reaches showMessage
+// here, in one place; a failed load changes nothing.
+class Presets {
+public:
+    Presets(Settings& userSettings, StateParts& stateParts);
+
+    // Loads "default.kwe" of the global presets if there is one, and scans the folders.
+    void startUp();
+    void scan();
+    // The folder in which a kind is browsed from now on.
+    void chooseFolder(PresetKind kind, const std::string& folder);
+    const PresetTree& tree(PresetKind kind) const { return trees[static_cast<size_t>(kind)]; }
+
+    // --- files ---
+    LoadResult load(PresetKind kind, const std::string& path, bool quiet = false);
+    // Adds the kind's ending where it is missing; the saved file becomes the current one.
+    LoadResult save(PresetKind kind, std::string path);
+    LoadResult loadMap(const std::string& path);
+    LoadResult saveMap(std::string path);
+    // A host's state: everything is taken over, and kept for restoreSnapshot().
+    LoadResult loadState(const void* bytes, size_t byteCount);
+    // The host's form of the present state. Valid until the next call.
+    const KWChunk& state();
+    bool restoreSnapshot(); // false while no host has given a state
+
+    // --- taking loads back ---
+    // All that a load can replace: the state, the place in the presets, and the map.
+    struct Moment {
+        std::vector<uint32_t> words;
+        PresetPosition position;
+        std::array<std::string, kPresetKinds> paths;
+        friend bool operator==(const Moment&, const Moment&) = default;
+    };
+    Moment moment();
+    void comeBackTo(const Moment& moment);
+
+    // --- moving ---
+    // A number in the current folder of global presets; past its ends the neighbouring folder
+    // follows, and the tree is a ring.
+    void setProgram(int number);
+    int program() const { return position.program; }
+    int folder() const { return position.folder; }
+    // The neighbour in the folder of the kind's current preset, a ring.
+    void step(PresetKind kind, int direction);
+    void random(); // any global preset
+
+    // --- names ---
+    // Of the current preset; a program that MIDI has chosen since counts.
+    const std::string& name(PresetKind kind);
+    void setName(PresetKind kind, const std::string& text);
+    const std::string& path(PresetKind kind);
+    std::string folderName(PresetKind kind);
+    // Of the preset that setProgram(number) brings; empty where there are no presets. A host that
+    // is given no name may go and ask for it by setProgram, and loses its state that way.
+    std::string programName(int number) const;
+
+    // --- audio thread ---
+    bool midiProgram(int number) { return midiPrograms.apply(number, parts); }
+
+private:
+    LoadResult report(LoadResult result, const std::string& path, bool quiet) const;
+    void becomeCurrent(PresetKind kind, const std::string& path);
+    struct Place {
+        int folder = 0;
+        int program = 0;
+    };
+    Place placeOf(int number) const; // past a folder's ends in the neighbouring one
+    void takeMidiProgram();
+    void rebuildPaths();
+    std::string currentFolder(PresetKind kind);
+    static size_t at(PresetKind kind) { return static_cast<size_t>(kind); }
+
+    Settings& settings;
+    StateParts& parts;
+    PresetPosition& position;
+    std::array<PresetTree, kPresetKinds> trees;
+    std::array<std::string, kPresetKinds> paths;
+    ProgramBank midiPrograms;
+    KWChunk stateChunk;
+    PackedChunk savedState; // what the host gave last
+};

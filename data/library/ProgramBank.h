@@ -1,0 +1,44 @@
+// The presets that MIDI program changes choose, ready for the audio thread.
+#pragma once
+
+#include "data/library/PresetTree.h"
+#include "data/state/StateParts.h"
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Read, checked and decoded when the folders are scanned. A change of program then only copies
+// values: it allocates nothing and takes a bounded time.
+class ProgramBank {
+public:
+    static constexpr int kPrograms = 128; // what a MIDI message can name
+
+    ProgramBank();
+    ~ProgramBank();
+    ProgramBank(const ProgramBank&) = delete;
+    ProgramBank& operator=(const ProgramBank&) = delete;
+
+    // The loader's thread. A file that cannot be read keeps its number and does nothing.
+    void rebuild(const std::vector<PresetFile>& files);
+    struct Chosen {
+        PresetFile file;
+        std::string synthName; // of the synth preset that it was made with
+    };
+    // The last program taken since the last call. The loader's thread.
+    std::optional<Chosen> takeChosen();
+    int size() const; // the loader's thread
+
+    // The audio thread. False when there is no such program.
+    bool apply(int program, StateParts& parts);
+
+private:
+    struct Program;
+    struct Bank;
+    std::unique_ptr<Bank> owned;
+    std::atomic<const Bank*> current{nullptr};
+    OneWayFlag inUse;
+    Mailbox chosen;
+};

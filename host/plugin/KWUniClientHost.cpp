@@ -1,0 +1,181 @@
+// What the host asks of the plug-in: names, texts, capabilities, and the events it sends.
+
+#include "host/plugin/KWUniClient.h"
+
+#include "data/parameters/Tags.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+namespace {
+constexpr char kName[] = "Ormund";
+constexpr char kVendor[] = "Kelda Works";
+constexpr VstInt32 kVendorVersion = 1061;
+constexpr char kNoParameter[] = "empty";
+constexpr size_t kTextRoom = kVstMaxParamStrLen;
+constexpr int kAllNotesOffController = 123;
+
+constexpr const char* kCapabilities[] = {
+    "receiveVstEvents",
+    "receiveVstMidiEvent",
+    "sendVstMidiEvent",
+    "sendVstEvent",
+    "receiveVstTimeInfo",
+    "hasAboutScreen",
+};
+
+template <size_t Size>
+void copyText(char (&to)[Size], const char* from)
+{
+    std::snprintf(to, Size, "%s", from);
+}
+} // namespace
+
+void KWUniClient::getParameterName(VstInt32 index, char* text)
+{
+    const bool isShown = index >= 0 && index < kHostParameters;
+    std::snprintf(
+        text, kTextRoom, "%s", isShown ? parameters.entry(index)->name.data() : kNoParameter);
+}
+
+void KWUniClient::getParameterLabel(VstInt32 index, char* text) { getParameterName(index, text); }
+
+void KWUniClient::getParameterDisplay(VstInt32 index, char* text)
+{
+    if (index >= 0 && index < kHostParameters)
+        parameterText(index, parameters.raw(index), {text, kTextRoom});
+    else
+        std::snprintf(text, kTextRoom, "%s", kNoParameter);
+}
+
+bool KWUniClient::string2parameter(VstInt32 index, const char* text)
+{
+    if (index < 0 || index >= kHostParameters)
+        return false;
+    if (!text)
+        return true;
+    const std::optional<float> value = parameterFromText(index, text);
+    if (value)
+        setParameter(index, *value);
+    return value.has_value();
+}
+
+bool KWUniClient::getParameterProperties(VstInt32 index, VstParameterProperties* properties)
+{
+    if (index < 0 || index >= kHostParameters || !properties)
+        return false;
+    const ParameterEntry& entry = *parameters.entry(index);
+    *properties = {};
+    copyText(properties->label, entry.name.data());
+    copyText(properties->shortLabel, entry.name.data());
+    properties->flags = entry.states() == 2 ? kVstParameterIsSwitch : kVstParameterCanRamp;
+    return true;
+}
+
+void KWUniClient::beginEdit(VstInt32 index)
+{
+    if (index >= 0 && index < kHostParameters)
+        KWPluginBase::beginEdit(index);
+}
+
+void KWUniClient::endEdit(VstInt32 index)
+{
+    if (index >= 0 && index < kHostParameters)
+        KWPluginBase::endEdit(index);
+}
+
+bool KWUniClient::getOutputProperties(VstInt32 index, VstPinProperties* properties)
+{
+    if (index < 0 || index >= 2 || !properties)
+        return false;
+    *properties = {};
+    copyText(properties->label, index == 0 ? "Ormund Left" : "Ormund Right");
+    copyText(properties->shortLabel, index == 0 ? "Left" : "Right");
+    properties->flags = kVstPinIsActive | kVstPinIsStereo;
+    return true;
+}
+
+VstInt32 KWUniClient::getGetTailSize() { return static_cast<VstInt32>(info.sampleRate); }
+
+bool KWUniClient::getEffectName(char* name)
+{
+    std::snprintf(name, kVstMaxEffectNameLen, "%s", kName);
+    return true;
+}
+
+bool KWUniClient::getProductString(char* text) { return getEffectName(text); }
+
+bool KWUniClient::getVendorString(char* text)
+{
+    std::snprintf(text, kVstMaxVendorStrLen, "%s", kVendor);
+    return true;
+}
+
+VstInt32 KWUniClient::getVendorVersion() { return kVendorVersion; }
+
+VstInt32 KWUniClient::canDo(const char* text)
+{
+    const auto* found = std::find_if(std::begin(kCapabilities), std::end(kCapabilities),
+        [text](const char* capability) { return std::strcmp(text, capability) == 0; });
+    return found != std::end(kCapabilities) ? 1 : -1;
+}
+
+VstPlugCategory KWUniClient::getPlugCategory() { return kPlugCategSynth; }
+
+VstInt32 KWUniClient::processEvents(VstEvents* events)
+{
+    if (!wrapperMode())
+        queueEvents(events);
+    return 1;
+}
+
+void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING
+{
+    if (!events)
+        return;
+    dropOutdatedEvents();
+    const int untilTick = kTickSamples - info.controlCounter;
+    // As many as it says, whatever the record's own two places.
+    const VstEvent* const* list = events->events;
+    for (VstInt32 i = 0; i < events->numEvents; ++i) {
+        const VstEvent* event = list[i];
+        InternalEvent internal;
+        if (event && event->type == kVstMidiType
+            && toInternal(*reinterpret_cast<const VstMidiEvent*>(event), internal))
+            inputQueue.insert(internal, std::max(event->deltaFrames, 0) - untilTick);
+    }
+}
+
+bool KWUniClient::toInternal(const VstMidiEvent& midi, InternalEvent& event)
+{
+    const int status = static_cast<uint8_t>(midi.midiData[0]);
+    event.data1 = midi.midiData[1] & 0x7f;
+    event.data2 = midi.midiData[2] & 0x7f;
+    switch (status & 0xF0) {
+    case 0x90:
+        event.code = event.data2 > 0 ? EventCode::NoteOn : EventCode::NoteOff;
+        return true;
+    case 0x80:
+        event.code = EventCode::NoteOff;
+        return true;
+    case 0xB0:
+        // On the other channels it is a controller like any other.
+        event.code = event.data1 == kAllNotesOffController && (status & 0x0F) == 0
+            ? EventCode::AllNotesOff
+            : EventCode::Controller;
+        return true;
+    case 0xC0:
+        event.code = EventCode::ProgramChange;
+        return true;
+    case 0xD0:
+        event.code = EventCode::Pressure;
+        return true;
+    case 0xE0:
+        event.code = EventCode::PitchWheel;
+        return true;
+    default:
+        return false;
+    }
+}
