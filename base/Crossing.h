@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdint>
 
+namespace ormund {
+
 // A value that one thread writes and another reads. The reader gets the old value or the new one,
 // never a mixture, and nothing is promised about the order of two of them. As cheap as a plain
 // field.
@@ -93,3 +95,5 @@ public:
 private:
     std::atomic<int32_t> cell{kEmpty};
 };
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 // Acting once at a change: a cell that remembers the value it saw last.
 #pragma once
 
+namespace ormund {
+
 template <typename T>
 class LastSeen {
 public:
@@ -28,3 +30,5 @@ public:
 private:
     T seen{};
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include "base/Crossing.h"
 
+namespace ormund {
+
 namespace only_crossings {
 // Becomes any Crossing and nothing else.
 struct Value {
@@ -22,3 +24,5 @@ consteval bool onlyCrossings()
     else
         return sizeof...(Values) > 0 && !requires { S{Values{}..., {}}; };
 }
+
+} // namespace ormund

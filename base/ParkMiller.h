@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 class ParkMiller {
 public:
     explicit constexpr ParkMiller(int32_t startSeed) : seed(startSeed) { }
@@ -24,3 +26,5 @@ public:
 private:
     int32_t seed;
 };
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <type_traits>
 
+namespace ormund {
+
 // One thread pushes and one takes; a full ring refuses, an empty one gives nothing. It allocates
 // nothing, so the audio thread may stand at either end.
 template <typename T, size_t Size>
@@ -50,3 +52,5 @@ private:
     alignas(kCacheLine) std::atomic<size_t> pushed{0};
     alignas(kCacheLine) std::atomic<size_t> taken{0};
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 
 #include <sys/mman.h>
 
+namespace ormund {
+
 // `T` is a number, a Crossing of one or a record of them: all bits zero is a value of it, and
 // nothing has to be destroyed. Whole pages from the system, since memory that the heap gives again
 // would have to be cleared, and so be used, in full.
@@ -39,3 +41,5 @@ private:
 
     std::unique_ptr<T, Unmap> memory;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "synth/KWSynth.h"
 
+namespace ormund {
+
 struct BenchSynth {
     explicit BenchSynth(const AudioLoops& loops = fastestLoops()) : synth(info, loops)
     {
@@ -19,3 +21,5 @@ struct BenchSynth {
     KWSystemInfo info;
     KWSynth synth;
 };
+
+} // namespace ormund

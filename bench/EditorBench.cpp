@@ -1,8 +1,8 @@
 // The open window on a rolling transport: ten minutes of the host's idle calls at 30 Hz.
 
 #include "data/parameters/Tags.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
+#include "panel/ControlCatalogue.h"
 #include "tests/support/Player.h"
 #include "view/offscreen/OffscreenWindow.h"
 
@@ -11,6 +11,8 @@
 #include <chrono>
 #include <fstream>
 #include <unistd.h>
+
+namespace ormund {
 
 namespace {
 constexpr int kIdlesPerSecond = 30;
@@ -62,3 +64,5 @@ void BM_OpenWindow(benchmark::State& state)
 }
 BENCHMARK(BM_OpenWindow)->UseManualTime()->Iterations(kTenMinutes)->Unit(benchmark::kMicrosecond);
 } // namespace
+
+} // namespace ormund

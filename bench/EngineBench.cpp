@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+namespace ormund {
+
 namespace {
 // A block of the whole plug-in, all tracks busy.
 void processBlock(benchmark::State& state, bool synth)
@@ -59,3 +61,5 @@ void BM_Construct(benchmark::State& state)
 }
 BENCHMARK(BM_Construct)->Unit(benchmark::kMicrosecond);
 } // namespace
+
+} // namespace ormund

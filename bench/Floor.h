@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 struct FloorState {
     FloorState();
 
@@ -36,3 +38,5 @@ FloorLoop* floorVector();
 // Their filters alone, for each sample waits for the one before: nothing that plays these filters
 // takes less.
 FloorLoop* filterVector();
+
+} // namespace ormund

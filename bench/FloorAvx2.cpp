@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <immintrin.h>
 
+namespace ormund {
+
 namespace {
 
 using V = __m256;
@@ -244,9 +246,15 @@ void filterAvx2(FloorState& s, float* left, float*, int samples)
 FloorLoop* floorVector() { return __builtin_cpu_supports("avx2") ? floorAvx2 : nullptr; }
 FloorLoop* filterVector() { return __builtin_cpu_supports("avx2") ? filterAvx2 : nullptr; }
 
+} // namespace ormund
+
 #else
+
+namespace ormund {
 
 FloorLoop* floorVector() { return nullptr; }
 FloorLoop* filterVector() { return nullptr; }
+
+} // namespace ormund
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 FloorState::FloorState()
 {
     constexpr float kRate = 44100.0f;
@@ -124,3 +126,5 @@ void floorScalar(FloorState& s, float* left, float* right, int samples)
             s.write = 0;
     }
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 void reportFrames(benchmark::State& state, int64_t frames)
@@ -129,3 +131,5 @@ BENCHMARK_CAPTURE(Floor, Vector, floorVector())->Arg(64)->Arg(512);
 BENCHMARK_CAPTURE(Floor, FilterAlone, filterVector())->Arg(512);
 
 } // namespace
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 
 #include <benchmark/benchmark.h>
 
+namespace ormund {
+
 namespace {
 
 double scaleOf(const benchmark::State& state) { return static_cast<double>(state.range(0)) / 2; }
@@ -124,3 +126,5 @@ BENCHMARK(BM_TextKnown);
 BENCHMARK(BM_TextNew);
 
 } // namespace
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 // Screen thread reads; either thread may write. A stale bit delays a page by one idle and no more.
 class KWBitSet128 {
 public:
@@ -31,3 +33,5 @@ private:
 
     Crossing<uint32_t> words[4];
 };
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 KWBtnLineView::KWBtnLineView(
     const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
     : KWLineView(viewSize, controlListener, controlTag, ownFrame)
@@ -116,3 +118,5 @@ void KWBtnLineView::updateControl(void* context)
 }
 
 void KWBtnLineView::valueChanged(CControl*) { setDirty(true); }
+
+} // namespace ormund

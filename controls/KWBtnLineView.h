@@ -4,6 +4,8 @@
 #include "controls/KWLineView.h"
 #include "data/tracks/KWBtnLine.h"
 
+namespace ormund {
+
 class KWBtnLineView : public KWLineView {
 public:
     KWBtnLineView(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame);
@@ -33,3 +35,5 @@ private:
     bool dragged = false;
     bool mouseDown = false;
 };
+
+} // namespace ormund

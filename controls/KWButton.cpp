@@ -6,6 +6,8 @@
 
 #include <bit>
 
+namespace ormund {
+
 namespace {
 constexpr int kButtonKind = 7;
 constexpr CColor kPlainFrame{200, 200, 200};
@@ -259,3 +261,5 @@ void KWButton::menuClosed()
     setValue(0.0f);
     setDirty(true);
 }
+
+} // namespace ormund

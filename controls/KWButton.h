@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace ormund {
+
 // Something that can be on or off and does not live in a float.
 class KWStateSource {
 public:
@@ -68,3 +70,5 @@ private:
     bool mouseDown = false;
     bool hovered = false;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 constexpr CColor kLabelColor{200, 200, 200};
 constexpr int kLabelHeight = 12;
@@ -287,3 +289,5 @@ void KWControl::takeKeyboard()
     if (frame && isAttached())
         frame->setFocusView(this);
 }
+
+} // namespace ormund

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class CBitmap;
 class CDrawContext;
 class CFontDesc;
@@ -129,3 +131,5 @@ protected:
     int hoverShowTimer = kStopped;
     bool hoverShown = false;
 };
+
+} // namespace ormund

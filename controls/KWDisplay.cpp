@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 constexpr float kDragStep = -0.01f; // of the value for a pixel at sensitivity 1
 constexpr float kFineDragStep = -0.0005f;
@@ -179,3 +181,5 @@ void KWDisplay::updateControl(void* context)
     }
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

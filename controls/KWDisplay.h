@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace ormund {
+
 // Writes a text for a value of 0 to 1 into a buffer of kValueTextSize bytes.
 using ValueToString = void (*)(float value, char* text);
 constexpr int kValueTextSize = 256;
@@ -73,3 +75,5 @@ private:
     std::string lastText;
     bool mouseDown = false;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <tuple>
 
+namespace ormund {
+
 namespace {
 constexpr double kRingWidth = 1.5;
 constexpr double kRingRadius = 4;
@@ -246,3 +248,5 @@ void KWFrame::controlGone(const KWControl* control)
             link->previousModal = control->previousModal;
     }
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace ormund {
+
 class CFontDesc;
 class KWControl;
 
@@ -64,3 +66,5 @@ private:
 
     std::vector<KWControl*> controls; // the children that have an idle update, in drawing order
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr int kImageKind = 8;
 const Crossing<float> kZero{0.0f};
@@ -104,3 +106,5 @@ void KWImage::updateControl(void* context)
     }
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class KWImage : public KWControl {
 public:
     // With a hover bitmap alone, it serves as the bitmap too.
@@ -35,3 +37,5 @@ private:
     CRect baseRect;
     bool hovering = false;
 };
+
+} // namespace ormund

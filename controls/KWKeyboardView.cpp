@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstddef>
 
+namespace ormund {
+
 namespace {
 constexpr int kKeyboardKind = 9;
 constexpr int kWhitesOfOctave = 7;
@@ -254,3 +256,5 @@ void KWKeyboardView::valueChanged(CControl* sender)
     }
     setDirty(true);
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class KWKeyListener {
 public:
     virtual ~KWKeyListener() = default;
@@ -61,3 +63,5 @@ private:
     int currentNote = -1;
     bool mouseDown = false;
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace ormund {
+
 namespace {
 constexpr int kKnobKind = 2;
 constexpr float kDragStep = -0.01f; // 100 pixels for the whole range at sensitivity 1
@@ -295,3 +297,5 @@ void KWKnob::setViewSize(const CRect& rect, bool invalidate)
 }
 
 void KWKnob::setSizeAndArea(const CRect& rect) { setViewSize(rect, true); }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include "controls/KWControl.h"
 #include "view/CDrawContext.h"
 
+namespace ormund {
+
 class KWKnob : public KWControl {
 public:
     enum Mode { kRelative = 0, kAbsolute = 1, kSliderHandle = 2 };
@@ -77,3 +79,5 @@ private:
     bool moved = false; // since the press, by more than a hand's tremor
     bool hovered = false;
 };
+
+} // namespace ormund

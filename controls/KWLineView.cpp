@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 }
 
@@ -56,3 +58,5 @@ CMouseEventResult KWLineView::openPopup(const CPoint& where, int step)
     popupControl->beginModal(kPopupMode, &where, getTag());
     return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
 }
+
+} // namespace ormund

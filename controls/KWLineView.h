@@ -4,6 +4,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class StepLine;
 
 class KWLineView : public KWControl, public CControlListener {
@@ -29,3 +31,5 @@ protected:
 
     KWControl* popupControl = nullptr;
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 }
 
@@ -163,3 +165,5 @@ void KWListLineView::valueChanged(CControl* sender)
     const float choice = menu->getValue() + (menu->isShiftedByOne ? 1.0f : 0.0f);
     editCell(menu->step, choice);
 }
+
+} // namespace ormund

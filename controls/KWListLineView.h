@@ -4,6 +4,8 @@
 #include "controls/KWLineView.h"
 #include "data/tracks/KWListLine.h"
 
+namespace ormund {
+
 class KWListLineViewMenu;
 
 class KWListLineView : public KWLineView {
@@ -44,3 +46,5 @@ private:
     bool mouseDown = false;
     bool dirtyFrame = false;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+namespace ormund {
+
 namespace {
 constexpr double kRadius = 3;
 constexpr double kCellRadius = 2;
@@ -235,3 +237,5 @@ void KWListLineViewMenu::updateControl(void* context)
         hover(frame->getCurrentMouseLocation(where) ? cellIndexAt(where) : -1);
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

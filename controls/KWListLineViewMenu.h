@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace ormund {
+
 class KWListLineView;
 
 class KWListLineViewMenu : public KWControl {
@@ -56,3 +58,5 @@ private:
     bool armed = false; // a press or motion came after the opening
     bool inFrame = false;
 };
+
+} // namespace ormund

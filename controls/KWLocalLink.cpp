@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr double kRadius = 2.5;
 }
@@ -77,3 +79,5 @@ CMouseEventResult KWLocalLink::onMouseUp(const CPoint& where, int)
         opener(path);
     return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
 }
+
+} // namespace ormund

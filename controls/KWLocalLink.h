@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace ormund {
+
 class KWLocalLink : public KWControl {
 public:
     KWLocalLink(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
@@ -28,3 +30,5 @@ private:
     bool pressed = false;
     bool hovered = false;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "controls/KWOptionMenu.h"
 
+namespace ormund {
+
 KWMenuHelper::KWMenuHelper(KWOptionMenu* owner, KWFrame* ownFrame)
     : KWControl(CRect(), nullptr, 0, ownFrame), menu(owner)
 {
@@ -38,3 +40,5 @@ bool KWMenuHelper::onKeyDown(const CKeyEvent& event) { return menu->onKeyDown(ev
 void KWMenuHelper::endModal(int result) { menu->endModal(result); }
 
 void KWMenuHelper::getViewRect(CRect& rect) const { rect = menu->openArea(); }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class KWOptionMenu;
 
 class KWMenuHelper : public KWControl {
@@ -26,3 +28,5 @@ public:
 private:
     KWOptionMenu* menu;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 KWMouseArea::KWMouseArea(
     const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
     : KWControl(viewSize, controlListener, controlTag, ownFrame)
@@ -61,3 +63,5 @@ CMouseEventResult KWMouseArea::onMouseUp(const CPoint&, int)
     startHideTimer();
     return kMouseEventHandled;
 }
+
+} // namespace ormund

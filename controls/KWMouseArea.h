@@ -3,6 +3,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class KWMouseArea : public KWControl {
 public:
     // Buttons and keys are 0 or 1; x and y run from 0 to 1 over the area, y downward.
@@ -34,3 +36,5 @@ private:
     State state;
     bool tracking = false;
 };
+
+} // namespace ormund

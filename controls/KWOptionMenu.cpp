@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr int kMenuKind = 3;
 } // namespace
@@ -448,3 +450,5 @@ void KWOptionMenu::childChose(const KWOptionMenu& sub)
         }
     }
 }
+
+} // namespace ormund

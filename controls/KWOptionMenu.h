@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class KWMenuHelper;
 class KWOptionMenu;
 
@@ -251,3 +253,5 @@ private:
     bool moved = false;
     bool hovered = false;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr int kRestInset = 4;
 constexpr int kCheckWidth = 12;
@@ -194,3 +196,5 @@ void KWOptionMenu::drawRow(CDrawContext* context, int index, const CRect& row)
     context->setFontColor(ink);
     context->drawString(entry.text, text, false, textAlignment());
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -215,3 +217,5 @@ bool KWOptionMenu::getPresetPath(std::string& out, const char* fileExtension) co
         out += suffix.front() == '.' ? suffix : "." + suffix;
     return true;
 }
+
+} // namespace ormund

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstdlib>
 
+namespace ormund {
+
 namespace {
 constexpr int kFrameInset = 2; // the list keeps this distance from the frame's edges
 constexpr int kTextMargin = 8;
@@ -446,3 +448,5 @@ void KWOptionMenu::revealRow(int row)
         std::min((static_cast<float>(first) + 0.5f) / static_cast<float>(hiddenRows), 1.0f);
     invalidateList();
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace ormund {
+
 KWPolyObjectView::KWPolyObjectView(
     const CRect& viewSize, CControlListener* controlListener, long controlTag, KWFrame* ownFrame)
     : KWControl(viewSize, controlListener, controlTag, ownFrame)
@@ -110,3 +112,5 @@ void KWPolyObjectView::updateControl(void* context)
     }
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

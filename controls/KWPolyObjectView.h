@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 // Not owned by the view. `bottom` counts upward from the view's lower edge.
 struct KWPolyObjectSet {
     struct Object {
@@ -57,3 +59,5 @@ private:
     int currentObject = -1;
     int lastRevision = 0;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr int kInset = 2;
 constexpr int kLeastThumb = 12;
@@ -89,3 +91,5 @@ CMouseEventResult KWScrollbarY::onMouseUp(const CPoint&, int)
     setDirty(true);
     return kMouseEventHandled;
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class KWScrollbarY : public KWControl {
 public:
     KWScrollbarY(const CRect& size, CControlListener* listener, long tag, KWFrame* ownFrame,
@@ -29,3 +31,5 @@ private:
     int lastY = 0;
     bool dragging = false;
 };
+
+} // namespace ormund

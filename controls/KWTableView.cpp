@@ -8,6 +8,8 @@
 #include <cmath>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 constexpr int kTableKind = 4;
 constexpr int kRulerHeight = 8;
@@ -220,3 +222,5 @@ void KWTableView::valueChanged(CControl* sender)
     }
     setDirty(true);
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 // Holds no step data: every read and write goes through the table, so that the engine's thread
 // and the screen see the same numbers. Before it reads or paints it raises kTableReading and waits
 // a bounded time for kTableLocked to fall; where that fails it leaves out this draw or this move.
@@ -152,3 +154,5 @@ private:
     bool altDrag = false;
     bool ctrlDrag = false;
 };
+
+} // namespace ormund

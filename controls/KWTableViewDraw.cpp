@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 constexpr float kBeatLengths[] = {0.25f, 0.5f, 1, 2, 4, 8, 16, 32}; // in steps
 constexpr float kBeatPixels = 16;
@@ -299,3 +301,5 @@ void KWTableView::drawLoopBar(CDrawContext* context)
     context->setFrameColor(colorOther);
     context->drawRect(bar, kDrawFilledAndStroked);
 }
+
+} // namespace ormund

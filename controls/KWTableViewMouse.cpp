@@ -7,6 +7,8 @@
 #include <cmath>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 constexpr float kFineDrag = 0.002f; // 500 pixels for the whole range
 constexpr float kWheelScale = -0.35f;
@@ -323,3 +325,5 @@ bool KWTableView::onWheel(const CPoint& where, float distance, int buttons)
     setDirty(true);
     return true;
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 constexpr int kContainerKind = 1;
 constexpr CPoint kFarAway{-10000, -10000};
@@ -247,3 +249,5 @@ CView* KWViewContainer::childAt(const CPoint& where) const
     }
     return nullptr;
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 // Takes over one reference to each child. Screen thread only.
 class KWViewContainer : public KWControl {
 public:
@@ -61,3 +63,5 @@ private:
     CView* hoverChild = nullptr;
     bool joinedFrame = false; // by beginModal, to leave at endModal
 };
+
+} // namespace ormund

@@ -1,12 +1,14 @@
 #include "controls/KWZoneView.h"
 
 #include "controls/KWFrame.h"
-#include "panel/Look.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
+#include "panel/Look.h"
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 constexpr float kEdgeShare = 0.2f; // of the bar's length drags an end
@@ -279,3 +281,5 @@ void KWZoneView::updateControl(void* context)
     }
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

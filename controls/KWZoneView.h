@@ -3,6 +3,8 @@
 
 #include "controls/KWControl.h"
 
+namespace ormund {
+
 class KWZoneHandlerContainer;
 
 class KWZoneView : public KWControl, public CControlListener {
@@ -54,3 +56,5 @@ private:
     uint32_t lastRevision = 0;
     int lastRow = -1;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr long kCloseTag = 1;
@@ -69,3 +71,5 @@ CMouseEventResult AboutBox::onMouseDown(const CPoint& where, int buttons)
     }
     return KWViewContainer::onMouseDown(where, buttons);
 }
+
+} // namespace ormund

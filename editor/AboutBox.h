@@ -4,6 +4,8 @@
 
 #include <functional>
 
+namespace ormund {
+
 class KWButton;
 
 // Product, version and licence on a sheet above the panel, and the switch of the offline rendering.
@@ -26,3 +28,5 @@ public:
 private:
     KWButton* offline;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace ormund {
+
 namespace {
 
 struct SharedBitmaps {
@@ -42,3 +44,5 @@ CBitmap* BitmapTable::get(int id)
 }
 
 int BitmapTable::references() { return shared.references; }
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace ormund {
+
 class CBitmap;
 
 // The skin's bitmaps, shared by all editors of the process: the first reference makes them, the
@@ -18,3 +20,5 @@ public:
     static CBitmap* get(int id);
     static int references();
 };
+
+} // namespace ormund

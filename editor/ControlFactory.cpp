@@ -13,7 +13,6 @@
 #include "controls/KWMouseArea.h"
 #include "controls/KWTableView.h"
 #include "controls/KWZoneView.h"
-#include "panel/Look.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
 #include "editor/EngineLink.h"
@@ -24,15 +23,18 @@
 #include "editor/RollArea.h"
 #include "editor/ScreenState.h"
 #include "editor/UndoButton.h"
+#include "panel/ChoiceGrids.h"
+#include "panel/KnobShapes.h"
+#include "panel/Look.h"
 #include "platform/KWFileio.h"
 #include "platform/Messages.h"
 #include "platform/OpenLink.h"
-#include "panel/ChoiceGrids.h"
-#include "panel/KnobShapes.h"
 #include "view/CBitmap.h"
 
 #include <algorithm>
 #include <cstdio>
+
+namespace ormund {
 
 namespace {
 
@@ -428,3 +430,5 @@ KWControl* ControlFactory::makeAbout(const ControlRow& row)
     about->setRendersOffline = [this](bool on) { engine.setRendersOffline(on); };
     return about;
 }
+
+} // namespace ormund

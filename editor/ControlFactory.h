@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class CBitmap;
 class CControlListener;
 class EngineLink;
@@ -65,3 +67,5 @@ private:
     std::vector<KeyZones> keyZones;
     int keyShift = 0;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kZoneCells = 2;
@@ -201,3 +203,5 @@ void EditCells::setStored(int pattern, int place, float value)
         && engine.parameters.raw(tag) != value)
         setAsGesture(engine, tag, value);
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+namespace ormund {
+
 class KWUniClient;
 
 // The song as one long row of numbered cells: parameters, tracks, loops, the patterns' stored
@@ -51,3 +53,5 @@ private:
     std::vector<Section> sections;
     uint32_t cells = 0;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace ormund {
+
 namespace {
 
 std::shared_ptr<const MidiMap::Lists> mapOf(const KWUniClient& engine)
@@ -97,3 +99,5 @@ void EditRecorder::apply(const UndoHistory::Level& level, bool back)
     }
     engine.screen.redraw.raise();
 }
+
+} // namespace ormund

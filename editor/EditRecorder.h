@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace ormund {
+
 class KWUniClient;
 
 // Looks at the state before and after a gesture and keeps what became different. Only what lies
@@ -60,3 +62,5 @@ public:
 private:
     EditRecorder& recorder;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include "data/tracks/EditButtons.h"
 #include "panel/ControlCatalogue.h"
 
+namespace ormund {
+
 namespace {
 
 EditScope scopeOfParameter(const ControlRow& row)
@@ -72,3 +74,5 @@ int editedTag(const ControlRow& row)
     const ChoiceArrow* arrow = choiceArrow(row.tag);
     return arrow ? arrow->target : row.tag;
 }
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 struct ControlRow;
 
 // Which part of the state a control's gesture can change.
@@ -20,3 +22,5 @@ enum class EditScope : uint8_t {
 // that is the list's.
 EditScope scopeOf(const ControlRow& row);
 int editedTag(const ControlRow& row);
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "data/state/StateParts.h"
 
+namespace ormund {
+
 class KWOptionMenu;
 
 // What a control can ask of the editor itself, beside moving a value of the engine.
@@ -19,3 +21,5 @@ public:
     virtual void choosePanelScale(int index) = 0; // of kPanelScales
     virtual void redrawFrame() = 0;
 };
+
+} // namespace ormund

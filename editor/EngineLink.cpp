@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 const ParameterValue* valueOf(const KWUniClient& engine, int tag)
@@ -140,3 +142,5 @@ void EngineLink::setSetting(int tag, bool on)
 {
     engine.setSetting(parameterEntry(tag)->settingIndex(), on, true);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class KWBtnLine;
 class KWKeyState;
 class KWListLine;
@@ -63,3 +65,5 @@ public:
 private:
     KWUniClient& engine;
 };
+
+} // namespace ormund

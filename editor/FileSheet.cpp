@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <utility>
 
+namespace ormund {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -436,3 +438,5 @@ void FileSheet::draw(CDrawContext* context)
     drawButton(context, cancelRect(), "Cancel");
     drawButton(context, acceptRect(), acceptText());
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // Screen thread. The answer comes once: with the chosen path, or empty when the sheet closes in
 // another way. The same promises hold for the path as a KWFileChooser gives.
 class FileSheet : public KWControl {
@@ -68,3 +70,5 @@ private:
     bool mayReplace = false; // the next accept is the answer to the overwrite question
     bool isOpenNow = false;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 constexpr size_t kRoom = 256;
 }
@@ -38,3 +40,5 @@ void gateMultipleText(float value, char* text)
     const int index = std::clamp(int(value), 0, kGateMultiples - 1);
     std::snprintf(text, kRoom, "%g", double(kGateMultiplyTable[size_t(index)]));
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 KWEditorBase::KWEditorBase(AudioEffect* owner, int panelWidth, int panelHeight)
     : AEffGUIEditor(owner), width(panelWidth), height(panelHeight)
 {
@@ -49,3 +51,5 @@ void KWEditorBase::freeFrame()
     frame = nullptr;
     old->forget();
 }
+
+} // namespace ormund

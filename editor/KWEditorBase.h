@@ -5,6 +5,8 @@
 
 #include <memory>
 
+namespace ormund {
+
 class CBitmap;
 class KWFrame;
 class KWSystemInfo;
@@ -39,3 +41,5 @@ private:
     int width, height; // panel pixels
     double scale = 1;
 };
+
+} // namespace ormund

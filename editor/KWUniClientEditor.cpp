@@ -6,6 +6,8 @@
 #include "platform/Messages.h"
 #include "view/CFontDesc.h"
 
+namespace ormund {
+
 KWUniClientEditor::KWUniClientEditor(KWUniClient& ownEngine)
     : KWEditorBase(&ownEngine, kPanelWidth, kPanelHeight)
     , engine(ownEngine)
@@ -154,3 +156,5 @@ bool KWUniClientEditor::frameKeyDown(const CKeyEvent& event)
     }
     return false;
 }
+
+} // namespace ormund

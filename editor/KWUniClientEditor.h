@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class BitmapTable;
 class CFontDesc;
 class KWControl;
@@ -139,3 +141,5 @@ private:
     std::string headText;
     unsigned shownMessage = 0;
 };
+
+} // namespace ormund

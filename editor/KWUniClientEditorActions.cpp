@@ -17,6 +17,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+namespace ormund {
+
 namespace {
 
 constexpr const char* kMapTitle = "Ormund CC Map";
@@ -221,3 +223,5 @@ std::string KWUniClientEditor::midiFileName() const
     const std::string preset = link.presetName(PresetKind::Global);
     return (preset.empty() ? "Ormund" : preset) + ".mid";
 }
+
+} // namespace ormund

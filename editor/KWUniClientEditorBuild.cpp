@@ -4,7 +4,6 @@
 
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "panel/Look.h"
 #include "editor/BitmapTable.h"
 #include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
@@ -12,10 +11,13 @@
 #include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
 #include "host/plugin/KWUniClient.h"
+#include "panel/Look.h"
 #include "platform/Messages.h"
 #include "view/CBitmap.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 bool KWUniClientEditor::openFrame(void* parent, std::unique_ptr<FrameWindow> window)
 {
@@ -148,3 +150,5 @@ void KWUniClientEditor::pushPages()
     for (const int tag : {46, 344, 367, 518, 578})
         link.setParameter(tag, engine.parameters.raw(tag));
 }
+
+} // namespace ormund

@@ -5,15 +5,17 @@
 #include "controls/KWDisplay.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "panel/Look.h"
 #include "editor/MessageBox.h"
 #include "editor/PanelScale.h"
 #include "editor/UndoButton.h"
 #include "editor/ValueRows.h"
 #include "host/plugin/KWUniClient.h"
+#include "panel/Look.h"
 #include "platform/Messages.h"
 
 #include <cmath>
+
+namespace ormund {
 
 namespace {
 constexpr int kStepWidth = 18;
@@ -141,3 +143,5 @@ void KWUniClientEditor::refreshMessages()
         forgetMessage();
     }
 }
+
+} // namespace ormund

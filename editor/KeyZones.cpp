@@ -2,6 +2,8 @@
 
 #include "engine/KWKeys.h"
 
+namespace ormund {
+
 namespace {
 
 // Frames of the strip: the eight actions, then the key that transposes by nothing, then a C.
@@ -36,3 +38,5 @@ KWPolyObjectSet makeKeyZones(int keyMode, int height, int shift)
             mark(kPerformanceKeyTable[size_t(i)].note - shift, i);
     return set;
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include "controls/KWPolyObjectView.h"
 #include "view/Geometry.h"
 
+namespace ormund {
+
 // The piano of the panel: eight octaves of narrow keys, so that every key zone shows at once, and
 // what is printed on the keys of a keyboard mode.
 constexpr int kKeyboardOctaves = 8;
@@ -40,3 +42,5 @@ constexpr CRect keyRect(int note, int height)
 // The marks over the keys of keyboard mode 0 or 1, for a strip of frames `height` high, when the
 // keys count as `shift` semitones higher.
 KWPolyObjectSet makeKeyZones(int keyMode, int height, int shift = 0);
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+namespace ormund {
+
 void LearnMenu::beginModal(int mode, const CPoint* where, long forTag)
 {
     for (const ControlRow& row : controlCatalogue()) {
@@ -17,3 +19,5 @@ void LearnMenu::beginModal(int mode, const CPoint* where, long forTag)
     setEntryText(1, ("step " + std::to_string(getMenuStep() + 1)).c_str());
     KWOptionMenu::beginModal(mode, where, forTag);
 }
+
+} // namespace ormund

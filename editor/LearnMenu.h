@@ -2,6 +2,8 @@
 
 #include "controls/KWOptionMenu.h"
 
+namespace ormund {
+
 // The popup of the step views: two titles that tell the track and the step under the mouse, then
 // "midi Learn" and "clear".
 class LearnMenu : public KWOptionMenu {
@@ -12,3 +14,5 @@ public:
 
     void beginModal(int mode, const CPoint* where, long forTag) override;
 };
+
+} // namespace ormund

@@ -1,11 +1,13 @@
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
-#include "panel/Look.h"
 #include "editor/BitmapTable.h"
 #include "editor/ControlFactory.h"
 #include "editor/EngineLink.h"
 #include "editor/LearnMenu.h"
 #include "editor/ModeMenu.h"
+#include "panel/Look.h"
+
+namespace ormund {
 
 namespace {
 
@@ -131,3 +133,5 @@ void ControlFactory::fillPresetMenu(KWOptionMenu& menu, MenuItems kind)
     menu.scanFolder(engine.presetFolder(preset).c_str(), presetKindRow(preset).extension);
     menu.selectedText = engine.presetName(preset);
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include "data/parameters/Parameters.h"
 #include "editor/PanelScale.h"
 
+namespace ormund {
+
 // The words of the menus. Those of a parameter's choices stand with the parameter.
 namespace {
 
@@ -50,3 +52,5 @@ std::vector<std::string> menuTexts(const ControlRow& row)
         return {};
     }
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr long kCloseTag = 1;
@@ -136,3 +138,5 @@ bool MessageBox::onKeyDown(const CKeyEvent& event)
         endModal(0);
     return true;
 }
+
+} // namespace ormund

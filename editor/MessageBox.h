@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // A message to the user as a sheet above the panel: the text in as many lines as it needs, and a
 // button that closes it. The host's window stays usable.
 class MessageBox : public KWViewContainer, public CControlListener {
@@ -26,3 +28,5 @@ private:
     std::vector<std::string> lines;
     class KWButton* button;
 };
+
+} // namespace ormund

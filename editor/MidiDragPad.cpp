@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+namespace ormund {
+
 CMouseEventResult MidiDragPad::onMouseDown(const CPoint& where, int buttons)
 {
     const CMouseEventResult result = KWButton::onMouseDown(where, buttons);
@@ -35,3 +37,5 @@ CMouseEventResult MidiDragPad::onMouseUp(const CPoint& where, int buttons)
         clicked();
     return result;
 }
+
+} // namespace ormund

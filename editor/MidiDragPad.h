@@ -4,6 +4,8 @@
 
 #include <functional>
 
+namespace ormund {
+
 // The pad from which a MIDI file is dragged out of the window. A click without a drag asks for a
 // place to save it instead.
 class MidiDragPad : public KWButton {
@@ -23,3 +25,5 @@ private:
     CPoint pressedAt;
     bool armed = false;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <memory>
 
+namespace ormund {
+
 namespace {
 
 constexpr double kRate = 44100;
@@ -102,3 +104,5 @@ std::vector<uint8_t> exportMidi(KWUniClient& source, int bars)
     recorder.file.name = "Ormund";
     return recorder.file.write();
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 void ModeMenu::draw(CDrawContext* context)
 {
     CBitmap* pictures = getBackground();
@@ -13,3 +15,5 @@ void ModeMenu::draw(CDrawContext* context)
         drawHover(context);
     setDirty(false);
 }
+
+} // namespace ormund

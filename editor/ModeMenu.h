@@ -2,6 +2,8 @@
 
 #include "controls/KWOptionMenu.h"
 
+namespace ormund {
+
 // A menu that shows its choice as a picture: its bitmap holds a frame for each entry.
 class ModeMenu : public KWOptionMenu {
 public:
@@ -9,3 +11,5 @@ public:
 
     void draw(CDrawContext* context) override;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "panel/ControlCatalogue.h"
 
+namespace ormund {
+
 bool PageGates::show(const Pages& wanted)
 {
     const bool changed = !(wanted == pages) || !bits.test(kAlways);
@@ -19,3 +21,5 @@ bool PageGates::show(const Pages& wanted)
     }
     return changed;
 }
+
+} // namespace ormund

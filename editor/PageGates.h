@@ -2,6 +2,8 @@
 
 #include "controls/KWBitSet128.h"
 
+namespace ormund {
+
 // Which pages of the panel are live. The editor looks at the engine's page values once an idle and
 // says here what it found; the controls look at the gate. Screen thread.
 class PageGates {
@@ -25,3 +27,5 @@ private:
     Pages pages;
     KWBitSet128 bits;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include "panel/ControlCatalogue.h"
 #include "view/FrameWindow.h"
 
+namespace ormund {
+
 namespace {
 
 constexpr int kTitleBar = 28;       // what the window's frame takes at the least
@@ -31,3 +33,5 @@ double fittingPanelScale(double wanted, const Desktop& desktop)
         --index;
     return kPanelScales[size_t(index)];
 }
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace ormund {
+
 struct Desktop;
 
 // The sizes that the panel is offered in, device pixels to a panel pixel.
@@ -12,3 +14,5 @@ int panelScaleIndex(double scale);
 // The largest of them up to `wanted` at which the panel fits on the desktop's screen, window frame
 // included; the smallest when none does.
 double fittingPanelScale(double wanted, const Desktop& desktop);
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace ormund {
+
 int PatternCells::locked() const
 {
     return lockState && *lockState != 0.0f && lockedPattern ? int(*lockedPattern) : -1;
@@ -46,3 +48,5 @@ void PatternCells::updateControl(void* context)
         setDirty(true);
     KWControl::updateControl(context);
 }
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "controls/KWDisplay.h"
 
+namespace ormund {
+
 // The sixteen patterns as a row of cells that show which one is locked and which one runs. The
 // mouse area below it takes the clicks.
 class PatternCells : public KWDisplay {
@@ -25,3 +27,5 @@ private:
     int shownRunning = -2;
     int shownLocked = -2;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "controls/KWMouseArea.h"
 
+namespace ormund {
+
 class CBitmap;
 
 // The roll area at the keyboard's right end: a mouse area that shows when it is held.
@@ -13,3 +15,5 @@ public:
 
     CBitmap* strip = nullptr; // idle, held
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include "panel/ControlCatalogue.h"
 
+namespace ormund {
+
 ScreenLane laneOf(const ControlRow& row)
 {
     if (row.track > 0)
@@ -38,3 +40,5 @@ ScreenLane laneOf(const ControlRow& row)
             int(ScreenLane::Mod1) + row.group - kTrackPages); // the markers of the mod tracks
     return ScreenLane::Pitch;
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace ormund {
+
 // The lanes that have a position of their own, in the order of the screen.
 enum class ScreenLane : int {
     Pitch,
@@ -33,3 +35,5 @@ struct ScreenState {
     Crossing<float> lockState = 0.0f;
     Crossing<float> keyboardBase = 24.0f;
 };
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "editor/StillControls.h"
 
+namespace ormund {
+
 namespace {
 
 // clang-format off
@@ -67,3 +69,5 @@ constexpr StillControl kParameters[] = {
 
 std::span<const StillControl> stillControls() { return kControls; }
 std::span<const StillControl> stillParameters() { return kParameters; }
+
+} // namespace ormund

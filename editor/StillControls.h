@@ -2,6 +2,8 @@
 
 #include <span>
 
+namespace ormund {
+
 // A control whose use changes nothing, or a parameter that the engine does not react to when it is
 // set, and why that is so.
 struct StillControl {
@@ -13,3 +15,5 @@ struct StillControl {
 std::span<const StillControl> stillControls();
 // Parameters, in tag order.
 std::span<const StillControl> stillParameters();
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <cairo.h>
 
+namespace ormund {
+
 UndoButton::UndoButton(const CRect& place, CControlListener* ownListener, long ownTag,
     KWFrame* ownFrame, bool isForward)
     : KWButton(place, ownListener, ownTag, ownFrame, "", false, kMomentary), forward(isForward)
@@ -67,3 +69,5 @@ void UndoButton::draw(CDrawContext* context)
     cairo_stroke(cairo);
     cairo_restore(cairo);
 }
+
+} // namespace ormund

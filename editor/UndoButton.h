@@ -2,6 +2,8 @@
 
 #include "controls/KWButton.h"
 
+namespace ormund {
+
 // A small flat button with an arrow that turns back, or forward for redo. It draws itself.
 class UndoButton : public KWButton {
 public:
@@ -19,3 +21,5 @@ private:
     bool usable = false;
     bool over = false;
 };
+
+} // namespace ormund

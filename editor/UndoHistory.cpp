@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace ormund {
+
 size_t UndoHistory::Level::bytes() const
 {
     size_t sum = sizeof *this + changes.capacity() * sizeof changes[0];
@@ -37,3 +39,5 @@ void UndoHistory::clear()
     bytes = 0;
     next = 0;
 }
+
+} // namespace ormund

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "data/state/MidiMap.h"
 #include "data/library/Presets.h"
+#include "data/state/MidiMap.h"
 #include "editor/EditCells.h"
 
 #include <cstddef>
 #include <deque>
 #include <memory>
+
+namespace ormund {
 
 // What the user changed, gesture by gesture, so that each can be taken back and done again. Screen
 // thread.
@@ -48,3 +50,5 @@ private:
     size_t bytes = 0; // of all levels
     size_t next = 0;  // levels before it can be undone, those from it on redone
 };
+
+} // namespace ormund

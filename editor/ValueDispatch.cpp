@@ -5,6 +5,8 @@
 #include "editor/EditorActions.h"
 #include "editor/EngineLink.h"
 
+namespace ormund {
+
 void ValueDispatch::setParameter(const ControlRow& row, float value)
 {
     const float scaled = parameterValue(row, value);
@@ -132,3 +134,5 @@ void ValueDispatch::roll(const KWMouseArea::State& state)
         engine.setParameterAutomated(Tag::LooperSteps, state.y);
     engine.setParameterAutomated(Tag::Looper, held ? 1.0f : 0.0f);
 }
+
+} // namespace ormund

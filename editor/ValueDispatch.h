@@ -4,6 +4,8 @@
 #include "data/state/StateParts.h"
 #include "panel/ControlCatalogue.h"
 
+namespace ormund {
+
 class CControl;
 class EditorActions;
 class EngineLink;
@@ -34,3 +36,5 @@ private:
     EngineLink& engine;
     EditorActions& actions;
 };
+
+} // namespace ormund

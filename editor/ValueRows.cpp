@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kRootDegree = (kScaleDegrees - 1) / 2;
@@ -46,3 +48,5 @@ void fillValueRows(KWUniClient& engine)
     fill(tracks.modDisplay, tracks.mods[static_cast<size_t>(mod)],
         [](const KWTableXY& track, int step) { return scaled(track, step, kControllerValues); });
 }
+
+} // namespace ormund

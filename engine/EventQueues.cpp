@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace ormund {
+
 namespace {
 constexpr size_t slot(int index) { return static_cast<size_t>(index); }
 } // namespace
@@ -127,3 +129,5 @@ VstEvents* OutgoingList::close()
     eventCount = 0;
     return reinterpret_cast<VstEvents*>(&block);
 }
+
+} // namespace ormund

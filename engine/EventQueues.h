@@ -8,6 +8,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ormund {
+
 // What an incoming MIDI message means to the engine.
 enum class EventCode : int32_t {
     Cancelled = -1,
@@ -104,3 +106,5 @@ private:
     Block block;
     int eventCount = 0;
 };
+
+} // namespace ormund

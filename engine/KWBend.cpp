@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr float kPoints = 32.0f;
 constexpr float kSemitones = 2.0f;  // range of the synth's bend
@@ -51,3 +53,5 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
         && outgoing.append(kPitchBendStatus, 0, static_cast<int>(latchedMidi)))
         sentMidi = latchedMidi;
 }
+
+} // namespace ormund

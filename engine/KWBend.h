@@ -7,6 +7,8 @@
 #include "engine/KWNotes.h"
 #include "engine/KWPerformance.h"
 
+namespace ormund {
+
 class OutgoingList;
 class Tracks;
 
@@ -57,3 +59,5 @@ private:
     float latchedSemitones = 0;
     float sentMidi = kCentre;
 };
+
+} // namespace ormund

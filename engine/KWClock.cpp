@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace ormund {
+
 KWClock::KWClock(
     KWSystemInfo& timeBase, ParameterSink& parameterSink, const Crossing<float>& reloads)
     : info(timeBase), sink(parameterSink), reloadCounter(reloads)
@@ -121,3 +123,5 @@ void KWClock::rest(int ticks)
         ownClock = nextOwnClock();
     ring.repeat(ticks, [&] { return looperLink.rest(values.stepsPerTick); });
 }
+
+} // namespace ormund

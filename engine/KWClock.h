@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 class ParameterSink;
 
 class KWClock {
@@ -120,3 +122,5 @@ private:
     ManualLink manual;
     LooperLink looperLink{ring};
 };
+
+} // namespace ormund

@@ -1,10 +1,12 @@
 #include "engine/KWKeys.h"
 
-#include "data/tracks/KWTableXY.h"
 #include "data/parameters/ParameterSink.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/KWTableXY.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 constexpr int kPerformanceZoneLow = 52;
@@ -240,3 +242,5 @@ void KWKeys::record(int mainPosition)
     pitchTable.setValue(position, static_cast<float>(value));
     recordStepCount = (recordStepCount + 1) % 32;
 }
+
+} // namespace ormund

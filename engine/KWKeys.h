@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 class KWTableXY;
 class ParameterSink;
 
@@ -145,3 +147,5 @@ private:
     LastSeen<int> recordingEdge;
     int recordStepCount = 0;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr unsigned kSteps = 32;
 }
@@ -96,3 +98,5 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
     for (int mod = 0; mod < kModLanes; ++mod)
         values.mods[static_cast<size_t>(mod)] = positionOf(FirstMod + mod);
 }
+
+} // namespace ormund

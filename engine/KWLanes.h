@@ -8,6 +8,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class KWZoneHandlerContainer;
 class Tracks;
 
@@ -68,3 +70,5 @@ private:
     LastSeen<float> play;
     Out values;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include "data/tracks/Tracks.h"
 #include "engine/EventQueues.h"
 
+namespace ormund {
+
 const std::array<int, KWMods::kTracks> KWMods::kSynthTargets = {
     Tag::SynthLevel,
     Tag::SynthPan,
@@ -80,3 +82,5 @@ void KWMods::tick(const KWLanes::Out& lanes, const KWPerformance::Out& performan
         }
     }
 }
+
+} // namespace ormund

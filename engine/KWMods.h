@@ -10,6 +10,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class OutgoingList;
 class ParameterSink;
 class Tracks;
@@ -53,3 +55,5 @@ private:
     std::array<float, kTracks> values{};
     bool unsent = false;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include "engine/EventQueues.h"
 #include "synth/KWSimpleMidiManager.h"
 
+namespace ormund {
+
 namespace {
 constexpr uint8_t kNoteOnStatus = 0x90;
 constexpr int kNodesPerNote = 3; // the end of the old note, the start and the end of the new one
@@ -148,3 +150,5 @@ int KWNoteSchedule::pendingOffs(int note) const
         offs += at(place).note == note && at(place).velocity == 0;
     return offs;
 }
+
+} // namespace ormund

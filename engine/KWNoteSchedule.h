@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ormund {
+
 class OutgoingList;
 class KWSimpleMidiManagerBase;
 
@@ -73,3 +75,5 @@ private:
     unsigned counter = 0; // where the search for a free slot starts
     int used = 0;
 };
+
+} // namespace ormund

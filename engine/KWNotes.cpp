@@ -1,13 +1,15 @@
 #include "engine/KWNotes.h"
 
 #include "data/music/ArpeggioTable.h"
-#include "data/parameters/ChoiceLists.h"
 #include "data/music/ChordTable.h"
 #include "data/music/ScaleTable.h"
+#include "data/parameters/ChoiceLists.h"
 #include "data/tracks/Tracks.h"
 #include "engine/KWNoteSchedule.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 constexpr float kShortestGate = 0.025f; // of a step
@@ -147,3 +149,5 @@ void KWNotes::trigger(KWNoteSchedule& schedule)
             schedule.addNote(0, values.note[at(i)], values.velocity[at(i)],
                 static_cast<uint32_t>(values.duration), 0);
 }
+
+} // namespace ormund

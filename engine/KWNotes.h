@@ -12,6 +12,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class KWNoteSchedule;
 class Tracks;
 
@@ -95,3 +97,5 @@ private:
     float triggerValue = 0;
     LastSeen<float> triggered;
 };
+
+} // namespace ormund

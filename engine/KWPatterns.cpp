@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr float kRestartPulse = 0.01f; // truncates to pattern 0
 }
@@ -81,3 +83,5 @@ void KWPatterns::select(int pattern)
     tracks.selectRow(pattern);
     store.replay(sink);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 
+namespace ormund {
+
 class ParameterSink;
 class PatternStore;
 
@@ -66,3 +68,5 @@ private:
     uint32_t loopSeen = 0;
     bool isSettled = false; // the last tick left all cells as they were
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 float drawnValue(StepCommand command, float r)
 {
@@ -41,3 +43,5 @@ void KWPerformance::tick(const KWLanes::Out& lanes)
     if (acts)
         values.slots[static_cast<size_t>(values.command)] = drawnValue(values.command, r);
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class Tracks;
 
 // Its values. Those from 10 on stand for the modulation tracks.
@@ -44,3 +46,5 @@ private:
     LastSeen<int> key{-1};
     Out values;
 };
+
+} // namespace ormund

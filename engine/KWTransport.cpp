@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 constexpr double kJump = 0.5; // quarter notes off the host's position that count as a locate
 // A host may still report a place just beyond the loop's end after its return.
@@ -85,3 +87,5 @@ void KWTransport::advance(int samples)
     }
     moveTo(position);
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include "data/music/KWSystemInfo.h"
 #include "host/effect/EffectTypes.h"
 
+namespace ormund {
+
 // Audio thread. Inside tolerance the position is not set but steered, so that it meets the host's
 // at the end of the block; locates beyond half a quarter note are taken over at once.
 class KWTransport {
@@ -62,3 +64,5 @@ private:
     float wrapPosition = 0;
     double wrapTarget = 0;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace ormund {
+
 // Written by the audio thread at the end of each tick, polled by the screen.
 struct ScreenValues {
     static constexpr int kModTracks = 8;
@@ -29,3 +31,5 @@ struct ScreenValues {
     OneWayFlag presetListRebuild;
     OneWayFlag pagesChanged; // page or track selection
 };
+
+} // namespace ormund

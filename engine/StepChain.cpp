@@ -1,5 +1,7 @@
 #include "engine/StepChain.h"
 
+namespace ormund {
+
 namespace {
 constexpr float kCountWrap = 32000.0f;
 } // namespace
@@ -66,3 +68,5 @@ float LooperLink::tick(float count, bool on, int steps, const StepSpeed& speed)
     const float swung = swing.tick(wholePart(ownCount), speed.swingAmount, speed.swingDelay);
     return active ? swung + base : count;
 }
+
+} // namespace ormund

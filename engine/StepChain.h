@@ -5,6 +5,8 @@
 #include "base/LastSeen.h"
 #include "engine/SwingLine.h"
 
+namespace ormund {
+
 // What all links need to know of this tick.
 struct StepSpeed {
     double stepsPerTick;
@@ -101,3 +103,5 @@ private:
     float ownCount = 0;
     float base = 0;
 };
+
+} // namespace ormund

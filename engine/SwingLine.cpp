@@ -2,6 +2,8 @@
 
 #include "data/music/KWSystemInfo.h"
 
+namespace ormund {
+
 namespace {
 constexpr float kEntriesAt44100 = 4096.0f;
 constexpr auto kMostEntries = static_cast<size_t>(kEntriesAt44100 * kMaxSampleRate / 44100.0f) + 1;
@@ -20,3 +22,5 @@ void SwingRing::setRateRatio(float rateRatio)
     if (now >= length)
         now = 0;
 }
+
+} // namespace ormund

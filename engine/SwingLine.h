@@ -7,6 +7,8 @@
 #include <array>
 #include <cstddef>
 
+namespace ormund {
+
 // The past of all four counters that swing. Audio thread, but for setRateRatio, which runs while no
 // block does or inside a tick; it allocates nothing.
 class SwingRing {
@@ -96,3 +98,5 @@ private:
     float entered = 0; // the last tick's count
     float swung = 0;   // and what it gave
 };
+
+} // namespace ormund

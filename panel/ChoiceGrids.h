@@ -2,6 +2,8 @@
 // under the mouse.
 #pragma once
 
+namespace ormund {
+
 struct ChoiceGrid {
     int bitmap;
     int columns;
@@ -23,3 +25,5 @@ inline constexpr ChoiceGrid kChoiceGrids[] = {
     {1090, 9, 2, 17},  // random
     {1092, 8, 2, 16},  // pattern, repeats
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 // The words of the table below: each makes a row of one class and leaves the rest at its default.
@@ -685,3 +687,5 @@ const ControlRow* findControl(int tag)
             return &row;
     return nullptr;
 }
+
+} // namespace ormund

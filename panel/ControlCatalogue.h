@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // The whole face of the instrument as one table, a row per control, in the order of building: what
 // comes later lies above and gets the mouse first. Building, value dispatch, hints, learning and
 // the tests all walk this table; nothing about a control is told twice.
@@ -169,3 +171,5 @@ const ControlRow* findControl(int tag);
 
 // The fixed texts of a menu, in the order of its values; empty for none.
 std::vector<std::string> menuTexts(const ControlRow& row);
+
+} // namespace ormund

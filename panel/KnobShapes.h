@@ -3,6 +3,8 @@
 // frame's corner.
 #pragma once
 
+namespace ormund {
+
 struct KnobShape {
     int bitmap;
     double x, y;   // the middle
@@ -29,3 +31,5 @@ struct KnobRows {
 inline constexpr KnobRows kModTrackList{1061, 10, 85};
 
 inline constexpr KnobShape kKnobShapes[] = {kKnobBesidePad, kSmallKnob, kSynthKnob};
+
+} // namespace ormund

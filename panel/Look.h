@@ -3,6 +3,8 @@
 
 #include "view/Geometry.h"
 
+namespace ormund {
+
 namespace look {
 
 inline constexpr CColor kHead = CColor::hex(0x191C20);
@@ -37,3 +39,5 @@ inline constexpr int kMenuShadow = 3; // pixels down, at 35 %
 inline constexpr int kMenuShadowAlpha = 89;
 
 } // namespace look
+
+} // namespace ormund

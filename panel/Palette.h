@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+namespace ormund {
+
 // A colour in sRGB, each part 0 to 1, not premultiplied.
 struct Ink {
     double red = 0;
@@ -102,3 +104,5 @@ inline double contrast(const Ink& one, const Ink& other)
     const double b = luminance(other) + 0.05;
     return a > b ? a / b : b / a;
 }
+
+} // namespace ormund

@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
+namespace ormund {
 
 namespace {
 
@@ -154,3 +154,5 @@ bool ChildProcess::isInstalled(const std::string& program)
     }
     return false;
 }
+
+} // namespace ormund

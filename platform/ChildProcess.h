@@ -6,6 +6,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace ormund {
+
 class ChildProcess {
 public:
     ChildProcess() = default;
@@ -40,3 +42,5 @@ private:
     int status = -1;
     std::string text;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 
 bool isFolder(const std::string& path)
@@ -144,3 +146,5 @@ void KWFileChooser::cancel()
     continuation = nullptr;
     doubtful.clear();
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+namespace ormund {
+
 class KWFileChooser {
 public:
     enum class Kind : unsigned char { Load, Save, Folder };
@@ -46,3 +48,5 @@ private:
     std::string doubtful; // the path that the overwrite question is about
     bool isKdialog = false;
 };
+
+} // namespace ormund

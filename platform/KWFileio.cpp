@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace {
 
 class Descriptor {
@@ -203,3 +205,5 @@ std::string KWFileio::nameOf(const std::string& path)
     const size_t dot = name.rfind('.');
     return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class KWFileio {
 public:
     struct Entry {
@@ -31,3 +33,5 @@ public:
     static std::string folderOf(const std::string& path); // without the last slash
     static std::string nameOf(const std::string& path);   // without folder and ending
 };
+
+} // namespace ormund

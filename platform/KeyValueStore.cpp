@@ -8,6 +8,8 @@
 #include <sqlite3.h>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(3);
@@ -169,3 +171,5 @@ bool KeyValueStore::writeInt(const char* key, int32_t value) const
     return writeValue(
         path, key, [value](sqlite3_stmt* row) { return sqlite3_bind_int(row, 2, value); });
 }
+
+} // namespace ormund

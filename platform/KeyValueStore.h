@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+namespace ormund {
+
 // Each access opens the file, reads or writes, and closes it, so that several hosts and instances
 // share it without losing anything. What cannot be read or written behaves as missing; nothing is
 // reported. Any thread but the audio thread.
@@ -20,3 +22,5 @@ public:
 private:
     std::string path;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <mutex>
 
+namespace ormund {
+
 namespace {
 
 struct Store {
@@ -73,3 +75,5 @@ void forgetMessage()
     const std::lock_guard guard(store().lock);
     store().isKept = false;
 }
+
+} // namespace ormund

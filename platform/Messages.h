@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace ormund {
+
 inline constexpr int kMessageBytes = 8192; // with the terminating zero; longer texts are cut
 
 // Formats and keeps the text, whether an editor is open or not: a plug-in prints nothing into its
@@ -20,3 +22,5 @@ std::string currentMessage();
 // Rises with each message kept, so that a viewer sees a new one.
 unsigned messageNumber();
 void forgetMessage();
+
+} // namespace ormund

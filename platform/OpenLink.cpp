@@ -2,6 +2,8 @@
 
 #include "platform/ChildProcess.h"
 
+namespace ormund {
+
 bool openLink(const std::string& target)
 {
     // A leading dash would be an option.
@@ -17,3 +19,5 @@ bool openLink(const std::string& target)
     }
     return false;
 }
+
+} // namespace ormund

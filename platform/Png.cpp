@@ -3,6 +3,8 @@
 #include <cstring>
 #include <png.h>
 
+namespace ormund {
+
 namespace {
 
 // libpng gives straight alpha in the order blue, green, red, alpha.
@@ -74,3 +76,5 @@ std::vector<uint8_t> encodePng(const PixelImage& image)
     file.resize(size);
     return file;
 }
+
+} // namespace ormund

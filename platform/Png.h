@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // Pixels row by row without gaps, 0xAARRGGBB in the machine's byte order, colours multiplied by
 // alpha.
 struct PixelImage {
@@ -24,3 +26,5 @@ inline constexpr int kMaxPngSide = 16384;
 bool decodePng(std::span<const uint8_t> bytes, PixelImage& image);
 // Empty when the image is.
 std::vector<uint8_t> encodePng(const PixelImage& image);
+
+} // namespace ormund

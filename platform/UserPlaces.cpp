@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kOwnFolder[] = "Kelda Works/Ormund";
@@ -91,3 +93,5 @@ UserPlaces UserPlaces::find()
     places.installed = installation();
     return places;
 }
+
+} // namespace ormund

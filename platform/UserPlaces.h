@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace ormund {
+
 // $HOME, or what the user's entry says where that is no absolute path; "/" where neither is.
 std::string homeFolder();
 
@@ -15,3 +17,5 @@ struct UserPlaces {
     // $XDG_CONFIG_HOME and $XDG_DATA_HOME, else the usual folders of $HOME or of the user's entry.
     static UserPlaces find();
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 using Tokens = std::vector<std::string>;
@@ -429,3 +431,5 @@ bool readBankSource(
         return false;
     }
 }
+
+} // namespace ormund

@@ -27,7 +27,11 @@
 
 #include <string>
 
+namespace ormund {
+
 // Fills the song; `error` names file, line and reason when false comes back. `root` is the folder
 // under which `synth` lines look.
 bool readBankSource(
     const std::string& path, const std::string& root, DetachedSong& song, std::string& error);
+
+} // namespace ormund

@@ -1,12 +1,14 @@
 // Makes the factory bank from the texts in this folder: build-bank SOURCE-FOLDER TARGET-FOLDER
-#include "data/state/ChunkFile.h"
 #include "data/library/Settings.h"
+#include "data/state/ChunkFile.h"
 #include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 
 #include <cstdio>
 #include <memory>
+
+using namespace ormund;
 
 namespace {
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <sys/mman.h>
 
+namespace ormund {
+
 namespace {
 
 constexpr size_t kHugePage = size_t{2} << 20;
@@ -76,3 +78,5 @@ cairo_surface_t* ImagePool::make(int width, int height)
     cairo_surface_destroy(image);
     return nullptr;
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 
 typedef struct _cairo_surface cairo_surface_t;
 
+namespace ormund {
+
 class ImagePool {
 public:
     // A new ARGB32 image surface whose pixels are not set yet and whose rows follow each other
@@ -20,3 +22,5 @@ private:
 
     std::weak_ptr<Block> current;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 extern "C" {
 extern const std::byte ormundSkinPack[];
 extern const std::byte ormundSkinPackEnd[];
@@ -68,3 +70,5 @@ std::span<const std::byte> skinPart(int number, int halves, int frame)
 }
 
 size_t skinPackSize() { return size_t(ormundSkinPackEnd - ormundSkinPack); }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <span>
 
+namespace ormund {
+
 struct SkinSize {
     int number;     // 1000 to 1124
     int frameWidth; // panel pixels
@@ -24,3 +26,5 @@ int skinFramesOfPart(int number, int halves);
 std::span<const std::byte> skinPart(int number, int halves, int frame);
 // Of all images together.
 size_t skinPackSize();
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <iterator>
 #include <zstd.h>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kHalves[] = {2, 3, 4, 6};
@@ -135,3 +137,5 @@ CBitmapProvider::Part SkinProvider::renderPart(long id, double scale, int from, 
         return {renderBitmap(id, scale), 0};
     return {unpack(*size, halves, first, end), top};
 }
+
+} // namespace ormund

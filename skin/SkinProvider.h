@@ -5,8 +5,11 @@
 #include "skin/ImagePool.h"
 #include "view/CBitmap.h"
 
-struct SkinSize;
 struct ZSTD_DCtx_s;
+
+namespace ormund {
+
+struct SkinSize;
 
 class SkinProvider : public CBitmapProvider {
 public:
@@ -30,3 +33,5 @@ private:
     ImagePool pool;
     ZSTD_DCtx_s* unpacker; // kept, for it is larger than most images
 };
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "synth/AudioLoops.h"
 
+namespace ormund {
+
 const AudioLoops& fastestLoops()
 {
 #if defined(ORMUND_AVX2_LOOPS)
@@ -8,3 +10,5 @@ const AudioLoops& fastestLoops()
 #endif
     return kBaselineLoops;
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include "synth/KWPulseOsc.h"
 #include "synth/VoiceFilter.h"
 
+namespace ormund {
+
 constexpr int kMaxRun = 32; // samples, a control block
 
 // All that a run of samples reads and writes of the voices.
@@ -58,3 +60,5 @@ extern const AudioLoops kAvx2Loops;
 
 // What this processor runs fastest.
 const AudioLoops& fastestLoops();
+
+} // namespace ormund

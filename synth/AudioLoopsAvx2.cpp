@@ -2,5 +2,9 @@
 #if defined(ORMUND_AVX2_LOOPS)
 #include "synth/AudioLoopsImpl.h"
 
+namespace ormund {
+
 const AudioLoops kAvx2Loops = {runVoices, runDelay};
+
+} // namespace ormund
 #endif

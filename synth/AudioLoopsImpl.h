@@ -5,6 +5,8 @@
 #include "synth/AudioLoops.h"
 #include "synth/LaneVector.h"
 
+namespace ormund {
+
 namespace {
 
 constexpr float kPi = 3.1415927f;
@@ -285,3 +287,5 @@ void runDelay(const DelayRun& run)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "synth/Envelope.h"
 
+namespace ormund {
+
 void Envelope::tick(const Lanes& triggers, const EnvelopeTimes& times)
 {
     bool triggered = false;
@@ -81,3 +83,5 @@ void Envelope::release(int voice, const EnvelopeTimes& times)
     stage[voice] = Stage::Release;
     counter[voice] = value[voice] / times.release;
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "synth/Lanes.h"
 
+namespace ormund {
+
 // Ticks that a time takes; never 0, so that it can divide.
 struct EnvelopeTimes {
     float attackMs = 0; // as set; exactly 0 skips the attack
@@ -44,3 +46,5 @@ private:
     LaneArray<Stage> stage;
     bool moving = false; // a voice is in a stage that ends by itself
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kPi = 3.1415927f;
@@ -39,3 +41,5 @@ void KWBlitSawOsc::restart(int voice)
 }
 
 void KWBlitSawOsc::forgetFrequencies() { lastFrequency = {}; }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "synth/Lanes.h"
 
+namespace ormund {
+
 // Audio thread only. What the sample loops advance is `phase` and `integrator`; the rest is set at
 // control rate.
 class KWBlitSawOsc {
@@ -29,3 +31,5 @@ public:
 private:
     Lanes lastFrequency; // Hz
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kFeedbackRange = 0.9900000095367432f;
@@ -191,3 +193,5 @@ void KWDelay16::processMoving(
         write = write + 1 < length ? write + 1 : 0;
     }
 }
+
+} // namespace ormund

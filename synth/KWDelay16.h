@@ -6,6 +6,8 @@
 #include "data/music/KWSystemInfo.h"
 #include "synth/AudioLoops.h"
 
+namespace ormund {
+
 // process() and updateBlock() belong to the audio thread, setParameter() and setMix() to any.
 // The buffers are reserved for the slowest tempo whenever the rate changes, so that a change of
 // tempo, which comes inside a block, never allocates. They are neither cleared nor shrunk.
@@ -69,3 +71,5 @@ private:
     int length = 0;   // samples in use: four beats and four samples
     int capacity = 0; // samples reserved
 };
+
+} // namespace ormund

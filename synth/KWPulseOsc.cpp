@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kStartIncrement = 0.02f;
@@ -37,3 +39,5 @@ void KWPulseOsc::moveWidth(int voice, float target)
     if (jump)
         state.width[voice] = target;
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "synth/Lanes.h"
 
+namespace ormund {
+
 // Audio thread only. The sample loops advance `fall`, `width` and `previous`.
 class KWPulseOsc {
 public:
@@ -24,3 +26,5 @@ public:
     };
     State state;
 };
+
+} // namespace ormund

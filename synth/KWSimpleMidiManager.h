@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 
+namespace ormund {
+
 // What a sender of notes needs to know.
 class KWSimpleMidiManagerBase {
 public:
@@ -68,3 +70,5 @@ private:
     alignas(32) std::array<T, N> velocityOf{};
     size_t last = 0;
 };
+
+} // namespace ormund

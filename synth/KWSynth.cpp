@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kTwoPi = 6.2831855f;
@@ -257,3 +259,5 @@ void KWSynth::render(float* left, float* right, int samples)
     renderVoices(left, right, samples);
     tempoDelay.process(left, right, samples);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include "synth/KWDelay16.h"
 #include "synth/KWSimpleMidiManager.h"
 
+namespace ormund {
+
 // Two rates: controlTick() decides once every 32 samples, render() only multiplies and adds.
 // Both belong to the audio thread; setParameter() may come from any. Nothing allocates after
 // construction but sampleRateChanged().
@@ -98,3 +100,5 @@ private:
     float inverseSampleRate = 0;
     KWDelay16 tempoDelay;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <immintrin.h>
 #endif
 
+namespace ormund {
+
 namespace {
 
 #if defined(__AVX2__)
@@ -115,3 +117,5 @@ inline VecF smaller(VecF a, VecF b) { return a < b ? a : b; }
 inline VecF larger(VecF a, VecF b) { return a > b ? a : b; }
 
 } // namespace
+
+} // namespace ormund

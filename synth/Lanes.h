@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ormund {
+
 constexpr int kVoices = 8;
 
 template <typename T>
@@ -23,3 +25,5 @@ inline Lanes filled(float value)
 
 // All bits of a lane set or none.
 using LaneMask = LaneArray<int32_t>;
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <initializer_list>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kGlideMs = 8.0f;
@@ -72,3 +74,5 @@ void VoiceFilter::heal()
             (*part)[voice] = 0;
     }
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include "synth/Lanes.h"
 
+namespace ormund {
+
 // Audio thread only. The cutoffs move at control rate, in straight lines of 8 ms.
 class VoiceFilter {
 public:
@@ -38,3 +40,5 @@ private:
     float derivedRadians = 0;
     float derivedDamping = 0;
 };
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 CBitmapProvider* registeredProvider = nullptr;
@@ -212,3 +214,5 @@ void CBitmap::paint(CDrawContext* context, const CRect& rect, const CPoint& offs
     }
     cairo_restore(cairo);
 }
+
+} // namespace ormund

@@ -11,8 +11,11 @@
 #include <memory>
 #include <vector>
 
-class CDrawContext;
 typedef struct _cairo_surface cairo_surface_t;
+
+namespace ormund {
+
+class CDrawContext;
 
 // The images of the resource ids, drawn or decoded by whoever knows them.
 class CBitmapProvider {
@@ -87,3 +90,5 @@ private:
     int height = 0;
     std::vector<Image> images;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace ormund {
+
 void CControlListener::controlBeginEdit(CControl*) { }
 void CControlListener::controlEndEdit(CControl*) { }
 
@@ -57,3 +59,5 @@ bool CControl::isTypeOf(const char* className) const
 {
     return std::strcmp(className, "CControl") == 0 || CView::isTypeOf(className);
 }
+
+} // namespace ormund

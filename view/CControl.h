@@ -4,6 +4,8 @@
 #include "view/CControlListener.h"
 #include "view/CView.h"
 
+namespace ormund {
+
 class CControl : public CView {
 public:
     explicit CControl(const CRect& viewSize, CControlListener* controlListener = nullptr,
@@ -47,3 +49,5 @@ protected:
 private:
     int editDepth = 0;
 };
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace ormund {
+
 class CControl;
 
 // Hears what a control does. Screen thread.
@@ -11,3 +13,5 @@ public:
     virtual void controlBeginEdit(CControl* control);
     virtual void controlEndEdit(CControl* control);
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <numbers>
 
+namespace ormund {
+
 CDrawContext::CDrawContext(cairo_surface_t* image, double imageScale)
     : context(cairo_create(image)), scale(imageScale)
 {
@@ -251,3 +253,5 @@ void CDrawContext::resetClipRect()
     clips.pop_back();
     cairo_restore(context);
 }
+
+} // namespace ormund

@@ -9,9 +9,12 @@
 #include <string_view>
 #include <vector>
 
-class CBitmap;
 typedef struct _cairo cairo_t;
 typedef struct _cairo_surface cairo_surface_t;
+
+namespace ormund {
+
+class CBitmap;
 
 enum CDrawStyle : int { kDrawStroked = 0, kDrawFilled = 1, kDrawFilledAndStroked = 2 };
 enum CLineStyle : int { kLineSolid = 0, kLineOnOffDash = 1 };
@@ -94,3 +97,5 @@ private:
     int fontStyle = kNormalFace;
     double tracking = 0;
 };
+
+} // namespace ormund

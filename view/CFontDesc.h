@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace ormund {
+
 enum CTxtFace : int { kNormalFace = 0, kBoldFace = 1 };
 enum CHoriTxtAlign : int { kLeftText = 0, kCenterText = 1, kRightText = 2 };
 
@@ -33,3 +35,5 @@ private:
 };
 
 using CFontRef = CFontDesc*;
+
+} // namespace ormund

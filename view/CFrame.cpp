@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 constexpr uint32_t kDoubleClickMs = 400;
@@ -292,3 +294,5 @@ void CFrame::viewGone(const CView* view)
     if (focusView == view)
         focusView = nullptr;
 }
+
+} // namespace ormund

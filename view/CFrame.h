@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace ormund {
+
 // What a frame tells the editor that it belongs to.
 class VSTGUIEditorInterface {
 public:
@@ -115,3 +117,5 @@ private:
     CPoint lastPressAt{-10000, -10000};
     int lastPressButton = 0;
 };
+
+} // namespace ormund

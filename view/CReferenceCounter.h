@@ -2,6 +2,8 @@
 // it, remember() takes another, and the last forget() deletes. Screen thread alone.
 #pragma once
 
+namespace ormund {
+
 class CReferenceCounter {
 public:
     CReferenceCounter() = default;
@@ -53,3 +55,5 @@ public:
 private:
     T* held = nullptr;
 };
+
+} // namespace ormund

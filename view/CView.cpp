@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+namespace ormund {
+
 CView::CView(const CRect& viewSize) : size(viewSize), mouseableArea(viewSize) { }
 
 CView::~CView()
@@ -104,3 +106,5 @@ void CView::removed(CView*)
 }
 
 bool CView::isTypeOf(const char* className) const { return std::strcmp(className, "CView") == 0; }
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include "view/Events.h"
 #include "view/Geometry.h"
 
+namespace ormund {
+
 class CBitmap;
 class CDrawContext;
 class CFrame;
@@ -93,3 +95,5 @@ private:
     bool transparent = false;
     bool isAttachedNow = false;
 };
+
+} // namespace ormund

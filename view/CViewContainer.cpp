@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace ormund {
+
 CViewContainer::CViewContainer(const CRect& viewSize) : CView(viewSize) { }
 
 CViewContainer::~CViewContainer() { CViewContainer::removeAll(true); }
@@ -221,3 +223,5 @@ void CViewContainer::dropMouseViews(const CView* view)
     if (mouseOverView == view)
         mouseOverView = nullptr;
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 class CViewContainer : public CView {
 public:
     explicit CViewContainer(const CRect& viewSize);
@@ -65,3 +67,5 @@ private:
     CColor backgroundColor = kTransparentCColor;
     bool offscreen = false;
 };
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "view/DirtyRegion.h"
 
+namespace ormund {
+
 namespace {
 
 long area(const CRect& rect) { return static_cast<long>(rect.width()) * rect.height(); }
@@ -72,3 +74,5 @@ void DirtyRegion::uniteCheapestPair()
     removeAt(first);
     add(both);
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <array>
 #include <span>
 
+namespace ormund {
+
 class DirtyRegion {
 public:
     static constexpr int kMaxRects = 24;
@@ -24,3 +26,5 @@ private:
     std::array<CRect, kMaxRects + 1> list{};
     int used = 0;
 };
+
+} // namespace ormund

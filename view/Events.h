@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 // Buttons and modifiers of a mouse or wheel call, or-ed. In a press the buttons hold all that are
 // down now; in a release those that are still down after it.
 enum CButton : int {
@@ -79,3 +81,5 @@ struct CKeyEvent {
 };
 
 enum class CCursor : uint8_t { Arrow, Hand, ResizeHorizontal, ResizeVertical, Cross, Move, Wait };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 constexpr size_t kShortest = 3; // letters of an abbreviated word
@@ -94,3 +96,5 @@ std::string fittedText(
         shorter.pop_back();
     return shorter.empty() ? std::string() : shorter + "…";
 }
+
+} // namespace ormund

@@ -10,8 +10,11 @@
 #include <string>
 #include <vector>
 
-class CFrame;
 typedef struct _cairo_surface cairo_surface_t;
+
+namespace ormund {
+
+class CFrame;
 
 class FrameWindow {
 public:
@@ -50,3 +53,5 @@ Desktop askDesktop();
 
 // A child window of `parent`, the host's window; memory when there is no such window system.
 std::unique_ptr<FrameWindow> makeSystemWindow(void* parent);
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace ormund {
+
 struct CPoint {
     int x = 0;
     int y = 0;
@@ -123,3 +125,5 @@ inline constexpr CColor kGreyCColor{127, 127, 127};
 inline constexpr CColor kRedCColor{255, 0, 0};
 inline constexpr CColor kGreenCColor{0, 255, 0};
 inline constexpr CColor kBlueCColor{0, 0, 255};
+
+} // namespace ormund

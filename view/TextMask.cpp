@@ -8,6 +8,8 @@
 #include <string>
 #include <unordered_map>
 
+namespace ormund {
+
 namespace {
 
 // A panel shows some hundred texts; a song changes a few dozen of them.
@@ -88,3 +90,5 @@ const TextMask& textMask(std::string_view text, const TextLook& look)
 }
 
 void forgetTextMasks() { store().clear(); }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 typedef struct _cairo_surface cairo_surface_t;
 
+namespace ormund {
+
 struct TextMask {
     cairo_surface_t* surface = nullptr; // alpha alone; null for a text without ink
     int left = 0;                       // of the image from the text's origin, device pixels
@@ -26,3 +28,5 @@ struct TextLook {
 // Valid until the next call.
 const TextMask& textMask(std::string_view text, const TextLook& look);
 void forgetTextMasks();
+
+} // namespace ormund

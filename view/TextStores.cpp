@@ -3,6 +3,8 @@
 #include "view/TextMask.h"
 #include "view/Typeface.h"
 
+namespace ormund {
+
 namespace {
 int references = 0;
 }
@@ -17,3 +19,5 @@ TextStores::~TextStores()
     Typeface::medium().forgetTexts();
     Typeface::semiBold().forgetTexts();
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 typedef struct _cairo cairo_t;
 
+namespace ormund {
+
 // A text that is about to be drawn. The box goes from the feet to the heads of the capitals, in the
 // units of the context, whose target still shows the ground alone.
 struct TextUse {
@@ -18,3 +20,5 @@ struct TextUse {
 
 // Empty in a program that is not a test. Screen thread alone.
 inline std::function<void(const TextUse&)> textObserver;
+
+} // namespace ormund

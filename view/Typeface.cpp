@@ -10,6 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace ormund {
+
 // The font files lie in the program as they are.
 #define ORMUND_EMBED(symbol, path)                                                                 \
     __asm__(".pushsection .rodata, \"a\", @progbits\n"                                             \
@@ -228,3 +230,5 @@ void Typeface::addPath(
         }
     }
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 
 typedef struct _cairo cairo_t;
 
+namespace ormund {
+
 class Typeface {
 public:
     static Typeface& medium();
@@ -34,3 +36,5 @@ private:
     Typeface(const unsigned char* begin, const unsigned char* end);
     std::unique_ptr<Data> data;
 };
+
+} // namespace ormund

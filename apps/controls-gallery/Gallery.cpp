@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 constexpr int kTicksPerStep = 6;
 }
@@ -132,3 +134,5 @@ void Gallery::keyClicked(int note, int velocityOfKey, bool right)
     tell("key " + std::to_string(note) + " at " + std::to_string(velocityOfKey)
         + (right ? ", held" : ""));
 }
+
+} // namespace ormund

@@ -6,10 +6,10 @@
 #include "controls/KWFrame.h"
 #include "controls/KWKeyboardView.h"
 #include "controls/KWPolyObjectView.h"
-#include "data/tracks/KWBtnLine.h"
 #include "data/music/KWKeyState.h"
-#include "data/tracks/KWListLine.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/tracks/KWBtnLine.h"
+#include "data/tracks/KWListLine.h"
 #include "data/tracks/KWTable.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
 #include "skin/SkinProvider.h"
@@ -18,6 +18,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace ormund {
 
 class KWDisplay;
 class KWImage;
@@ -119,3 +121,5 @@ Control* Gallery::add(Control* control)
     panel->addView(control);
     return control;
 }
+
+} // namespace ormund

@@ -13,6 +13,8 @@
 
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 
 void noteName(float value, char* text)
@@ -273,3 +275,5 @@ void Gallery::addMenus()
     box->addItem(inner, 70, 18);
     add(box);
 }
+
+} // namespace ormund

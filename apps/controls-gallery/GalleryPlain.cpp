@@ -15,6 +15,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kTop = 470;
@@ -128,3 +130,5 @@ void Gallery::addPlainControls()
     for (size_t i = 0; i < 5; ++i)
         picker->blackKeyRects[i] = {kBlackLeft[i], 0, kBlackLeft[i] + 8, 30};
 }
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kLeft = 10;
@@ -136,3 +138,5 @@ void Gallery::addKeyboard()
     for (size_t i = 0; i < 5; ++i)
         piano->blackKeyRects[i] = {kBlackLeft[i], 0, kBlackLeft[i] + 8, 30};
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cairo.h>
 #include <sstream>
 
+namespace ormund {
+
 namespace {
 
 int buttonNamed(const std::string& name)
@@ -130,3 +132,5 @@ bool playScript(Gallery& gallery, std::istream& script, std::string& error)
     }
     return true;
 }
+
+} // namespace ormund

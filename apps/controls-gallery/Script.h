@@ -13,8 +13,12 @@
 #include <istream>
 #include <string>
 
+namespace ormund {
+
 class Gallery;
 
 // False at the first line that fails, which `error` then tells.
 bool playScript(Gallery& gallery, std::istream& script, std::string& error);
 bool writeGalleryPng(Gallery& gallery, const std::string& path);
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <iostream>
 
+using namespace ormund;
+
 namespace {
 
 constexpr int kIdleMs = 16;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 void EventList::reserve(size_t room)
 {
     events.reserve(room);
@@ -39,3 +41,5 @@ VstEvents* EventList::list()
     }
     return made;
 }
+
+} // namespace ormund

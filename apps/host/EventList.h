@@ -8,6 +8,8 @@
 #include <cstring>
 #include <vector>
 
+namespace ormund {
+
 // The place in a list, whose array goes on behind its declared end. Null where the sender put none.
 inline const VstEvent* eventAt(const VstEvents& list, VstInt32 index)
 {
@@ -36,3 +38,5 @@ private:
     std::vector<VstMidiEvent> events;
     std::vector<VstEvents> bytes; // a VstEvents with room for all of them
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 void HostTransport::setUp(double sampleRate, double tempo, int beatsPerBar)
 {
     time.sampleRate = sampleRate;
@@ -45,3 +47,5 @@ void HostTransport::endBlock(int frames)
     if (cycling && time.ppqPos >= time.cycleEndPos)
         time.ppqPos = time.cycleStartPos + (time.ppqPos - time.cycleEndPos);
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 class HostTransport {
 public:
     void setUp(double sampleRate, double tempo, int beatsPerBar);
@@ -52,3 +54,5 @@ private:
     int64_t framesRun = 0;
     double rolledBeats = 0;
 };
+
+} // namespace ormund

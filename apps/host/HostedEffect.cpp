@@ -4,6 +4,8 @@
 #include <dlfcn.h>
 #include <string_view>
 
+namespace ormund {
+
 namespace {
 
 // The instance that is being made calls its host before it can be told apart from others.
@@ -130,3 +132,5 @@ VstIntPtr HostedEffect::answer(
         return 0;
     }
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace ormund {
+
 class HostedEffect {
 public:
     using Entry = AEffect* (*)(audioMasterCallback);
@@ -50,3 +52,5 @@ private:
     AEffect* instance = nullptr;
     std::string problem;
 };
+
+} // namespace ormund

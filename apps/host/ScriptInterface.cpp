@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+namespace ormund {
+
 namespace {
 
 constexpr VstInt32 kDoor = fourCharacters('K', 'W', 'O', 'R');
@@ -68,3 +70,5 @@ float readParameter(HostedEffect& host, int tag)
     host.dispatch(effVendorSpecific, kDoor, kReadParameter, &raw, static_cast<float>(tag));
     return raw;
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace ormund {
+
 // A preset (kwe, kws) or a map of controllers (kwm), told apart by the name's ending. Empty, or
 // what is wrong, in one line.
 std::string loadFile(HostedEffect& host, const std::string& path);
@@ -15,3 +17,5 @@ void loadInWindow(HostedEffect& host, const std::string& path);
 std::string savePreset(HostedEffect& host, const std::string& path);
 // 0 to 1, of any parameter; getParameter of the effect knows those of the host alone. 0 for none.
 float readParameter(HostedEffect& host, int tag);
+
+} // namespace ormund

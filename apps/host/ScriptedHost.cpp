@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kMostFaults = 20;
@@ -136,3 +138,5 @@ void ScriptedHost::fault(std::string line)
     if (faults.size() < kMostFaults)
         faults.push_back(std::move(line));
 }
+
+} // namespace ormund

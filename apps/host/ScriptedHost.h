@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class ScriptedHost final : public HostedEffect {
 public:
     struct Setup {
@@ -94,3 +96,5 @@ private:
     std::vector<float> leftBlock;
     std::vector<float> rightBlock;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <iomanip>
 #include <sstream>
 
+namespace ormund {
+
 namespace {
 constexpr int kUsageError = 2;
 
@@ -115,3 +117,5 @@ int CommandLine::refuse(const std::string& why) const
         stderr, "%s: %s (--help tells more)\n", parser->app.get_name().c_str(), why.c_str());
     return kUsageError;
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // What is declared must outlive parse(), which fills it. The last of an option that is given
 // several times counts. Names are "--name", or "NAME" for what stands alone; `kind` names the value
 // in the help.
@@ -48,3 +50,5 @@ private:
     struct Parser;
     std::unique_ptr<Parser> parser;
 };
+
+} // namespace ormund

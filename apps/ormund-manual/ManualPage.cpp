@@ -13,6 +13,8 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace ormund {
+
 namespace {
 
 constexpr const char kFrame[] = "page.html";
@@ -222,3 +224,5 @@ std::string ManualPage::picture(const Attributes& given, const std::string& inne
         + std::to_string(taken.height) + "\" src=\"data:image/png;base64," + toBase64(taken.png)
         + "\"><figcaption>" + inner + "</figcaption></figure>";
 }
+
+} // namespace ormund

@@ -17,6 +17,8 @@
 #include <map>
 #include <string>
 
+namespace ormund {
+
 class ManualPage {
 public:
     ManualPage(std::map<std::string, PanelPicture> panelPictures, std::string programVersion);
@@ -39,3 +41,5 @@ private:
     std::string chapters; // filled in
     std::string contents;
 };
+
+} // namespace ormund

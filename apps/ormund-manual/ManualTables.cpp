@@ -1,16 +1,16 @@
 #include "apps/ormund-manual/ManualTables.h"
 
 #include "data/music/BendShapes.h"
-#include "data/parameters/ChoiceLists.h"
 #include "data/music/ChordTable.h"
+#include "data/music/ScaleTable.h"
+#include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
 #include "data/parameters/Parameters.h"
-#include "data/music/ScaleTable.h"
 #include "data/tracks/Tracks.h"
-#include "panel/ControlCatalogue.h"
 #include "engine/KWKeys.h"
 #include "engine/KWMods.h"
 #include "panel/ChoiceGrids.h"
+#include "panel/ControlCatalogue.h"
 #include "synth/Lanes.h"
 
 #include <array>
@@ -20,6 +20,8 @@
 #include <span>
 #include <stdexcept>
 #include <vector>
+
+namespace ormund {
 
 namespace {
 
@@ -309,3 +311,5 @@ int manualNumber(std::string_view name)
             return number.value;
     throw std::runtime_error("no number is called " + std::string(name));
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace ormund {
+
 // By its name; throws std::runtime_error for any other.
 std::string manualTable(std::string_view name);
 // A count by its name, such as "patterns".
@@ -16,3 +18,5 @@ std::string zoneName(std::string_view zone, int keyboardMode);
 std::string escaped(std::string_view text);
 // The words of a control's hint, without the blanks at its ends; empty when it has none.
 std::string hintOfControl(int tag);
+
+} // namespace ormund

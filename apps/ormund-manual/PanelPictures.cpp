@@ -3,10 +3,10 @@
 #include "controls/KWFrame.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/StateWriter.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "host/plugin/KWUniClient.h"
 #include "host/plugin/WrapperPort.h"
+#include "panel/ControlCatalogue.h"
 #include "presets/BankSource.h"
 #include "view/offscreen/FrameUser.h"
 #include "view/offscreen/OffscreenWindow.h"
@@ -18,6 +18,8 @@
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
+
+namespace ormund {
 
 namespace {
 
@@ -263,3 +265,5 @@ std::map<std::string, PanelPicture> takePanelPictures(
         camera.take(CRect(about.left - 8, about.top - 8, about.right + 12, about.bottom + 12));
     return pictures;
 }
+
+} // namespace ormund

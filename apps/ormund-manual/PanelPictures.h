@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct PanelPicture {
     int width = 0; // panel pixels; the image has kPictureScale as many
     int height = 0;
@@ -18,3 +20,5 @@ inline constexpr int kPictureScale = 2;
 // its own before: the editor has the user's settings otherwise.
 std::map<std::string, PanelPicture> takePanelPictures(
     const std::string& song, const std::string& presets);
+
+} // namespace ormund

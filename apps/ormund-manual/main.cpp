@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <string>
 
+using namespace ormund;
+
 namespace {
 
 // The user's own settings stay out of the pictures.

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+namespace ormund {
+
 std::string describeFile(const std::string& path, bool asJson)
 {
     std::vector<uint32_t> words;
@@ -15,3 +17,5 @@ std::string describeFile(const std::string& path, bool asJson)
     std::fputs((asJson ? told.json() : told.text()).c_str(), stdout);
     return told.isBroken() ? path + ": " + told.problem() : "";
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <array>
 #include <map>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kBendKey = -1;
@@ -72,3 +74,5 @@ std::vector<ControlCurve> curvesOf(const std::vector<ScriptedHost::Event>& event
         list.push_back(std::move(curve));
     return list;
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct PlayedNote {
     double start = 0; // quarter notes
     double end = 0;
@@ -31,3 +33,5 @@ struct ControlCurve {
 // One curve for each controller, the pressure and the pitch bend that occur, bend first, then by
 // number.
 std::vector<ControlCurve> curvesOf(const std::vector<ScriptedHost::Event>& events);
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+namespace ormund {
+
 namespace {
 
 std::string kindText(const ParameterEntry& entry)
@@ -35,3 +37,5 @@ void printParameterList()
             static_cast<double>(entry.defaultRaw), savedText(entry.saved), kindText(entry).c_str());
     }
 }
+
+} // namespace ormund

@@ -10,6 +10,8 @@
 #include <cstring>
 #include <memory>
 
+namespace ormund {
+
 namespace {
 
 struct Colour {
@@ -416,3 +418,5 @@ std::string drawPianoRoll(const Rendering& rendering, const std::string& path)
 {
     return Roll(rendering).draw(path);
 }
+
+} // namespace ormund

@@ -4,5 +4,9 @@
 
 #include "apps/ormund-render/Rendering.h"
 
+namespace ormund {
+
 // Writes a PNG. Empty, or what went wrong.
 std::string drawPianoRoll(const Rendering& rendering, const std::string& path);
+
+} // namespace ormund

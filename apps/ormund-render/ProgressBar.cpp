@@ -5,6 +5,8 @@
 #include <string>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace {
 constexpr int kCells = 40;
 }
@@ -30,3 +32,5 @@ void ProgressBar::show(double done)
     std::fprintf(stderr, "\r%s %3d %%", bar.c_str(), percent);
     std::fflush(stderr);
 }
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 // A bar on the terminal's error output; silent where that is a pipe or a file.
 #pragma once
 
+namespace ormund {
+
 class ProgressBar {
 public:
     ProgressBar();
@@ -13,3 +15,5 @@ private:
     bool isTerminal;
     int shownPercent = -1;
 };
+
+} // namespace ormund

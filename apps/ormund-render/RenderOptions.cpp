@@ -4,6 +4,8 @@
 
 #include <charconv>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kLastTag = 585;
@@ -75,3 +77,5 @@ std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions
         return line.refuse("nothing to write: give --wav, --midi, --png or --save");
     return {};
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct RenderOptions {
     struct Setting {
         int tag;     // 0 to 585
@@ -39,3 +41,5 @@ struct RenderOptions {
 // Fills `options`. Answers the exit code when the program is to end at once (help or a mistake,
 // both printed), nothing when it is to go on.
 std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions& options);
+
+} // namespace ormund

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 
+namespace ormund {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -231,3 +233,5 @@ std::string writeFile(const std::string& path, const std::vector<uint8_t>& bytes
     file.close();
     return file ? "" : "cannot write " + path + ": " + std::strerror(errno ? errno : EIO);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // The lowest and highest sample of a short stretch, both channels together.
 struct WavePeak {
     float low = 0;
@@ -38,3 +40,5 @@ MidiFile midiOf(const Rendering& rendering);
 // Whole files. Empty, or what went wrong.
 std::string readFile(const std::string& path, std::vector<uint8_t>& bytes);
 std::string writeFile(const std::string& path, const std::vector<uint8_t>& bytes);
+
+} // namespace ormund

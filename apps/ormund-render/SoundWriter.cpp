@@ -6,6 +6,8 @@
 #include <cstring>
 #include <sndfile.h>
 
+namespace ormund {
+
 namespace {
 
 struct Ending {
@@ -72,3 +74,5 @@ std::string SoundWriter::close()
     const bool closed = sf_close(handle(file.release())) == 0;
     return closed && !failed ? "" : "cannot write " + name + ": the disk took not all of it";
 }
+
+} // namespace ormund

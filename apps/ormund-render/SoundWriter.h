@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class SoundWriter {
 public:
     // Opens "x.wav" and "x.flac" with 24 bits and "x.ogg" as Vorbis. Empty, or what is wrong.
@@ -25,3 +27,5 @@ private:
     std::vector<float> interleaved;
     bool failed = false;
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <exception>
 
+using namespace ormund;
+
 namespace {
 
 std::string run(const RenderOptions& options)

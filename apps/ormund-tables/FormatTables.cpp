@@ -11,6 +11,8 @@
 #include <memory>
 #include <stdexcept>
 
+namespace ormund {
+
 namespace {
 
 constexpr size_t kMostWordsShown = 4;
@@ -176,3 +178,5 @@ std::string globalWalk(const std::string& presets, const std::string& source)
     walk.show(walk.size() - 2, 2);
     return walk.text;
 }
+
+} // namespace ormund

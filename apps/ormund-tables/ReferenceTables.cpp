@@ -1,13 +1,15 @@
 #include "apps/ormund-tables/ReferenceTables.h"
 
 #include "data/parameters/Parameters.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/StillControls.h"
+#include "panel/ControlCatalogue.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
 #include <vector>
+
+namespace ormund {
 
 namespace {
 
@@ -172,3 +174,5 @@ std::string controlTable()
     }
     return text;
 }
+
+} // namespace ormund

@@ -3,8 +3,12 @@
 
 #include <string>
 
+namespace ormund {
+
 std::string parameterTable();
 std::string controlTable();
 // What moves nothing, and why.
 std::string stillControlTable();
 std::string stillParameterTable();
+
+} // namespace ormund

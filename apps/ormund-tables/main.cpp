@@ -11,6 +11,8 @@
 #include <sstream>
 #include <string>
 
+using namespace ormund;
+
 namespace {
 
 struct Table {

@@ -11,6 +11,8 @@
 #include <array>
 #include <iostream>
 
+namespace ormund {
+
 namespace {
 
 constexpr std::array kApis = {RtAudio::LINUX_PULSE, RtAudio::LINUX_ALSA};
@@ -109,3 +111,5 @@ void quietLibraries()
     snd_lib_error_set_handler(sayNothing);
     std::cerr.rdbuf(nullptr); // they write to it, this program to stderr
 }
+
+} // namespace ormund

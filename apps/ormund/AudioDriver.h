@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct SoundWishes {
     std::string device;  // as listed, or a part of its name; empty for the first that answers
     int rate = 0;        // Hz; 0 for the device's own
@@ -57,3 +59,5 @@ MidiPorts midiPorts();
 
 // Keeps the libraries from writing into the user's terminal what this program says in one line.
 void quietLibraries();
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace ormund {
+
 namespace {
 constexpr double kNanos = 1e9;
 constexpr double kBandwidth = 0.5; // Hz; slower jitter than this is followed
@@ -30,3 +32,5 @@ int64_t BlockClock::blockStart(int64_t now)
     period += omega * omega * error;
     return static_cast<int64_t>(start);
 }
+
+} // namespace ormund

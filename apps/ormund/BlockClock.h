@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 // The audio thread. Times are nanoseconds of the steady clock.
 class BlockClock {
 public:
@@ -20,3 +22,5 @@ private:
     double next = 0;
     bool isRunning = false;
 };
+
+} // namespace ormund

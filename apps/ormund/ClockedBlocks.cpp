@@ -6,6 +6,8 @@
 #include <cmath>
 #include <ctime>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kClientName[] = "Ormund";
@@ -157,3 +159,5 @@ void ClockedBlocks::send()
             clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
     }
 }
+
+} // namespace ormund

@@ -14,6 +14,8 @@
 class RtMidiIn;
 class RtMidiOut;
 
+namespace ormund {
+
 // Made and ended on the screen's thread. Three more threads meet in it: the one that hears the
 // input, the audio thread in run(), and the sender.
 class ClockedBlocks final : private LiveHost::MidiOut {
@@ -59,3 +61,5 @@ private:
     OneWayFlag over;
     std::thread sender;
 };
+
+} // namespace ormund

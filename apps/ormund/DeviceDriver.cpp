@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+namespace ormund {
+
 namespace {
 
 constexpr unsigned kUsualRate = 48000;
@@ -168,3 +170,5 @@ void DeviceDriver::blockFailed(RtAudioError::Type, const std::string&)
 }
 
 std::string DeviceDriver::describe() const { return title; }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <RtAudio.h>
 
+namespace ormund {
+
 class DeviceDriver final : public AudioDriver {
 public:
     static OpenedDriver open(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before,
@@ -37,3 +39,5 @@ private:
     bool hasFailed = false; // the block before
     int failures = 0;       // in a row
 };
+
+} // namespace ormund

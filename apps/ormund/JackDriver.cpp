@@ -8,6 +8,8 @@
 #include <jack/transport.h>
 #include <memory>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kClientName[] = "Ormund";
@@ -273,3 +275,5 @@ void JackDriver::midiOut(int frame, const LiveHost::Message& message)
     jack_midi_event_write(midiBuffer, static_cast<jack_nframes_t>(frame), message.bytes.data(),
         static_cast<size_t>(message.size));
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <jack/jack.h>
 #include <string>
 
+namespace ormund {
+
 class JackDriver final : public AudioDriver, private LiveHost::MidiOut {
 public:
     // Does not start a server.
@@ -52,3 +54,5 @@ private:
     bool givesBars = false;     // since the last block: nobody else does
     double toldTempo = 0;       // with the last bars; 0 before
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 constexpr uint8_t kNoteOff = 0x80;
 constexpr uint8_t kNoteOn = 0x90;
@@ -183,3 +185,5 @@ VstIntPtr LiveHost::answer(VstInt32 opcode, VstInt32 index, VstIntPtr value, voi
         return HostedEffect::answer(opcode, index, value, ptr, opt);
     }
 }
+
+} // namespace ormund

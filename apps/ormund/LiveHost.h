@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ormund {
+
 // Three threads meet here: the screen's, one audio thread, and whichever asks for the shown values.
 // Nothing on the audio thread allocates, locks or enters the kernel.
 class LiveHost final : public HostedEffect {
@@ -111,3 +113,5 @@ private:
 
 // Where a position that runs straight on stands inside a cycle.
 double foldIntoCycle(double beat, double start, double end);
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <alsa/asoundlib.h>
 
+namespace ormund {
+
 // Both are asked here first, because the MIDI library prints what it misses.
 RtMidi::Api midiApi()
 {
@@ -14,3 +16,5 @@ RtMidi::Api midiApi()
     }
     return JackDriver::serverRate() > 0 ? RtMidi::UNIX_JACK : RtMidi::RTMIDI_DUMMY;
 }
+
+} // namespace ormund

@@ -3,5 +3,9 @@
 
 #include <RtMidi.h>
 
+namespace ormund {
+
 // ALSA's sequencer; without it a JACK server; RTMIDI_DUMMY where there is neither.
 RtMidi::Api midiApi();
+
+} // namespace ormund

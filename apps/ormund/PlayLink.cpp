@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr int kCalmIdles = 8; // some 130 ms: longer than a block of any device
 }
@@ -18,3 +20,5 @@ PlayLink::Wish PlayLink::look(const Seen& seen)
     calm = 0;
     return seen.panelPlays ? Wish::Start : Wish::Stop;
 }
+
+} // namespace ormund

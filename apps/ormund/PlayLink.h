@@ -2,6 +2,8 @@
 // it is the program's: whoever presses it, or the space bar on the panel, starts the transport.
 #pragma once
 
+namespace ormund {
+
 // The screen's thread.
 class PlayLink {
 public:
@@ -22,3 +24,5 @@ private:
     bool rolled = false;
     int calm = 0; // idles since the last change of the transport
 };
+
+} // namespace ormund

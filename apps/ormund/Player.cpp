@@ -8,6 +8,8 @@
 #include <chrono>
 #include <thread>
 
+namespace ormund {
+
 extern "C" AEffect* VSTPluginMain(audioMasterCallback host);
 
 namespace {
@@ -28,7 +30,7 @@ std::string Player::start(double tempo)
 std::string Player::openSound(const SoundWishes& wishes)
 {
     sound = wishes;
-    OpenedDriver opened = ::openSound(host, wishes, [] {});
+    OpenedDriver opened = ormund::openSound(host, wishes, [] {});
     driver = std::move(opened.driver);
     return opened.problem;
 }
@@ -70,7 +72,7 @@ void Player::playOnSilently()
 void Player::tryAgain()
 {
     nextTry = ClockedBlocks::now() + kTryAgainNanos;
-    OpenedDriver opened = ::openSound(host, sound, [this] { driver.reset(); });
+    OpenedDriver opened = ormund::openSound(host, sound, [this] { driver.reset(); });
     if (opened.driver) {
         driver = std::move(opened.driver);
         isLost = false;
@@ -135,3 +137,5 @@ std::string Player::soundText() const
 {
     return isLost ? "sound lost, runs on without" : driver->describe();
 }
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <memory>
 #include <string>
 
+namespace ormund {
+
 // The screen's thread.
 class Player {
 public:
@@ -48,3 +50,5 @@ private:
     int64_t nextTry = 0; // of opening it again, nanoseconds
     PlayLink link;
 };
+
+} // namespace ormund

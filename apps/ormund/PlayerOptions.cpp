@@ -2,6 +2,8 @@
 
 #include "apps/options/CommandLine.h"
 
+namespace ormund {
+
 namespace {
 
 constexpr int kLowestRate = 11050; // what the plug-in takes
@@ -52,3 +54,5 @@ std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions
     options.hasWindow = !noWindow;
     return {};
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+namespace ormund {
+
 struct PlayerOptions {
     std::string file; // kwe, kws or kwm
     SoundWishes sound;
@@ -18,3 +20,5 @@ struct PlayerOptions {
 // Fills `options`. Answers the exit code when the program is to end at once (help or a mistake,
 // both printed), nothing when it is to go on.
 std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions& options);
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kIdleMs = 16;
@@ -111,3 +113,5 @@ void PlayerWindow::key(const CKeyEvent& event, bool isPress)
         static_cast<VstInt32>(event.character), static_cast<VstIntPtr>(event.key), nullptr,
         static_cast<float>(modifiersOf(event)));
 }
+
+} // namespace ormund

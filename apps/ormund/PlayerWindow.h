@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace ormund {
+
 // The screen's thread.
 class PlayerWindow {
 public:
@@ -34,3 +36,5 @@ private:
     std::vector<CRect> shown; // of the strip's pane
     std::string title;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 double SharedSong::beatAt(int64_t frame, double ownTempo, int frames)
 {
     const bool goesOn = frame == lastFrame || frame == lastFrame + lastFrames;
@@ -46,3 +48,5 @@ LiveHost::SharedPlace SharedSong::follow(const Report& report, double ownTempo, 
     lastFrames = frames;
     return place;
 }
+
+} // namespace ormund

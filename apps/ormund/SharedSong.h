@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 // Audio thread.
 class SharedSong {
 public:
@@ -41,3 +43,5 @@ private:
     int64_t followedFrame = -1;
     double followedBeat = 0;
 };
+
+} // namespace ormund

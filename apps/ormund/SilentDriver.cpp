@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+namespace ormund {
+
 namespace {
 constexpr int kUsualRate = 48000;
 constexpr int kUsualBlock = 256;
@@ -51,3 +53,5 @@ void SilentDriver::keepTime(int rate, int block)
         clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
     }
 }
+
+} // namespace ormund

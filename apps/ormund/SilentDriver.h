@@ -7,6 +7,8 @@
 #include <thread>
 #include <vector>
 
+namespace ormund {
+
 class SilentDriver final : public AudioDriver {
 public:
     static OpenedDriver open(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before);
@@ -21,3 +23,5 @@ private:
     OneWayFlag over;
     std::thread thread;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 
 constexpr double kRadius = 4;
@@ -228,3 +230,5 @@ void NumberField::show(double wanted)
     current = wanted;
     setDirty(true);
 }
+
+} // namespace ormund

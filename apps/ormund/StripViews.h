@@ -3,10 +3,12 @@
 
 #include "controls/KWButton.h"
 #include "controls/KWControl.h"
-#include "skin/draw/Icons.h"
 #include "panel/Palette.h"
+#include "skin/draw/Icons.h"
 
 #include <string>
+
+namespace ormund {
 
 // A button with an icon, lit in a hue while it is on.
 class IconButton : public KWButton {
@@ -76,3 +78,5 @@ private:
     int dragFrom = 0; // y
     double dragStart = 0;
 };
+
+} // namespace ormund

@@ -1,7 +1,7 @@
 #include "apps/ormund/TransportStrip.h"
 
-#include "panel/Look.h"
 #include "data/library/Settings.h"
+#include "panel/Look.h"
 #include "platform/KWFileio.h"
 #include "skin/SkinProvider.h"
 #include "view/CDrawContext.h"
@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+
+namespace ormund {
 
 namespace {
 
@@ -224,3 +226,5 @@ void TransportStrip::valueChanged(CControl* control)
         break;
     }
 }
+
+} // namespace ormund

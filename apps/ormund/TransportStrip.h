@@ -9,6 +9,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 // The screen's thread.
 class TransportStrip final : private CControlListener, private VSTGUIEditorInterface {
 public:
@@ -64,3 +66,5 @@ private:
 
 // Bar, beat and sixteenth from 1, as "12.3.1".
 std::string placeText(double beat);
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <exception>
 #include <thread>
 
+using namespace ormund;
+
 namespace {
 
 enum ExitCode { kGood = 0, kFailed = 1 };

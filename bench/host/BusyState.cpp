@@ -3,6 +3,8 @@
 #include "host/plugin/KWUniClient.h"
 #include "tests/support/BusySong.h"
 
+namespace ormund {
+
 std::string busyState(bool withSynth)
 {
     KWUniClient client(nullptr);
@@ -12,3 +14,5 @@ std::string busyState(bool withSynth)
     const VstInt32 size = client.getChunk(&bytes, false);
     return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
 }
+
+} // namespace ormund

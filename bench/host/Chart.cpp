@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 constexpr double kScale = 2;
 constexpr double kWidth = 820;
@@ -132,3 +134,5 @@ bool writeChart(const std::string& path, const std::vector<Result>& results)
 {
     return Chart(results).write(path);
 }
+
+} // namespace ormund

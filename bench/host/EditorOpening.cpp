@@ -8,6 +8,8 @@
 #include <ctime>
 #include <xcb/xcb.h>
 
+namespace ormund {
+
 namespace {
 double processorMilliseconds()
 {
@@ -50,3 +52,5 @@ std::optional<EditorOpening> openingOfEditor(const std::string& module, double s
 {
     return inChild([&] { return open(module, scale); });
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+namespace ormund {
+
 // From the host's call to the first painted picture, milliseconds.
 struct OpeningCost {
     double clock = 0;
@@ -18,3 +20,5 @@ struct EditorOpening {
 
 // In a process of its own, on the X server that DISPLAY names; empty without one.
 std::optional<EditorOpening> openingOfEditor(const std::string& module, double scale);
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 #include "bench/Floor.h"
 #include "bench/host/Instrument.h"
 
+namespace ormund {
+
 namespace {
 class FloorInstrument final : public Instrument {
 public:
@@ -27,3 +29,5 @@ std::unique_ptr<Instrument> makeFilters()
     FloorLoop* loop = filterVector();
     return loop ? std::make_unique<FloorInstrument>(loop) : nullptr;
 }
+
+} // namespace ormund

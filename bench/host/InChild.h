@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <unistd.h>
 
+namespace ormund {
+
 // `measure` gives an optional of a plain record; it comes back through a pipe. The child leaves
 // without tidying up, for a module may not like to be unloaded.
 template <typename Measure>
@@ -31,3 +33,5 @@ auto inChild(const Measure& measure) -> decltype(measure())
         waitpid(child, nullptr, 0);
     return done ? std::optional<Record>(record) : std::nullopt;
 }
+
+} // namespace ormund

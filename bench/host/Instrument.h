@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+namespace ormund {
+
 struct Transport {
     double beat = 0;    // quarter notes at the block's first frame
     double tempo = 120; // beats per minute
@@ -45,3 +47,5 @@ std::unique_ptr<Instrument> makeFilters();
 
 // The state of our own plug-in that is measured: a busy song, all eight voices sounding.
 std::string busyState(bool withSynth);
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "bench/host/Lineup.h"
 
+namespace ormund {
+
 namespace {
 std::function<std::unique_ptr<Instrument>()> vst2(const char* path)
 {
@@ -50,3 +52,5 @@ std::vector<Entrant> lineup(const std::string& module)
             lv2("https://git.code.sf.net/p/qmidiarp/arp")},
     };
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 enum class Role {
     Whole,     // ours: sequencer, eight voices, delay
     Sequencer, // plays notes, makes no sound
@@ -26,3 +28,5 @@ struct Entrant {
 
 // In the order of the table. `module` is the path of our own.
 std::vector<Entrant> lineup(const std::string& module);
+
+} // namespace ormund

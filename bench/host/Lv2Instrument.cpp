@@ -15,6 +15,8 @@
 #include <map>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 constexpr size_t kPortBytes = 8192;
 
@@ -249,3 +251,5 @@ std::unique_ptr<Instrument> loadLv2(const std::string& uri)
         return nullptr;
     return instrument;
 }
+
+} // namespace ormund

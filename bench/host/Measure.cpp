@@ -13,6 +13,8 @@
 #include <xmmintrin.h>
 #endif
 
+namespace ormund {
+
 namespace {
 constexpr int kPieceFrames = 44032; // two bars at 120 beats a minute, whole blocks of every size
 constexpr int kRestFrames = 11264;
@@ -189,3 +191,5 @@ void measureCosts(std::vector<Result>& results, int rounds)
         }
     }
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+namespace ormund {
+
 constexpr int kBlockSizes[] = {64, 512};
 
 // Of the blocks of a piece, nanoseconds a frame.
@@ -39,3 +41,5 @@ std::optional<Footprint> footprintOf(const Entrant& entrant, int furtherInstance
 // A block's cost is the least of its rounds: what the plug-in needs for it, without what else the
 // machine did meanwhile.
 void measureCosts(std::vector<Result>& results, int rounds);
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 constexpr float kSilence = 1e-4f;
 
@@ -90,3 +92,5 @@ void writeRatios(std::ostream& out, const std::vector<Result>& results)
         out << "a voice of " << cheapest->entrant.name << " over one of ours: "
             << rounded(cheapest->cost[0].median / cheapest->entrant.voices / voice) << '\n';
 }
+
+} // namespace ormund

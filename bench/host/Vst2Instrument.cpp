@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 constexpr int kMostEvents = 64;
 constexpr int kMostChannels = 32;
@@ -95,3 +97,5 @@ std::unique_ptr<Instrument> loadVst2(const std::string& path, const std::string&
         return nullptr;
     return instrument;
 }
+
+} // namespace ormund

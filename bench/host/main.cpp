@@ -8,6 +8,8 @@
 #include <iostream>
 #include <vector>
 
+using namespace ormund;
+
 namespace {
 constexpr int kOpenings = 9; // each in a new process
 

@@ -9,6 +9,8 @@
 #include <functional>
 #include <string_view>
 
+using namespace ormund;
+
 namespace {
 constexpr float kRate = 44100;
 

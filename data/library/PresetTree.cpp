@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kDeepest = 4; // a link that leads back up ends here
@@ -111,3 +113,5 @@ bool PresetTree::find(const std::string& path, int& folder, int& index) const
         }
     return found;
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct PresetFile {
     std::string path;
     std::string name; // without the ending
@@ -45,3 +47,5 @@ private:
     size_t namesLeft = 0;
     int foldersLeft = 0;
 };
+
+} // namespace ormund

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <ctime>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kDefaultPreset[] = "default.kwe";
@@ -331,3 +333,5 @@ std::string Presets::programName(int number) const
     const PresetFile* file = tree(PresetKind::Global).fileAt(place.folder, place.program);
     return file ? file->name : std::string();
 }
+
+} // namespace ormund

@@ -1,16 +1,18 @@
 // Preset files: finding, loading, saving and moving through them.
 #pragma once
 
-#include "data/state/PackedChunk.h"
 #include "data/library/PresetTree.h"
 #include "data/library/ProgramBank.h"
 #include "data/library/Settings.h"
+#include "data/state/PackedChunk.h"
 #include "data/state/StateReader.h"
 
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+namespace ormund {
 
 // The thread of the user interface, but for midiProgram(). What goes wrong reaches showMessage
 // here, in one place; a failed load changes nothing.
@@ -93,3 +95,5 @@ private:
     KWChunk stateChunk;
     PackedChunk savedState; // what the host gave last
 };
+
+} // namespace ormund

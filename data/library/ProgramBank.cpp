@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <thread>
 
+namespace ormund {
+
 struct ProgramBank::Program {
     struct Track {
         int tag = -1;
@@ -170,3 +172,5 @@ bool ProgramBank::apply(int program, StateParts& parts)
     parts.interlock.stateLoaded(PresetKind::Global);
     return true;
 }
+
+} // namespace ormund

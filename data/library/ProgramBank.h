@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // Read, checked and decoded when the folders are scanned. A change of program then only copies
 // values: it allocates nothing and takes a bounded time.
 class ProgramBank {
@@ -42,3 +44,5 @@ private:
     OneWayFlag inUse;
     Mailbox chosen;
 };
+
+} // namespace ormund

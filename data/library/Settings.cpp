@@ -6,6 +6,8 @@
 #include <array>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace {
 
 constexpr std::array<PresetKindRow, kPresetKinds> kKinds{{
@@ -195,3 +197,5 @@ void Settings::setAudioFolder(const std::string& folder) const
 {
     keys.writeString(kAudioPath, folder);
 }
+
+} // namespace ormund

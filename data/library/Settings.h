@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace ormund {
+
 // A kind of preset, as folders and file dialogues name it.
 struct PresetKindRow {
     PresetKind kind;
@@ -67,3 +69,5 @@ private:
     UserPlaces places;
     KeyValueStore keys;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 namespace {
 
 constexpr std::array<std::array<float, kSubSteps>, kRhythms> kGates = {{
@@ -33,3 +35,5 @@ int arpeggioSelect(int sub, int rhythm)
         return std::max(sub, 0);
     return sub == 2 ? kThirdNote[column] : kFourthNote[column];
 }
+
+} // namespace ormund

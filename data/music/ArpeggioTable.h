@@ -1,6 +1,8 @@
 // The rhythms of the arpeggio and the order in which it walks its four notes.
 #pragma once
 
+namespace ormund {
+
 constexpr int kRhythms = 6;
 constexpr int kSubSteps = 4;
 constexpr int kArpeggioFamilies = 3; // of the track's 18 entries: a family has the six rhythms
@@ -10,3 +12,5 @@ constexpr int kArpeggioFamilies = 3; // of the track's 18 entries: a family has 
 float arpeggioGate(int row, int sub);
 // Which of the four notes, 0 to 3, plays at a sub-step. `rhythm` 0 to 6.
 int arpeggioSelect(int sub, int rhythm);
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 namespace {
 
 // 1 is a whole tone of our own synth, so 0.5 is a semitone.
@@ -83,3 +85,5 @@ float bendShapePoint(int shape, int point)
 
 std::span<const float> bendShape(int shape) { return kPoints[shapeAt(shape)]; }
 std::string_view bendShapeName(int shape) { return kShapes[shapeAt(shape)].name; }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <span>
 #include <string_view>
 
+namespace ormund {
+
 constexpr int kBendShapes = 20;
 constexpr int kBendPoints = 32;
 
@@ -11,3 +13,5 @@ constexpr int kBendPoints = 32;
 float bendShapePoint(int shape, int point);
 std::span<const float> bendShape(int shape); // 32 points
 std::string_view bendShapeName(int shape);
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 // Six of a kind a line: the triad, then with a note on top of it or below. A short chord ends in 0,
@@ -37,3 +39,5 @@ int chordOffset(int index, int note)
 {
     return chordRow(index)[static_cast<size_t>(std::clamp(note, 0, kChordNotes - 1))];
 }
+
+} // namespace ormund

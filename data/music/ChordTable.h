@@ -3,6 +3,8 @@
 
 #include <array>
 
+namespace ormund {
+
 constexpr int kChords = 54;
 constexpr int kChordNotes = 4;
 
@@ -10,3 +12,5 @@ constexpr int kChordNotes = 4;
 // list of random values can reach, plays the root alone.
 const std::array<int, kChordNotes>& chordRow(int index);
 int chordOffset(int index, int note); // `note` 0 to 3
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ormund {
+
 // The screen posts clicks and reads notes and classes; the audio thread takes the clicks and writes
 // the notes and classes.
 class KWKeyState {
@@ -64,3 +66,5 @@ private:
     std::array<Crossing<uint32_t>, kWords> noteWords{};
     std::array<Crossing<uint8_t>, kNotes> classes{};
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 KWSystemInfo::KWSystemInfo()
 {
     // The sequential product, so that every note carries the rounding of those below it.
@@ -69,3 +71,5 @@ void KWSystemInfo::notifyTempoListeners()
     for (KWBPMChangeInterface* listener : tempoListeners)
         listener->tempoChanged();
 }
+
+} // namespace ormund

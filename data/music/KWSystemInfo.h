@@ -7,6 +7,8 @@
 #include <array>
 #include <vector>
 
+namespace ormund {
+
 class KWInitInterface;
 
 constexpr int kTickSamples = 32;
@@ -91,3 +93,5 @@ private:
     std::array<Note, kNotes> noteTable;
     std::vector<KWBPMChangeInterface*> tempoListeners;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 // Positions beyond this are no music: 2^28 ticks are years even at a fine resolution.
@@ -266,3 +268,5 @@ uint32_t MidiFile::lastTick() const
 {
     return std::max(endTick, events.empty() ? 0 : events.back().tick);
 }
+
+} // namespace ormund

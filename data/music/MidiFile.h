@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace ormund {
+
 // One channel message. Positions are ticks from the start of the piece.
 struct MidiFileEvent {
     uint32_t tick = 0;
@@ -56,3 +58,5 @@ public:
     std::vector<MidiFileEvent> events;
     std::vector<MidiFileTempo> tempos;
 };
+
+} // namespace ormund

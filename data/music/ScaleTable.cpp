@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kOctave = 12;
@@ -127,3 +129,5 @@ int arpeggioNote(int scale, int index)
 std::span<const int> scaleOctave(int scale) { return kOctaves[scaleAt(scale)]; }
 std::string_view scaleName(int scale) { return kScaleRows[scaleAt(scale)].name; }
 std::string_view scaleMenuName(int scale) { return kScaleRows[scaleAt(scale)].menuName; }
+
+} // namespace ormund

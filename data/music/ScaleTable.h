@@ -4,6 +4,8 @@
 #include <span>
 #include <string_view>
 
+namespace ormund {
+
 constexpr int kScales = 34;
 constexpr int kScaleDegrees = 49;    // degrees -24 to +24; index 24 is the root
 constexpr int kArpeggioDegrees = 55; // degrees -27 to +27; index 27 is the root
@@ -18,3 +20,5 @@ std::span<const int> scaleOctave(int scale);
 std::string_view scaleName(int scale);
 // As the menu writes it; a number of them carry a trailing blank.
 std::string_view scaleMenuName(int scale);
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 
+namespace ormund {
+
 namespace {
 constexpr ChoiceArrow kArrows[] = {
     {Tag::ScaleDown, Tag::Scale, -1},
@@ -35,3 +37,5 @@ const ChoiceArrow* choiceArrow(int tag)
     const int place = tag - Tag::ModTargetArrows;
     return place >= 0 && place < kTargetArrows ? &kModArrows[static_cast<size_t>(place)] : nullptr;
 }
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 // The arrows beside a list: each moves it by one entry.
 #pragma once
 
+namespace ormund {
+
 struct ChoiceArrow {
     int tag;
     int target;    // the list's tag
@@ -9,3 +11,5 @@ struct ChoiceArrow {
 
 // Null for any other tag. An arrow acts on release.
 const ChoiceArrow* choiceArrow(int tag);
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "data/parameters/ChoiceLists.h"
 
+namespace ormund {
+
 const std::array<std::string_view, kPlaybackModes> kPlaybackModeNames = {
     "forward", "backward", "random", "each 2nd", "each 3rd", "each 4th"};
 
@@ -27,3 +29,5 @@ const std::array<std::string_view, kTriggerModes> kTriggerModeNames = {
     "keyboard", "toggle", "host"};
 
 const std::array<int, kOctaveSteps> kOctaveOffsets = {0, 2, 1, -1, -2};
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+namespace ormund {
+
 // How a lane walks through its loop.
 constexpr int kPlaybackModes = 6;
 extern const std::array<std::string_view, kPlaybackModes> kPlaybackModeNames;
@@ -35,3 +37,5 @@ extern const std::array<std::string_view, kTriggerModes> kTriggerModeNames;
 // What an octave step adds.
 constexpr int kOctaveSteps = 5;
 extern const std::array<int, kOctaveSteps> kOctaveOffsets; // octaves
+
+} // namespace ormund

@@ -1,5 +1,7 @@
 #include "data/parameters/ControllerNames.h"
 
+namespace ormund {
+
 namespace {
 
 // Deliberate: small letters and the odd spellings are how the menus have always read.
@@ -47,3 +49,5 @@ const std::array<ControllerMenu, kControllerMenus> kControllerMenuTable = {{
     {"Controllers 111-120", 111, 120},
     {"Controllers 121-129", 121, 129},
 }};
+
+} // namespace ormund

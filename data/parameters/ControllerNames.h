@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+namespace ormund {
+
 constexpr int kModTargets = 130;
 constexpr int kTargetAftertouch = 128;
 constexpr int kTargetProgramChange = 129;
@@ -20,3 +22,5 @@ struct ControllerMenu {
     int last;
 };
 extern const std::array<ControllerMenu, kControllerMenus> kControllerMenuTable;
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 // parameters.
 #pragma once
 
+namespace ormund {
+
 class ParameterSink {
 public:
     // `tag` 0 to 585, others are ignored; `value` 0 to 1. Any thread; never blocks.
@@ -10,3 +12,5 @@ public:
 protected:
     ~ParameterSink() = default;
 };
+
+} // namespace ormund

@@ -1,9 +1,11 @@
 // One row a parameter. A row gives the file key, the mapping, the reset value and where the value
 // is kept; everything that lists, names, saves or maps parameters is derived from here.
 #include "data/parameters/ParameterTable.h"
+#include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
-#include "data/music/ScaleTable.h"
+
+namespace ormund {
 
 namespace {
 
@@ -491,3 +493,5 @@ int patternSlot(int tag)
     const ParameterEntry* entry = parameterEntry(tag);
     return entry ? entry->patternSlot : -1;
 }
+
+} // namespace ormund

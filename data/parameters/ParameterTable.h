@@ -3,5 +3,9 @@
 
 #include "data/parameters/Parameters.h"
 
+namespace ormund {
+
 // The row of a tag, 0 to 286; -1 for a hole and for any other number.
 int parameterPlace(int tag);
+
+} // namespace ormund

@@ -1,13 +1,15 @@
 // Parameter values as a host or a user reads and writes them.
+#include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
 #include "data/parameters/Parameters.h"
-#include "data/music/ScaleTable.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
+
+namespace ormund {
 
 namespace {
 
@@ -172,3 +174,5 @@ std::optional<float> parameterFromText(int tag, std::string_view text)
         return {};
     return entry->unit.empty() ? sanitisedRaw(wanted) : rawOfMapped(entry->mapping, wanted);
 }
+
+} // namespace ormund

@@ -1,10 +1,12 @@
 #include "data/parameters/Parameters.h"
 
 #include "data/parameters/ChoiceArrows.h"
-#include "data/tracks/EditButtons.h"
 #include "data/parameters/ParameterTable.h"
+#include "data/tracks/EditButtons.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 
@@ -117,3 +119,5 @@ const ParameterValue& Parameters::value(int tag) const
     const int place = parameterPlace(tag);
     return values[static_cast<size_t>(place < 0 ? kParameters : place)];
 }
+
+} // namespace ormund

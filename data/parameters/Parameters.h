@@ -10,6 +10,8 @@
 #include <span>
 #include <string_view>
 
+namespace ormund {
+
 constexpr int kParameters = 287;
 constexpr int kPresetParameters = 117;
 constexpr int kSynthParameters = 23;
@@ -142,3 +144,5 @@ public:
 private:
     std::array<ParameterValue, kParameters + 1> values; // the last one is nobody's
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 // control's tag is the tag of the parameter that it drives.
 #pragma once
 
+namespace ormund {
+
 inline constexpr int kTagCount = 586; // 0 to 585, with holes
 inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
@@ -221,3 +223,5 @@ constexpr int modMode(int track) { return ModMode + ModStep * track; }
 constexpr int modLoop(int track) { return ModLoop + ModStep * track; }
 
 } // namespace Tag
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace ormund {
+
 LoadResult readChunkFile(const std::string& path, KWChunk& chunk, LoadResult ifNewer)
 {
     std::array<uint32_t, kHeaderWords> header{};
@@ -29,3 +31,5 @@ bool writeChunkFile(const std::string& path, const KWChunk& chunk)
 {
     return KWFileio::write(path, chunk.bytes(), chunk.byteCount());
 }
+
+} // namespace ormund

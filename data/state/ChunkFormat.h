@@ -40,6 +40,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 constexpr int32_t kProgramVersion = 1061; // grows when a format does
 constexpr int kHeaderWords = 5;
 constexpr int32_t kChunkMagic = 0x018E48D9;
@@ -89,3 +91,5 @@ constexpr int kMaxFileRows = 64;
 constexpr int kMaxFileSteps = 1024;
 constexpr int kMaxFileHandlers = 63;
 constexpr int kMaxFileZones = 64;
+
+} // namespace ormund

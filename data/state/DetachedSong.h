@@ -3,6 +3,8 @@
 
 #include "data/state/StateParts.h"
 
+namespace ormund {
+
 // What files are decoded into, and built from. One thread.
 class DetachedSong final : public ParameterSink, public LoadInterlock {
 public:
@@ -27,3 +29,5 @@ public:
     Crossing<int32_t> keepMap = 0;
     StateParts parts{info, parameters, tracks, patterns, midiMap, position, *this, *this, keepMap};
 };
+
+} // namespace ormund

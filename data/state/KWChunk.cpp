@@ -6,6 +6,8 @@
 #include <bit>
 #include <cstring>
 
+namespace ormund {
+
 static_assert(std::endian::native == std::endian::little);
 
 namespace {
@@ -197,3 +199,5 @@ ChunkLimit::~ChunkLimit()
     chunk.end = outerEnd;
     chunk.at = next;
 }
+
+} // namespace ormund

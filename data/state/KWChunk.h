@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+namespace ormund {
+
 // Written in two passes: beginMeasure(), the writer (each write only counts), beginFill(), the
 // writer again. Read from a copy of foreign bytes with every word checked: past the end a read
 // gives zeros, and the chunk remembers the first word that was not there.
@@ -104,3 +106,5 @@ private:
     size_t outerEnd;
     size_t next;
 };
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 // What writes itself to a chunk and reads itself back.
 #pragma once
 
+namespace ormund {
+
 class KWChunk;
 
 class KWChunkableClass {
@@ -13,3 +15,5 @@ public:
     // Writes the same number of words for the measuring and for the filling pass.
     virtual void writeChunk(KWChunk& chunk) const = 0;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kProduct[] = "Ormund";
@@ -37,3 +39,5 @@ std::string loadMessage(LoadResult result, std::string_view path)
         text.replace(place, 2, row.named == Named::Path ? path : std::string_view(kProduct));
     return text;
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace ormund {
+
 enum class LoadResult : uint8_t {
     Done,
     NoFile,       // not there, not readable, or shorter than a header
@@ -19,3 +21,5 @@ enum class LoadResult : uint8_t {
 
 // The text for showMessage; empty where nothing is said. `path` is named where a file is.
 std::string loadMessage(LoadResult result, std::string_view path = {});
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 
 int32_t pack(CcAssignment entry)
@@ -259,3 +261,5 @@ bool operator==(const MidiMap::Lists& a, const MidiMap::Lists& b)
             return false;
     return true;
 }
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <span>
 
+namespace ormund {
+
 class ParameterSink;
 
 // A parameter, or one step of a track, on a controller.
@@ -99,3 +101,5 @@ private:
     std::array<Crossing<float>, kControllers> ccValues{};
     Crossing<float> pressureValue = 0.0f;
 };
+
+} // namespace ormund

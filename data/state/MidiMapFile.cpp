@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace ormund {
+
 void writeMidiMap(KWChunk& chunk, const MidiMap& map)
 {
     const auto lists = std::make_unique<MidiMap::Lists>();
@@ -58,3 +60,5 @@ LoadResult readMidiMap(KWChunk& chunk, MidiMap& map)
     map.replace(*lists, true, false);
     return LoadResult::Done;
 }
+
+} // namespace ormund

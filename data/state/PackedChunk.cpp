@@ -2,6 +2,8 @@
 
 #include <zlib.h>
 
+namespace ormund {
+
 PackedChunk::PackedChunk(const KWChunk& chunk)
 {
     const auto bytes = static_cast<uLong>(chunk.byteCount());
@@ -26,3 +28,5 @@ KWChunk PackedChunk::unpacked() const
         chunk.assign(std::move(words));
     return chunk;
 }
+
+} // namespace ormund

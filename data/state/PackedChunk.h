@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace ormund {
+
 // One thread at a time. Empty when nothing was packed, or when there was no memory to do it.
 class PackedChunk {
 public:
@@ -19,3 +21,5 @@ private:
     std::vector<unsigned char> packed;
     size_t byteCount = 0; // of the chunk
 };
+
+} // namespace ormund

@@ -12,6 +12,8 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+namespace ormund {
+
 using Json = nlohmann::ordered_json;
 
 namespace {
@@ -492,3 +494,5 @@ bool readWords(const std::string& path, std::vector<uint32_t>& words, std::strin
     }
     return true;
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // A group of words and what it means. The hexadecimal walk of the documentation is made of these.
 struct WordNote {
     size_t word = 0; // from the start of the file
@@ -40,3 +42,5 @@ private:
 
 // Reads the whole file, or gives a reason.
 bool readWords(const std::string& path, std::vector<uint32_t>& words, std::string& problem);
+
+} // namespace ormund

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "data/music/KWSystemInfo.h"
-#include "data/state/MidiMap.h"
 #include "data/parameters/Parameters.h"
 #include "data/parameters/ParameterSink.h"
+#include "data/state/MidiMap.h"
 #include "data/tracks/PatternStore.h"
 #include "data/tracks/Tracks.h"
 
 #include <array>
 #include <string>
+
+namespace ormund {
 
 // The two kinds of preset; the number is the mode of a save and of a load.
 enum class PresetKind : uint8_t { Global = 0, Synth = 1 };
@@ -61,3 +63,5 @@ struct StateParts {
     LoadInterlock& interlock;
     const Crossing<int32_t>& keepMap; // not 0: a load leaves the user's map alone
 };
+
+} // namespace ormund

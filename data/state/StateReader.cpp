@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cassert>
 
+namespace ormund {
+
 namespace {
 
 constexpr int kMostNames = 2;
@@ -258,3 +260,5 @@ void StateReader::readPatterns(KWChunk& chunk)
     if (store)
         parts.patterns.replay(parts.sink);
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include "data/state/LoadResult.h"
 #include "data/state/StateParts.h"
 
+namespace ormund {
+
 // The whole chunk is walked twice by the same code: first nothing is changed and every word is
 // checked, then it is applied. So damage anywhere leaves everything as it was. The loader's thread.
 class StateReader {
@@ -45,3 +47,5 @@ private:
 void resetSong(Tracks& tracks, PatternStore& patterns);
 // A name from a file as a name of a file: nothing that leads to another folder.
 std::string plainName(std::string name);
+
+} // namespace ormund

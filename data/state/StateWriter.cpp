@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace ormund {
+
 namespace {
 
 constexpr char kHostMark[] = "Host";
@@ -113,3 +115,5 @@ void writeState(KWChunk& chunk, const StateParts& parts, PresetKind kind)
     chunk.beginFill();
     writer.write();
 }
+
+} // namespace ormund

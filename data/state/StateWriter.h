@@ -4,5 +4,9 @@
 #include "data/state/KWChunk.h"
 #include "data/state/StateParts.h"
 
+namespace ormund {
+
 // Fills the chunk. Values that are turned meanwhile are saved old or new. The loader's thread.
 void writeState(KWChunk& chunk, const StateParts& parts, PresetKind kind);
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 constinit OneWayFlag inUse;
@@ -69,3 +71,5 @@ ClipboardAccess::~ClipboardAccess()
     if (clipboard)
         inUse.lower();
 }
+
+} // namespace ormund

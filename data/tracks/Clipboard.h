@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ormund {
+
 // A copied row and the region that was copied.
 struct ClipboardEntry {
     static constexpr int kMaxSteps = 128;
@@ -69,3 +71,5 @@ struct StepRegion {
     static StepRegion clamped(int from, int to, int size, bool wholeIfEqual);
     int length() const { return to - from; }
 };
+
+} // namespace ormund

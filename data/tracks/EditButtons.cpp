@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 namespace {
 
 using enum EditOperation;
@@ -271,3 +273,5 @@ bool performEdit(int tag, Tracks& tracks)
     }
     return true;
 }
+
+} // namespace ormund

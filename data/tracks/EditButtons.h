@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <span>
 
+namespace ormund {
+
 class Tracks;
 
 enum class EditTarget : uint8_t {
@@ -41,3 +43,5 @@ const EditButton* editButton(int tag); // null for any other tag
 // rows. False for a tag that is no edit button. Called at the button's release, on any thread;
 // allocates nothing and never waits.
 bool performEdit(int tag, Tracks& tracks);
+
+} // namespace ormund

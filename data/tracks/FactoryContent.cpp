@@ -2,15 +2,17 @@
 // notes are, a line of degrees, accents, gates, and the few marks that make it move.
 #include "data/tracks/FactoryContent.h"
 
+#include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
 #include "data/tracks/PatternStore.h"
-#include "data/music/ScaleTable.h"
 #include "data/tracks/Tracks.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+
+namespace ormund {
 
 namespace {
 
@@ -329,3 +331,5 @@ void writeFactoryContent(Tracks& tracks, PatternStore& store)
         tracks.patternRepeats.setStep(position, kBar);
     }
 }
+
+} // namespace ormund

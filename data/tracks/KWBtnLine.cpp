@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 KWBtnLine::KWBtnLine(KWSystemInfo* lineOwner, int steps, int rows, bool isClone)
     : StepLine(lineOwner, steps, rows, isClone)
 {
@@ -33,3 +35,5 @@ std::unique_ptr<KWInitInterface> KWBtnLine::clone() const
 float KWBtnLine::fromController(float v) const { return std::trunc(range * v + 0.5f); }
 float KWBtnLine::randomStep(float u) const { return std::trunc(u * range + 0.5f); }
 ClipboardClass KWBtnLine::clipboardClass() const { return ClipboardClass::BtnLine; }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "data/tracks/StepLine.h"
 
+namespace ormund {
+
 class KWBtnLine : public StepLine {
 public:
     KWBtnLine(KWSystemInfo* owner, int steps, int rows, bool isClone = false);
@@ -23,3 +25,5 @@ protected:
     float randomStep(float u) const override;
     ClipboardClass clipboardClass() const override;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include <memory>
 
+namespace ormund {
+
 class KWInitInterface {
 public:
     virtual ~KWInitInterface() = default;
@@ -24,3 +26,5 @@ public:
     int copyFamily = -1;   // tracks of one family share a clipboard entry
     int clipboardKey = -1; // the entry of this track alone
 };
+
+} // namespace ormund

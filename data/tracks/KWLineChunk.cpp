@@ -1,8 +1,10 @@
 // How the switch and list tracks are written and read.
 #include "data/state/ChunkFormat.h"
-#include "data/tracks/KWBtnLine.h"
 #include "data/state/KWChunk.h"
+#include "data/tracks/KWBtnLine.h"
 #include "data/tracks/KWListLine.h"
+
+namespace ormund {
 
 namespace {
 
@@ -61,3 +63,5 @@ bool KWListLine::readChunk(KWChunk& chunk, bool skip)
 }
 
 void KWListLine::writeChunk(KWChunk& chunk) const { writeLine(*this, chunk); }
+
+} // namespace ormund

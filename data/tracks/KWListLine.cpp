@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 KWListLine::KWListLine(KWSystemInfo* lineOwner, int steps, int rows, bool isClone)
     : StepLine(lineOwner, steps, rows, isClone)
 {
@@ -44,3 +46,5 @@ std::unique_ptr<KWInitInterface> KWListLine::clone() const
 float KWListLine::fromController(float v) const { return std::trunc((range - 1.0f) * v + 0.5f); }
 float KWListLine::randomStep(float u) const { return std::trunc(u * (range - 1.0f)); }
 ClipboardClass KWListLine::clipboardClass() const { return ClipboardClass::ListLine; }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "data/tracks/StepLine.h"
 
+namespace ormund {
+
 class KWListLine : public StepLine {
 public:
     KWListLine(KWSystemInfo* owner, int steps, int rows, bool isClone = false);
@@ -21,3 +23,5 @@ protected:
     float randomStep(float u) const override;
     ClipboardClass clipboardClass() const override;
 };
+
+} // namespace ormund

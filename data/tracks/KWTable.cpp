@@ -6,6 +6,8 @@
 #include <cmath>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kApart = 0.0001f; // between two neighbours that may not be equal
@@ -277,3 +279,5 @@ bool KWTable::setRange(float lowest, float highest, float cleared)
     whenCleared = cleared;
     return true;
 }
+
+} // namespace ormund

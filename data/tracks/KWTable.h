@@ -8,6 +8,8 @@
 #include <memory>
 #include <span>
 
+namespace ormund {
+
 class KWSystemInfo;
 
 // Bits of a table's flag word. Those that tell how a table looks and what the mouse may do belong
@@ -160,3 +162,5 @@ private:
     Crossing<uint32_t> writes = 0u;
     Crossing<int32_t> rebuilds = 0; // how many scopes are open
 };
+
+} // namespace ormund

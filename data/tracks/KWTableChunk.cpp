@@ -9,6 +9,8 @@
 #include <optional>
 #include <utility>
 
+namespace ormund {
+
 namespace {
 
 struct Range {
@@ -152,3 +154,5 @@ void KWTableXY::writeChunk(KWChunk& chunk) const
             chunk.writeFloat(rowTable(r).ownStep(i));
     chunk.writeString(label);
 }
+
+} // namespace ormund

@@ -1,11 +1,13 @@
 #include "data/tracks/KWTableXY.h"
 
-#include "data/tracks/Clipboard.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/tracks/Clipboard.h"
 #include "data/tracks/RandomSource.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace ormund {
 
 namespace {
 
@@ -307,3 +309,5 @@ std::unique_ptr<KWInitInterface> KWTableXY::clone() const
     copied->label = label;
     return copied;
 }
+
+} // namespace ormund

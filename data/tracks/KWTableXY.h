@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // Step access goes to the selected row; with a fraction in the row position, reads blend it with
 // the row behind it. Rows are made at need and kept until the table ends, so a changed count never
 // frees what the audio thread reads.
@@ -89,3 +91,5 @@ private:
     Crossing<int32_t> rowIndex = 0;
     bool registered = false;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include "data/state/KWChunk.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
 
+namespace ormund {
+
 namespace {
 
 constexpr int32_t kZoneIdentifier = 1;
@@ -76,3 +78,5 @@ void KWZoneHandlerContainer::writeChunk(KWChunk& chunk) const
         chunk.writeInt(loop.end);
     }
 }
+
+} // namespace ormund

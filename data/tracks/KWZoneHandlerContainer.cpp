@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 uint32_t pack(LoopZone zone)
@@ -66,3 +68,5 @@ void KWZoneHandlerContainer::setRow(int r)
     rowIndex = r;
     writes.count();
 }
+
+} // namespace ormund

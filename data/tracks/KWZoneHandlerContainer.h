@@ -8,6 +8,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ormund {
+
 // Step indexes, both inclusive.
 struct LoopZone {
     int start = 0;
@@ -58,3 +60,5 @@ private:
     Crossing<int32_t> rowIndex = 0;
     ChangeCount writes;
 };
+
+} // namespace ormund

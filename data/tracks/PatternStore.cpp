@@ -2,6 +2,8 @@
 
 #include "data/parameters/ParameterSink.h"
 
+namespace ormund {
+
 namespace {
 
 // The process-wide buffer of the global copy button.
@@ -79,3 +81,5 @@ void PatternStore::forgetCopy()
     bufferValid = false;
     bufferInUse.lower();
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 
 #include <array>
 
+namespace ormund {
+
 class ParameterSink;
 
 // Written by setParameter on any thread, replayed by the audio thread.
@@ -35,3 +37,5 @@ public:
 private:
     std::array<std::array<Crossing<float>, kPatternValues>, kPatterns> values;
 };
+
+} // namespace ormund

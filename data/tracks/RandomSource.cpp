@@ -1,5 +1,7 @@
 #include "data/tracks/RandomSource.h"
 
+namespace ormund {
+
 namespace {
 
 constinit OneWayFlag drawing;
@@ -23,3 +25,5 @@ void RandomDraws::restart(int32_t seed)
     if (draws)
         sharedGenerator = ParkMiller(seed);
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include "base/Crossing.h"
 #include "base/ParkMiller.h"
 
+namespace ormund {
+
 // Draws for as long as it lives, if no other instance is drawing: then `draws` is true. An edit
 // that comes while another one runs does nothing, so nobody ever waits.
 class RandomDraws {
@@ -24,3 +26,5 @@ private:
     static ParkMiller& generator();
     bool draws;
 };
+
+} // namespace ormund

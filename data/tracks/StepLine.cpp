@@ -1,11 +1,13 @@
 #include "data/tracks/StepLine.h"
 
-#include "data/tracks/Clipboard.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/tracks/Clipboard.h"
 #include "data/tracks/RandomSource.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace ormund {
 
 StepLine::StepLine(KWSystemInfo* lineOwner, int steps, int rows, bool isClone)
     : owner(lineOwner)
@@ -173,3 +175,5 @@ void StepLine::pasteFrom(bool global, int from, int to)
     for (int n = 0; n < region.length(); ++n)
         setStep(region.from + n, entry->tiled(n));
 }
+
+} // namespace ormund

@@ -10,6 +10,8 @@
 #include <memory>
 #include <utility>
 
+namespace ormund {
+
 class KWSystemInfo;
 enum class ClipboardClass;
 
@@ -99,3 +101,5 @@ private:
     Crossing<uint32_t> writes = 0u;
     bool registered = false;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace ormund {
+
 namespace {
 
 constexpr TrackClass kXY = TrackClass::TableXY;
@@ -284,3 +286,5 @@ std::array<KWZoneHandlerContainer*, 4> Tracks::mainLoops()
 {
     return {&pitchLoop, &velocityLoop, &gateLoop, &performanceLoop};
 }
+
+} // namespace ormund

@@ -1,15 +1,17 @@
 // All tracks of an instance and the loops they play in.
 #pragma once
 
+#include "data/parameters/Tags.h"
 #include "data/tracks/KWBtnLine.h"
 #include "data/tracks/KWListLine.h"
 #include "data/tracks/KWTableXY.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
-#include "data/parameters/Tags.h"
 
 #include <array>
 #include <cstdint>
 #include <span>
+
+namespace ormund {
 
 class KWSystemInfo;
 
@@ -103,3 +105,5 @@ public:
 private:
     KWSystemInfo& owner;
 };
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include "host/effect/EffectTypes.h"
 
+namespace ormund {
+
 class AudioEffect;
 
 class AEffEditor {
@@ -32,3 +34,5 @@ public:
 protected:
     AudioEffect* effect;
 };
+
+} // namespace ormund

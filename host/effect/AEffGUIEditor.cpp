@@ -1,5 +1,7 @@
 #include "host/effect/AEffGUIEditor.h"
 
+namespace ormund {
+
 bool AEffGUIEditor::getRect(ERect** answer)
 {
     *answer = &rect;
@@ -26,3 +28,5 @@ bool AEffGUIEditor::setKnobMode(VstInt32 mode)
     knobMode = mode;
     return true;
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include "host/effect/AEffEditor.h"
 
+namespace ormund {
+
 class AEffGUIEditor : public AEffEditor {
 public:
     using AEffEditor::AEffEditor;
@@ -25,3 +27,5 @@ private:
     bool opened = false;
     int knobMode = 2;
 };
+
+} // namespace ormund

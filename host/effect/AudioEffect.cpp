@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 AudioEffect* effectOf(AEffect* record)
@@ -104,3 +106,5 @@ float AudioEffect::getParameterOfEffect(AEffect* record, VstInt32 index)
     AudioEffect* effect = effectOf(record);
     return effect ? effect->getParameter(index) : 0.0f;
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include "host/effect/EffectTypes.h"
 
+namespace ormund {
+
 class AEffEditor;
 
 // Texts that an operation writes have at most this many bytes, the zero included. The dispatcher
@@ -95,3 +97,5 @@ private:
     AEffEditor* editor = nullptr; // owned
     AEffect cEffect{};
 };
+
+} // namespace ormund

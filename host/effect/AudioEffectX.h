@@ -4,6 +4,8 @@
 
 #include "host/effect/AudioEffect.h"
 
+namespace ormund {
+
 class AudioEffectX : public AudioEffect {
 public:
     using AudioEffect::AudioEffect;
@@ -83,3 +85,5 @@ protected:
     void noSoundInStop(bool state = true) { setFlag(effFlagsNoSoundInStop, state); }
     bool isHostParameter(VstInt32 index) { return index >= 0 && index < getAeffect()->numParams; }
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 // Runs `write(char*)` on a buffer of our own and hands at most `room` bytes of it on.
@@ -199,3 +201,5 @@ VstIntPtr AudioEffectX::dispatcher(
         return AudioEffect::dispatcher(opcode, index, value, ptr, opt);
     }
 }
+
+} // namespace ormund

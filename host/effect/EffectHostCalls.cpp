@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 VstIntPtr AudioEffect::callHost(
     VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
@@ -95,3 +97,5 @@ VstInt32 AudioEffectX::getAutomationState()
 {
     return static_cast<VstInt32>(callHost(audioMasterGetAutomationState));
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ormund {
+
 using VstInt16 = int16_t;
 using VstInt32 = int32_t;
 using VstIntPtr = intptr_t;
@@ -428,3 +430,5 @@ static_assert(sizeof(VstMidiEvent) == 32 && offsetof(VstMidiEvent, midiData) == 
 static_assert(sizeof(VstEvent) == sizeof(VstMidiEvent));
 static_assert(sizeof(VstParameterProperties) == 152 && sizeof(VstPinProperties) == 128);
 static_assert(sizeof(ERect) == 8);
+
+} // namespace ormund

@@ -4,7 +4,11 @@
 
 #include "host/effect/AudioEffectX.h"
 
+namespace ormund {
+
 class KWPluginBase : public AudioEffectX {
 public:
     using AudioEffectX::AudioEffectX;
 };
+
+} // namespace ormund

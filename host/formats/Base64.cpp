@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 constexpr std::string_view kDigits =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -55,3 +57,5 @@ std::optional<std::vector<uint8_t>> fromBase64(std::string_view text)
         bytes.push_back(static_cast<uint8_t>(group >> 2));
     return bytes;
 }
+
+} // namespace ormund

@@ -8,6 +8,10 @@
 #include <string_view>
 #include <vector>
 
+namespace ormund {
+
 std::string toBase64(std::span<const uint8_t> bytes);
 // White space is skipped, since hosts break long lines. Empty for anything else that is no base64.
 std::optional<std::vector<uint8_t>> fromBase64(std::string_view text);
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 START_NAMESPACE_DISTRHO
 
+using namespace ormund;
+
 class FormatPlugin final : public Plugin, private KWFormatWrapper::Format {
 public:
     static constexpr uint32_t kBypass = 0; // the parameter before the engine's

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 constexpr char kName[] = "Ormund";
 constexpr const char* kCapabilities[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
@@ -283,3 +285,5 @@ VstIntPtr KWFormatWrapper::answer(
         return 0;
     }
 }
+
+} // namespace ormund

@@ -1,10 +1,10 @@
 // The host's side of the effect interface, for formats that are not this interface.
 #pragma once
 
-#include "host/plugin/KWUniClient.h"
-#include "host/plugin/WrapperPort.h"
 #include "host/formats/LateWork.h"
 #include "host/formats/SongPlace.h"
+#include "host/plugin/KWUniClient.h"
+#include "host/plugin/WrapperPort.h"
 
 #include <array>
 #include <atomic>
@@ -12,6 +12,8 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+
+namespace ormund {
 
 // Owns one engine and its editor, and answers their calls. run, queueMidi on the audio thread;
 // setBypass, setParameter on any; the rest on the host's thread for the user interface. What a
@@ -105,3 +107,5 @@ private:
 
     std::unique_ptr<KWUniClient> engine;
 };
+
+} // namespace ormund

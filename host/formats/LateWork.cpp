@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 struct Pool {
@@ -80,3 +82,5 @@ void LateWork::remove(Client& client)
     }
     all.end();
 }
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 // promise no idle while no window shows.
 #pragma once
 
+namespace ormund {
+
 // One thread for all instances of the module, running from the first add to the last remove; it
 // looks at each of them every kPeriodMs. add and remove on any thread but the audio thread.
 class LateWork {
@@ -20,3 +22,5 @@ public:
     // After this the client is not called any more.
     static void remove(Client& client);
 };
+
+} // namespace ormund

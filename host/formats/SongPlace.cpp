@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 constexpr double kSamePlace = 0.01; // quarter notes
 
@@ -42,3 +44,5 @@ SongPlace SongFollower::follow(const BarPlace& place, int frames, double rate)
     last = song;
     return song;
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 struct BarPlace {
     bool playing = false;
     bool valid = false; // else bar, beat and meter say nothing
@@ -44,3 +46,5 @@ private:
     int64_t nextFrame = 0;   // where a song that goes on stands now,
     double nextQuarters = 0; // both ways
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <pthread.h>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 constexpr VstInt32 kTimeRequest =
     kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid;
@@ -343,3 +345,5 @@ void KWUniClient::publish()
     screen.masterStep = clock.out().masterStep;
     screen.playing = clock.out().play;
 }
+
+} // namespace ormund

@@ -3,14 +3,14 @@
 
 #include "base/KWAligned.h"
 #include "base/RealTime.h"
-#include "data/music/KWKeyState.h"
-#include "data/music/KWSystemInfo.h"
-#include "data/state/MidiMap.h"
-#include "data/parameters/Parameters.h"
-#include "data/parameters/ParameterSink.h"
-#include "data/tracks/PatternStore.h"
 #include "data/library/Presets.h"
 #include "data/library/Settings.h"
+#include "data/music/KWKeyState.h"
+#include "data/music/KWSystemInfo.h"
+#include "data/parameters/Parameters.h"
+#include "data/parameters/ParameterSink.h"
+#include "data/state/MidiMap.h"
+#include "data/tracks/PatternStore.h"
 #include "data/tracks/Tracks.h"
 #include "engine/EventQueues.h"
 #include "engine/KWBend.h"
@@ -26,6 +26,8 @@
 #include "engine/ScreenValues.h"
 #include "host/effect/KWPluginBase.h"
 #include "synth/KWSynth.h"
+
+namespace ormund {
 
 class WrapperPort;
 
@@ -225,3 +227,5 @@ private:
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <optional>
 
+namespace ormund {
+
 namespace {
 constexpr char kName[] = "Ormund";
 constexpr char kVendor[] = "Kelda Works";
@@ -179,3 +181,5 @@ bool KWUniClient::toInternal(const VstMidiEvent& midi, InternalEvent& event)
         return false;
     }
 }
+
+} // namespace ormund

@@ -5,11 +5,13 @@
 #include "base/OnlyCrossings.h"
 #include "data/parameters/ChoiceArrows.h"
 #include "data/parameters/ChoiceLists.h"
-#include "data/tracks/EditButtons.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/EditButtons.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace ormund {
 
 namespace {
 constexpr float kSwingBend = 0.9f; // the swing's delay grows a little faster than its amount
@@ -334,3 +336,5 @@ void KWUniClient::reapplyParameters()
         if (entry.hasValue() && !isAction(entry.tag) && !isTwin(entry.tag))
             setParameter(entry.tag, parameters.raw(entry.tag));
 }
+
+} // namespace ormund

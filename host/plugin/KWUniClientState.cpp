@@ -8,6 +8,8 @@
 #include <cstring>
 #include <pthread.h>
 
+namespace ormund {
+
 void KWUniClient::StateLink::stopBlocks(bool wait)
 {
     engine.loadBypass.raise();
@@ -185,3 +187,5 @@ void KWUniClient::programChanged(int program)
     if (ignoreProgramChange == 0 && !midiMap.mapBusy.isRaised())
         presets.midiProgram(program);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 enum ScriptCode : VstIntPtr {
@@ -101,3 +103,5 @@ bool KWUniClient::scriptLoadOrSave(VstIntPtr code, const char* path)
         return false;
     }
 }
+
+} // namespace ormund

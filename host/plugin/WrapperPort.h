@@ -3,6 +3,8 @@
 
 #include "host/effect/EffectTypes.h"
 
+namespace ormund {
+
 // Called on the audio thread, inside the block function; must not allocate or block.
 class WrapperPort {
 public:
@@ -14,3 +16,5 @@ public:
 protected:
     ~WrapperPort() = default;
 };
+
+} // namespace ormund

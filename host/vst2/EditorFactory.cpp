@@ -2,4 +2,8 @@
 
 #include "editor/KWUniClientEditor.h"
 
+namespace ormund {
+
 AEffEditor* makeEditor(KWUniClient& client) { return new KWUniClientEditor(client); }
+
+} // namespace ormund

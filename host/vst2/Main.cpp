@@ -4,6 +4,8 @@
 
 #include <memory>
 
+using namespace ormund;
+
 // Makes one instance; the host ends it by effClose. `host` may be null: the instance then runs
 // without one. Null when there is no memory for it, since nothing may throw into a host.
 extern "C" __attribute__((visibility("default"))) AEffect* VSTPluginMain(audioMasterCallback host)

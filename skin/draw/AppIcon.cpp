@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -56,3 +58,5 @@ void writeAppIconSvg(const std::string& path)
     if (failed)
         throw std::runtime_error("cannot write " + path);
 }
+
+} // namespace ormund

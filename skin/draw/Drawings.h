@@ -4,6 +4,8 @@
 #include "skin/draw/Icons.h"
 #include "skin/draw/Paint.h"
 
+namespace ormund {
+
 // Normal, pressed and hover of each state, as buttons pick their frames.
 enum class Look { Normal, Pressed, Hover };
 struct ButtonFrame {
@@ -180,3 +182,5 @@ void drawFocusRing(Paint& paint, int frame);
 void drawShadow(Paint& paint, int frame);
 // The ring of eight steps with one of them lit, as on the panel and in the icon.
 void productRing(Paint& paint, double cx, double cy, double radius, const Ink& plain);
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 // lights up in the colour of no track.
 #include "skin/draw/Parts.h"
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -71,3 +73,5 @@ void drawOrder(Paint& paint, int frame)
     well(paint, 0, 0, paint.width(), paint.height(), 3);
     drawIcon(paint, kOrders[frame], 11.5, 11.5, 12, kText, 1.25);
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <initializer_list>
 #include <numbers>
 
+namespace ormund {
+
 namespace {
 
 struct Spot {
@@ -309,3 +311,5 @@ void drawIcon(
     else
         sign(pen, icon);
 }
+
+} // namespace ormund

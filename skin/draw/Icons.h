@@ -3,6 +3,8 @@
 
 #include "skin/draw/Paint.h"
 
+namespace ormund {
+
 enum class Icon {
     // editing
     Copy,
@@ -48,3 +50,5 @@ enum class Icon {
 // Draws the icon centred on (cx, cy), `size` pixels wide, with lines of `thickness` pixels.
 void drawIcon(Paint& paint, Icon icon, double cx, double cy, double size, const Ink& colour,
     double thickness = 1.25);
+
+} // namespace ormund

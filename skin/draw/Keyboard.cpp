@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -142,3 +144,5 @@ void drawRollArea(Paint& paint, int frame)
     paint.verticalText("ROLL", 8, 24.5, {9, 0.6, Weight::Medium}, content);
     drawIcon(paint, Icon::Roll, 17.5, 24.5, 11, content, 1.25);
 }
+
+} // namespace ormund

@@ -1,10 +1,12 @@
 // Knobs: an arc over 270 degrees for the value round a dark cap with a pointer.
-#include "skin/draw/Parts.h"
 #include "panel/KnobShapes.h"
+#include "skin/draw/Parts.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+
+namespace ormund {
 
 using namespace palette;
 
@@ -82,3 +84,5 @@ void drawKnobMark(Paint& paint, int frame)
     ray(paint, k, angleOf(frame), k.radius, k.radius, 5, kGround);
     ray(paint, k, angleOf(frame), k.radius, k.radius, 3.2, kWhite);
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -69,3 +71,5 @@ void drawPatternCell(Paint& paint, int frame)
     else
         paint.rounded(4, 30, 10, 2, 1, running ? kDarkInk : ink(0x535C68));
 }
+
+} // namespace ormund

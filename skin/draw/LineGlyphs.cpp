@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -143,3 +145,5 @@ void randomGlyph(Paint& paint, int index, double cx, double cy)
     paint.disc(left + 10.4, top + 11.3, 0.8, hue);
     paint.text(kLetters[index], cx, cy, {9, 0, Weight::SemiBold}, kText, Align::Centre);
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include <numbers>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -83,3 +85,5 @@ void drawLearnRing(Paint& paint, int)
 void drawFocusRing(Paint& paint, int) { paint.frame(0, 0, 23, 23, 4, kWhite, 1.5); }
 
 void drawShadow(Paint& paint, int) { paint.rect(0, 0, 1, 1, kBlack.faded(0.35)); }
+
+} // namespace ormund

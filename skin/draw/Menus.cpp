@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -88,3 +90,5 @@ void drawScrollThumb(Paint& paint, int frame)
 {
     paint.rounded(1, 0, 7, 16, 3, frame == 0 ? kMenuFrame : kFrameHover);
 }
+
+} // namespace ormund

@@ -1,6 +1,8 @@
 // The pads that are played with, and the play button.
 #include "skin/draw/Parts.h"
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -103,3 +105,5 @@ void drawPlay(Paint& paint, int frame)
     drawIcon(paint, Icon::Play, 41, 16.5 + shift, 12, content);
     paint.text("PLAY", 52, 16.5 + shift, style, content);
 }
+
+} // namespace ormund

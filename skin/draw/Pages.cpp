@@ -3,6 +3,8 @@
 
 #include <initializer_list>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -88,3 +90,5 @@ void drawSynthPage(Paint& paint, int)
     knobNames(paint, 311, {"LEFT", "RIGHT", "FEED", "MIX"});
     filterCurve(paint, 945 - kLeft, 217 - kTop);
 }
+
+} // namespace ormund

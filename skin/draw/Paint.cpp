@@ -7,6 +7,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace ormund {
+
 namespace {
 
 constexpr double kDegree = std::numbers::pi / 180;
@@ -172,3 +174,5 @@ void Paint::moved(double dx, double dy, const std::function<void()>& draw)
     draw();
     cairo_restore(cr);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string_view>
 
+namespace ormund {
+
 enum class Align { Left, Centre, Right };
 enum class Weight { Medium, SemiBold };
 
@@ -76,3 +78,5 @@ private:
     double pixels;
     double w, h;
 };
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <initializer_list>
 #include <string>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -236,3 +238,5 @@ void drawBackground(Paint& paint, int)
 }
 
 void drawHintGround(Paint& paint, int) { paint.rect(0, 0, paint.width(), paint.height(), kHead); }
+
+} // namespace ormund

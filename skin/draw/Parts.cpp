@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+namespace ormund {
+
 using namespace palette;
 
 void drawNothing(Paint&, int) { }
@@ -48,3 +50,5 @@ std::string signedNumber(int value)
     words += std::to_string(std::abs(value));
     return words;
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace ormund {
+
 inline constexpr double kFieldRadius = 2.5;
 inline constexpr double kPadRadius = 4;
 
@@ -23,3 +25,5 @@ Ink contentInk(Look look, const Ink& hue = palette::kText);
 constexpr double pressShift(Look look) { return look == Look::Pressed ? 1 : 0; }
 // The number with a real minus and a sign in front of positive ones.
 std::string signedNumber(int value);
+
+} // namespace ormund

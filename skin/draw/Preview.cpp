@@ -6,6 +6,8 @@
 #include <cmath>
 #include <string>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -363,3 +365,5 @@ std::unique_ptr<Image> contactSheet(double scale)
     }
     return sheet;
 }
+
+} // namespace ormund

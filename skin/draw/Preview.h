@@ -3,6 +3,10 @@
 
 #include "skin/draw/Strip.h"
 
+namespace ormund {
+
 std::unique_ptr<Image> contactSheet(double scale);
 enum class Page { Settings, Synth };
 std::unique_ptr<Image> panelPicture(double scale, Page page);
+
+} // namespace ormund

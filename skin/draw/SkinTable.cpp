@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace ormund {
+
 namespace {
 
 // Buttons: the frames of a state stand together, normal, pressed, hover.
@@ -164,3 +166,5 @@ static_assert(everyStripFits());
 std::span<const SkinRow> skinTable() { return kTable; }
 
 const SkinRow& skinRow(int number) { return kTable[number - kFirstBitmap]; }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include <span>
 
+namespace ormund {
+
 class Paint;
 
 inline constexpr int kFirstBitmap = 1000;
@@ -23,3 +25,5 @@ struct SkinRow {
 // In the order of the numbers, without a gap.
 std::span<const SkinRow> skinTable();
 const SkinRow& skinRow(int number);
+
+} // namespace ormund

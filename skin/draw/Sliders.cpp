@@ -1,8 +1,10 @@
 // Sliders and stepped fields: each frame shows one value in words or by its place.
-#include "skin/draw/Parts.h"
 #include "panel/KnobShapes.h"
+#include "skin/draw/Parts.h"
 
 #include <string>
+
+namespace ormund {
 
 using namespace palette;
 
@@ -89,3 +91,5 @@ void drawTransposeBox(Paint& paint, int frame)
     well(paint, 0, 0, 44, 21, 3);
     paint.text(signedNumber(frame - 12), 22, 10.5, type::kValue, kText, Align::Centre);
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <zstd.h>
 
+namespace ormund {
+
 namespace {
 
 // Unpacking takes as long whatever the level. The highest saves another eighth and takes the build
@@ -92,3 +94,5 @@ void writePng(const std::string& path, const Image& image)
     if (cairo_surface_write_to_png(image.get(), path.c_str()) != CAIRO_STATUS_SUCCESS)
         throw std::runtime_error("cannot write " + path);
 }
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // The scales that windows are shown at.
 inline constexpr double kScales[] = {1, 1.5, 2, 3};
 
@@ -46,3 +48,5 @@ void drawFrame(cairo_surface_t* target, const SkinRow& row, int frame, double sc
 std::vector<uint8_t> packed(const Image& image);
 // Throws std::runtime_error when the file cannot be written.
 void writePng(const std::string& path, const Image& image);
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 
 #include <initializer_list>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -152,3 +154,5 @@ void drawMidiDrag(Paint& paint, int frame)
     raised(paint, 0, 0, paint.width(), paint.height(), look, 3);
     drawIcon(paint, Icon::MidiDrag, 15, 13.2 + pressShift(look), 14, contentInk(look), 1.25);
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 
+namespace ormund {
+
 using namespace palette;
 
 namespace {
@@ -103,3 +105,5 @@ void drawLoopCell(Paint& paint, int frame)
 }
 
 void drawRunningMark(Paint& paint, int) { paint.rect(0, 0, 17, 1, kWhite); }
+
+} // namespace ormund

@@ -15,6 +15,8 @@
 #include <stdexcept>
 #include <string>
 
+using namespace ormund;
+
 namespace {
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes)

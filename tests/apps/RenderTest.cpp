@@ -17,6 +17,8 @@
 #include <map>
 #include <set>
 
+namespace ormund {
+
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -282,3 +284,5 @@ TEST_F(Renderer, ListsEveryParameterAndHelpsItself)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <set>
 
+namespace ormund {
+
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -238,3 +240,5 @@ TEST_F(OnJack, RunsOnWithoutTheServerAndComesBackToIt)
 }
 
 } // namespace
+
+} // namespace ormund

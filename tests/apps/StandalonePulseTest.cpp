@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <numeric>
 
+namespace ormund {
+
 using testing::HasSubstr;
 
 namespace {
@@ -151,3 +153,5 @@ TEST_F(OnPulse, RunsOnWhenTheServerDiesAndComesBackToIt)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -18,7 +18,7 @@
 #include <unistd.h>
 #include <vector>
 
-extern char** environ;
+namespace ormund {
 
 inline constexpr char kProgram[] = ORMUND_BIN_DIR "/ormund";
 inline constexpr char kMidiIn[] = "Ormund:Ormund MIDI in";
@@ -121,3 +121,5 @@ protected:
     std::unique_ptr<JackServer> server;
     std::unique_ptr<JackClient> listener;
 };
+
+} // namespace ormund

@@ -13,6 +13,8 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
+namespace ormund {
+
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -263,3 +265,5 @@ TEST_F(InWindow, ClosesWhenItsDesktopSaysSo)
 }
 
 } // namespace
+
+} // namespace ormund

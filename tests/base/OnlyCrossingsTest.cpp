@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace ormund {
+
 namespace {
 struct Guarded {
     Crossing<int> one = 1;
@@ -38,3 +40,5 @@ struct PlainArrayLast {
 static_assert(!onlyCrossings<PlainFirst>() && !onlyCrossings<PlainBetween>());
 static_assert(!onlyCrossings<PlainInside>() && !onlyCrossings<PlainArrayLast>());
 } // namespace
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ormund {
+
 TEST(ParkMiller, WrapsInThirtyTwoBitsAndSoGoesNegative)
 {
     ParkMiller generator(645637);
@@ -18,3 +20,5 @@ TEST(ParkMiller, WrapsInThirtyTwoBitsAndSoGoesNegative)
     EXPECT_GT(negative, 300);
     EXPECT_LT(negative, 700);
 }
+
+} // namespace ormund

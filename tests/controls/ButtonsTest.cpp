@@ -3,6 +3,8 @@
 #include "controls/KWButton.h"
 #include "controls/KWLocalLink.h"
 
+namespace ormund {
+
 namespace {
 
 class Buttons : public ControlRig {
@@ -201,3 +203,5 @@ TEST_F(Buttons, ALinkOpensItsDocumentOnlyWhenLetGoInside)
 }
 
 } // namespace
+
+} // namespace ormund

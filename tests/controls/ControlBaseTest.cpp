@@ -4,6 +4,8 @@
 #include "controls/KWKnob.h"
 #include "controls/KWViewContainer.h"
 
+namespace ormund {
+
 namespace {
 
 class ControlBase : public ControlRig {
@@ -281,3 +283,5 @@ TEST_F(ControlBase, NothingDirtyMeansNothingPainted)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 // Writes down what it hears: "[" and "]" around a gesture, "tag=value" for a change.
 class Ear : public CControlListener {
 public:
@@ -103,3 +105,5 @@ protected:
     KWFrame* frame;
     FrameUser user;
 };
+
+} // namespace ormund

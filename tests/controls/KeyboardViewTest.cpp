@@ -5,6 +5,8 @@
 #include "data/music/KWKeyState.h"
 #include "platform/Messages.h"
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -229,3 +231,5 @@ TEST_F(Objects, ReportGesturesAndMoveNothingThemselves)
 }
 
 } // namespace
+
+} // namespace ormund

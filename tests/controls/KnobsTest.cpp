@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+namespace ormund {
+
 namespace {
 
 class Knobs : public ControlRig {
@@ -365,3 +367,5 @@ TEST_F(Displays, AMouseAreaGivesNumbersAndLimitsThemOnlyWhileDragging)
 }
 
 } // namespace
+
+} // namespace ormund

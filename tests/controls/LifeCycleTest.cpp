@@ -11,15 +11,17 @@
 #include "controls/KWTableView.h"
 #include "controls/KWViewContainer.h"
 #include "controls/KWZoneView.h"
-#include "data/tracks/KWBtnLine.h"
 #include "data/music/KWKeyState.h"
-#include "data/tracks/KWListLine.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/tracks/KWBtnLine.h"
+#include "data/tracks/KWListLine.h"
 #include "data/tracks/KWTableXY.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
 
 #include <algorithm>
 #include <random>
+
+namespace ormund {
 
 namespace {
 
@@ -183,3 +185,5 @@ TEST(LifeCycle, AThousandRandomGesturesLeaveNoGestureOpen)
 }
 
 } // namespace
+
+} // namespace ormund

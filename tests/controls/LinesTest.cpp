@@ -4,10 +4,12 @@
 #include "controls/KWListLineView.h"
 #include "controls/KWListLineViewMenu.h"
 #include "controls/KWZoneView.h"
+#include "data/music/KWSystemInfo.h"
 #include "data/tracks/KWBtnLine.h"
 #include "data/tracks/KWListLine.h"
-#include "data/music/KWSystemInfo.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
+
+namespace ormund {
 
 using testing::ElementsAre;
 
@@ -336,3 +338,5 @@ TEST_F(Zones, ItsButtonsResetAndStepTheBarOnValueOne)
 }
 
 } // namespace
+
+} // namespace ormund

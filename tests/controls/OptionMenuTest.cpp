@@ -8,6 +8,8 @@
 #include <functional>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
@@ -545,3 +547,5 @@ TEST_F(PresetMenu, AListenerMayFillTheMenuAnewWhileItHearsAChoice)
 }
 
 } // namespace
+
+} // namespace ormund

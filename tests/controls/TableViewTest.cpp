@@ -8,6 +8,8 @@
 
 #include <limits>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -408,3 +410,5 @@ TEST_F(Grid, TheColourModeDrawsBarsCurvesAndItsStrips)
 }
 
 } // namespace
+
+} // namespace ormund

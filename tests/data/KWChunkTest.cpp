@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace ormund {
+
 TEST(KWChunk, WritesInTwoPassesAndReadsTheSameBack)
 {
     KWChunk chunk;
@@ -103,3 +105,5 @@ TEST(KWChunk, PackedItComesBackWordByWord)
     EXPECT_TRUE(std::ranges::equal(again.words(), words));
     EXPECT_EQ(again.remaining(), words.size());
 }
+
+} // namespace ormund

@@ -1,6 +1,6 @@
+#include "data/music/KWSystemInfo.h"
 #include "data/tracks/KWBtnLine.h"
 #include "data/tracks/KWListLine.h"
-#include "data/music/KWSystemInfo.h"
 #include "data/tracks/KWZoneHandlerContainer.h"
 #include "data/tracks/RandomSource.h"
 
@@ -9,6 +9,8 @@
 #include <cmath>
 #include <limits>
 #include <vector>
+
+namespace ormund {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
@@ -217,3 +219,5 @@ TEST(Loops, KeepTheirEndsInOrderAndInsideTheTrack)
     song.setZone(0, {2, 5});
     EXPECT_EQ(song.start(11), 2); // one loop for every row
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 
 #include <random>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::SizeIs;
 
@@ -112,3 +114,5 @@ TEST(MidiFile, DamageNeverReadsOutsideOrGrowsWithoutBound)
 }
 
 } // namespace
+
+} // namespace ormund

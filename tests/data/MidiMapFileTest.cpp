@@ -5,6 +5,8 @@
 #include <memory>
 #include <random>
 
+namespace ormund {
+
 namespace {
 
 using Words = std::vector<uint32_t>;
@@ -97,3 +99,5 @@ TEST(MidiMapFile, DamageLoadsOrChangesNothing)
             }
         }
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <tuple>
 #include <vector>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -173,3 +175,5 @@ TEST(MidiMap, ItIsChangedWhileControllersMove)
     audio.join();
     EXPECT_FALSE(sink.torn);
 }
+
+} // namespace ormund

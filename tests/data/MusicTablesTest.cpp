@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 using ::testing::ElementsAre;
 
 namespace {
@@ -154,3 +156,5 @@ TEST(BendShapes, AreTwentyDifferentMovesInsideTheRange)
     EXPECT_EQ(shapes.size(), 20u);
     EXPECT_EQ(names.size(), 20u);
 }
+
+} // namespace ormund

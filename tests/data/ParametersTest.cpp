@@ -1,8 +1,8 @@
 #include "data/parameters/Parameters.h"
+#include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
 #include "data/tracks/EditButtons.h"
-#include "data/music/ScaleTable.h"
 
 #include <gmock/gmock.h>
 
@@ -11,6 +11,8 @@
 #include <map>
 #include <set>
 #include <string>
+
+namespace ormund {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
@@ -277,3 +279,5 @@ TEST(ControllerNames, StandAtTheirNumbers)
     }
     EXPECT_EQ(next, kModTargets);
 }
+
+} // namespace ormund

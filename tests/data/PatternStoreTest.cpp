@@ -1,8 +1,8 @@
 #include "data/tracks/PatternStore.h"
-#include "data/parameters/ChoiceLists.h"
-#include "data/tracks/FactoryContent.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ParameterSink.h"
+#include "data/tracks/FactoryContent.h"
 #include "data/tracks/Tracks.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +10,8 @@
 #include <limits>
 #include <set>
 #include <vector>
+
+namespace ormund {
 
 namespace {
 
@@ -155,3 +157,5 @@ TEST(FactoryContent, SendsNoBankSelect)
             EXPECT_TRUE(!on || target * 130 >= 1) << pattern << ' ' << track;
         }
 }
+
+} // namespace ormund

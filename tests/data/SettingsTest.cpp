@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -140,3 +142,5 @@ TEST_F(Home, ATreeOfLinksIsScannedInBoundedWork)
     EXPECT_GT(tree.folderCount(), 100);
     EXPECT_LE(tree.folderCount(), PresetTree::kMostFolders);
 }
+
+} // namespace ormund

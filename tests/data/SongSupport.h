@@ -9,6 +9,8 @@
 #include <random>
 #include <vector>
 
+namespace ormund {
+
 using Words = std::vector<uint32_t>;
 
 inline Words saved(const DetachedSong& song, PresetKind kind = PresetKind::Global)
@@ -68,3 +70,5 @@ inline void randomise(DetachedSong& song, unsigned seed)
     song.position.folder = static_cast<int>(draw() % 8);
     song.info.setTempo(45.0 + static_cast<int>(draw() % 400));
 }
+
+} // namespace ormund

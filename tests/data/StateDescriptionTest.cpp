@@ -7,6 +7,8 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+namespace ormund {
+
 using testing::HasSubstr;
 
 TEST(StateDescription, TellsEveryWordOfAFileOnce)
@@ -50,3 +52,5 @@ TEST(StateDescription, TellsADamagedFileAsFarAsItReads)
     EXPECT_THAT(told.text(), HasSubstr("a record is longer than the file"));
     EXPECT_THAT(told.text(), HasSubstr("tempo="));
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+namespace ormund {
+
 namespace {
 
 uint32_t word(int32_t value) { return static_cast<uint32_t>(value); }
@@ -282,3 +284,5 @@ TEST(State, DamageAnywhereLoadsOrChangesNothing)
     const Words after = saved(*target);
     EXPECT_EQ(load(*target, after), LoadResult::Done);
 }
+
+} // namespace ormund

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+namespace ormund {
+
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::FloatNear;
@@ -361,3 +363,5 @@ TEST_F(TableTest, EditsBesideAReaderStayInRange)
     reader.join();
     EXPECT_EQ(outside, 0);
 }
+
+} // namespace ormund

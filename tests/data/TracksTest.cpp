@@ -1,9 +1,9 @@
 #include "data/tracks/Tracks.h"
-#include "data/tracks/Clipboard.h"
-#include "data/tracks/EditButtons.h"
 #include "data/music/KWKeyState.h"
 #include "data/music/KWSystemInfo.h"
 #include "data/parameters/Parameters.h"
+#include "data/tracks/Clipboard.h"
+#include "data/tracks/EditButtons.h"
 #include "data/tracks/RandomSource.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +11,8 @@
 #include <limits>
 #include <set>
 #include <vector>
+
+namespace ormund {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
@@ -308,3 +310,5 @@ TEST(KeyState, HoldsNotesAndRefusesWhatIsNone)
     EXPECT_THAT(keys.words(), Each(0u));
     EXPECT_EQ(keys.noteOn.take(), -1);
 }
+
+} // namespace ormund

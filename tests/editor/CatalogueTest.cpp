@@ -1,12 +1,14 @@
 #include "data/parameters/Parameters.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/PageGates.h"
 #include "editor/StillControls.h"
 #include "editor/ValueDispatch.h"
+#include "panel/ControlCatalogue.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 
@@ -150,3 +152,5 @@ TEST(PageGates, ShowOnePageOfEachKind)
         EXPECT_EQ(gate.test(kTrackLoops + track), track == 5);
     }
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+namespace ormund {
+
 namespace {
 
 using testing::IsSubsetOf;
@@ -237,3 +239,5 @@ TEST_F(CatalogueWalk, ThePartsThatOnlyShowChangeNothing)
             << row.tag;
     }
 }
+
+} // namespace ormund

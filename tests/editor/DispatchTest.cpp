@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace ormund {
+
 TEST(Dispatch, SettingsAreKeptForTheNextRun)
 {
     EditorRig rig;
@@ -41,3 +43,5 @@ TEST(Dispatch, AListsArrowsStepThroughItAndStopAtItsEnds)
         rig.click(next);
     EXPECT_EQ(rig.engine.parameters.index(Tag::StepSpeed), 9);
 }
+
+} // namespace ormund

@@ -2,9 +2,9 @@
 
 #include "controls/KWFrame.h"
 #include "data/tracks/EditButtons.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "host/plugin/KWUniClient.h"
+#include "panel/ControlCatalogue.h"
 #include "view/offscreen/FrameUser.h"
 #include "view/offscreen/OffscreenWindow.h"
 
@@ -12,6 +12,8 @@
 #include <memory>
 #include <set>
 #include <vector>
+
+namespace ormund {
 
 // An engine without a host and its editor in memory, played by a user.
 class EditorRig {
@@ -101,3 +103,5 @@ public:
 private:
     std::map<int, std::vector<float>> values;
 };
+
+} // namespace ormund

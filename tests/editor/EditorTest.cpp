@@ -14,6 +14,8 @@
 
 #include <gmock/gmock.h>
 
+namespace ormund {
+
 namespace {
 
 KWDisplay& hintOf(EditorRig& rig, int tag)
@@ -429,3 +431,5 @@ TEST(Editor, EveryTextOnThePanelCanBeRead)
     EXPECT_GT(reader.texts, 500);
     EXPECT_THAT(reader.complaints, testing::IsEmpty());
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <optional>
 
+namespace ormund {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -145,3 +147,5 @@ TEST_F(FileSheetTest, EveryOtherWayOutAnswersNothingOnce)
     ask(Kind::Load);
     sheet->ask({}, [](const std::string&) { FAIL() << "one question at a time"; });
 }
+
+} // namespace ormund

@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <fstream>
 
+namespace ormund {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -161,3 +163,5 @@ TEST(Keyboard, AKeyOfThePanelGoesToTheEngine)
     rig.user->release({keys.left + 14 * 12 + 6, keys.bottom - 5});
     EXPECT_EQ(rig.engine.keyState.noteOff.peek(), 48);
 }
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace ormund {
+
 namespace {
 
 MidiFile exported(KWUniClient& engine, int bars)
@@ -59,3 +61,5 @@ TEST(MidiExport, APullOnThePadDragsTheFile)
     ASSERT_EQ(rig.window->draggedFiles.size(), 1u);
     EXPECT_TRUE(rig.window->draggedFiles.front().ends_with(".mid"));
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 
 #include <random>
 
+namespace ormund {
+
 namespace {
 
 void pressUndo(EditorRig& rig)
@@ -361,3 +363,5 @@ TEST(Undo, WhateverWasPlayedComesBackByteForByte)
         EXPECT_TRUE(state() == last) << "seed " << seed;
     }
 }
+
+} // namespace ormund

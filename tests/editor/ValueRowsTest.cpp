@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ormund {
+
 namespace {
 
 float shown(EditorRig& rig, int tag, int step)
@@ -56,3 +58,5 @@ TEST(ValueRows, AnIdleWithoutAChangePaintsNothing)
     rig.idle(5);
     EXPECT_EQ(rig.window->presents, before);
 }
+
+} // namespace ormund

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -290,3 +292,5 @@ TEST(Effect, WithoutAHostEveryCallAnswersNothing)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -18,7 +18,7 @@ struct Row {
 };
 
 #define SAME(name)                                                                                 \
-    Row { #name, static_cast < long>(::name), static_cast < long>(fst::name) }
+    Row { #name, static_cast < long>(ormund::name), static_cast < long>(fst::name) }
 
 TEST(FreeHeader, NumbersAgree)
 {
@@ -113,7 +113,7 @@ TEST(FreeHeader, NumbersAgree)
 #define SAME_PLACE(record, field)                                                                  \
     Row                                                                                            \
     {                                                                                              \
-#record "." #field, static_cast < long>(offsetof(::record, field)),                        \
+#record "." #field, static_cast < long>(offsetof(ormund::record, field)),                        \
             static_cast < long>(offsetof(fst::record, field))                                      \
     }
 

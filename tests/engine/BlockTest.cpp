@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+namespace ormund {
+
 using testing::Each;
 using testing::ElementsAre;
 
@@ -259,3 +261,5 @@ TEST(Block, NoTransportRecordHoldsStill)
     EXPECT_THAT(player.noteOns(), testing::IsEmpty());
     EXPECT_EQ(player.soundingNotes(), 0);
 }
+
+} // namespace ormund

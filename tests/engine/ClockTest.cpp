@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -205,3 +207,5 @@ TEST(Transport, ACycleLosesAndDoublesNoStep)
         EXPECT_EQ(player.noteOns().size(), 33u) << block;
     }
 }
+
+} // namespace ormund

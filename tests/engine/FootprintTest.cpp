@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 constexpr int kInstances = 16;
 constexpr int kThreeSeconds = 3 * 44100;
@@ -78,3 +80,5 @@ TEST(Footprint, AFurtherInstanceThatHasPlayedTakesLessThanAMegabyte)
     EXPECT_GT(sounding, 689);
     EXPECT_LT(sounding, 915);
 }
+
+} // namespace ormund

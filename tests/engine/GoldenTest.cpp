@@ -9,6 +9,8 @@
 #include <fstream>
 #include <sstream>
 
+namespace ormund {
+
 namespace {
 // With ORMUND_WRITE_GOLDEN set the trace is written anew; look at the difference before keeping it.
 void expectGolden(const std::string& name, const std::string& trace)
@@ -57,3 +59,5 @@ TEST(Golden, EveryEffectOnTimeInTurn)
     }
     expectGolden("effects-on-time.txt", player.trace());
 }
+
+} // namespace ormund

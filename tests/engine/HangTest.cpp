@@ -1,7 +1,7 @@
 // Whatever is done to a running instance, every note ends.
 
-#include "data/tracks/FactoryContent.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/FactoryContent.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 
@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <random>
+
+namespace ormund {
 
 namespace {
 // Someone who tries everything, for reproducible hours.
@@ -128,3 +130,5 @@ TEST(Hang, AnHourOfAbuseLeavesNoNoteSounding)
     }
     EXPECT_GT(notes, unsigned{rounds(5000)});
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <map>
 #include <set>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -317,3 +319,5 @@ TEST(Bend, AShapeGoesOutAndReturnsToTheCentre)
     for (size_t i = 2; i < frames.size(); ++i)
         EXPECT_GT(frames[i] - frames[i - 1], kEighthOfABeat - 64) << i;
 }
+
+} // namespace ormund

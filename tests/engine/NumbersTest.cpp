@@ -1,8 +1,8 @@
 // Whatever numbers come in, by whichever door, the sound stays finite and bounded, and it never
 // reckons with denormals, which cost a hundred times as much.
 
-#include "data/state/ChunkFormat.h"
 #include "data/parameters/Tags.h"
+#include "data/state/ChunkFormat.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +17,8 @@
 #ifdef __SSE2__
 #include <xmmintrin.h>
 #endif
+
+namespace ormund {
 
 namespace {
 // The voices end in a limiter, and the delay's clip gives no more than it.
@@ -231,3 +233,5 @@ TEST(Numbers, NoDenormalIsReckonedWithAfterTheLastNote)
         }
 }
 #endif
+
+} // namespace ormund

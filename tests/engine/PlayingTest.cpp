@@ -7,6 +7,8 @@
 
 #include <random>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -537,3 +539,5 @@ TEST(Keys, RandomBytesHangNothing)
     player.playBeats(40);
     EXPECT_EQ(player.soundingNotes(), 0);
 }
+
+} // namespace ormund

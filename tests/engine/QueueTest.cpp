@@ -7,6 +7,8 @@
 #include <random>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 InternalEvent event(EventCode code, int data1)
 {
@@ -161,3 +163,5 @@ TEST(NoteSchedule, EveryStartHasOneEndWhateverIsAdded)
     for (int voice = 0; voice < 8; ++voice)
         EXPECT_EQ(run.voices.velocities()[voice], 0.0f);
 }
+
+} // namespace ormund

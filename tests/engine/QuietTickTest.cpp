@@ -1,13 +1,15 @@
 // Ticks in which nothing has moved leave most stages out. That must never show.
 
 #include "base/ParkMiller.h"
-#include "data/tracks/EditButtons.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/EditButtons.h"
 #include "tests/support/Player.h"
 
 #include <gtest/gtest.h>
 
 #include <iterator>
+
+namespace ormund {
 
 namespace {
 constexpr int kBlocks = 60000;
@@ -168,3 +170,5 @@ TEST(QuietTick, WholeBlocksPlayAsTheirTicks)
     EXPECT_GT(inTicks.size(), 40000u);
     EXPECT_EQ(inTicks, traceOfBlocks(false));
 }
+
+} // namespace ormund

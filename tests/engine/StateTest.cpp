@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+namespace ormund {
+
 using testing::ElementsAre;
 using testing::StartsWith;
 
@@ -407,3 +409,5 @@ TEST(ScriptDoor, TheOfflineRuleCanBeSwitched)
     script(player.engine(), 11, {}, 0.0f);
     EXPECT_FALSE(Settings().rendersOffline());
 }
+
+} // namespace ormund

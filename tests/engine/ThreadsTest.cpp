@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+namespace ormund {
+
 TEST(Threads, PlayingBesideAutomationEditsAndTheScreen)
 {
     Player player({.block = 64, .empty = false});
@@ -107,3 +109,5 @@ TEST(Threads, TwoInstancesStartAndKeepSettingsAtOnce)
     other.join();
     EXPECT_FALSE(Settings().rendersOffline());
 }
+
+} // namespace ormund

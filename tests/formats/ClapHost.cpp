@@ -12,6 +12,8 @@
 #include <dlfcn.h>
 #include <stdexcept>
 
+namespace ormund {
+
 namespace {
 // A state is a row of texts with zeros between them; this one is the key, the chunk comes next.
 constexpr std::string_view kKey{"chunk\0", 6};
@@ -272,3 +274,5 @@ private:
 } // namespace
 
 std::unique_ptr<FormatHost> makeClapHost() { return std::make_unique<ClapHost>(); }
+
+} // namespace ormund

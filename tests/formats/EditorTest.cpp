@@ -3,8 +3,8 @@
 #include "tests/formats/Formats.h"
 
 #include "data/parameters/Tags.h"
-#include "panel/ControlCatalogue.h"
 #include "host/formats/Base64.h"
+#include "panel/ControlCatalogue.h"
 #include "tests/support/Checked.h"
 #include "tests/view/XServer.h"
 
@@ -15,6 +15,8 @@
 #include <fstream>
 #include <optional>
 #include <unistd.h>
+
+namespace ormund {
 
 namespace {
 constexpr unsigned long kGround = 0x123456; // the host's own colour
@@ -230,3 +232,5 @@ TEST_P(FormatEditor, PresetOfTheEditorIsToldAndSaved)
     other->restoreChunk(host->chunkText());
     EXPECT_EQ(parameterOf(*other, Tag::Swing), TwoPresets::kSecondSwing);
 }
+
+} // namespace ormund

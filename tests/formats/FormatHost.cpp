@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 void FormatHost::play(int64_t frames, int block, double loopEnd)
 {
     while (frames > 0) {
@@ -29,3 +31,5 @@ std::string FormatHost::onlyChunk(const std::string& text)
     bytes += '\0';
     return bytes;
 }
+
+} // namespace ormund

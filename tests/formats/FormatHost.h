@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class FormatHost {
 public:
     static constexpr double kRate = 44100;
@@ -71,3 +73,5 @@ protected:
 std::unique_ptr<FormatHost> makeClapHost();
 std::unique_ptr<FormatHost> makeLv2Host();
 std::unique_ptr<FormatHost> makeVst3Host();
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include "platform/KWFileio.h"
 #include "tests/support/Player.h"
 
+namespace ormund {
+
 TwoPresets::TwoPresets()
 {
     Settings settings;
@@ -22,3 +24,5 @@ TwoPresets::TwoPresets()
         maker.savePreset(PresetKind::Global, folder / name);
     }
 }
+
+} // namespace ormund

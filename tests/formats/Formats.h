@@ -6,6 +6,8 @@
 
 #include <ostream>
 
+namespace ormund {
+
 struct Format {
     const char* name;
     std::unique_ptr<FormatHost> (*make)();
@@ -24,3 +26,5 @@ public:
 private:
     TestFolder folder;
 };
+
+} // namespace ormund

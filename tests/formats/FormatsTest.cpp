@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 class Formats : public testing::TestWithParam<Format> { };
 INSTANTIATE_TEST_SUITE_P(
@@ -276,3 +278,5 @@ TEST(Base64, GoesThereAndBackAndRefusesWhatItIsNot)
     for (const char* text : {"T", "TWE", "T=WE", "TWE?", "TQ=", "TWE=="})
         EXPECT_FALSE(fromBase64(text)) << text;
 }
+
+} // namespace ormund

@@ -21,6 +21,8 @@
 #include <map>
 #include <stdexcept>
 
+namespace ormund {
+
 namespace {
 constexpr char kUri[] = "urn:kelda-works:ormund";
 constexpr size_t kPortBytes = 65536;
@@ -289,3 +291,5 @@ private:
 } // namespace
 
 std::unique_ptr<FormatHost> makeLv2Host() { return std::make_unique<Lv2Host>(); }
+
+} // namespace ormund

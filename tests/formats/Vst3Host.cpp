@@ -6,6 +6,8 @@
 #include <set>
 #include <stdexcept>
 
+namespace ormund {
+
 namespace {
 constexpr char kModule[] =
     ORMUND_BIN_DIR "/ormund.vst3/Contents/" ORMUND_PROCESSOR "-linux/ormund.so";
@@ -358,3 +360,5 @@ Frame::Loop::Loop()
 } // namespace
 
 std::unique_ptr<FormatHost> makeVst3Host() { return std::make_unique<Vst3Host>(); }
+
+} // namespace ormund

@@ -23,6 +23,8 @@
 #include <utility>
 #include <vector>
 
+namespace ormund {
+
 // An object that its owner frees; `Table` is the interface's with the three functions before it.
 template <class Table>
 struct Vst3Object : Table {
@@ -241,3 +243,5 @@ struct Vst3Events : Vst3Object<v3_event_list_cpp> {
         };
     }
 };
+
+} // namespace ormund

@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 struct Notes final : KWFormatWrapper::Format {
     std::vector<VstMidiEvent> events;
@@ -194,3 +196,5 @@ TEST(LateWork, CallsEveryClientUntilItIsRemoved)
         LateWork::remove(second);
     }
 }
+
+} // namespace ormund

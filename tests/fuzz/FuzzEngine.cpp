@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+using namespace ormund;
+
 namespace {
 
 constexpr int kMostFrames = 512;

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace ormund;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static const auto map = std::make_unique<MidiMap>();

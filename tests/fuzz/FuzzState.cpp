@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace ormund;
+
 namespace {
 
 void require(bool holds)

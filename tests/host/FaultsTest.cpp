@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace ormund {
+
 using testing::HasSubstr;
 using testing::IsEmpty;
 namespace fs = std::filesystem;
@@ -438,3 +440,5 @@ TEST_F(Module, CountsOfAnySizeTakeNoMemory)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 inline const std::string kModule = ORMUND_BIN_DIR "/ormund-vst2.so";
 inline constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 inline constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -89,3 +91,5 @@ inline bool allFinite(const std::vector<float>& samples)
     return std::all_of(
         samples.begin(), samples.end(), [](float sample) { return std::isfinite(sample); });
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
+namespace ormund {
+
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -395,3 +397,5 @@ TEST_F(Module, TheDoorSwitchesOfflineRenderingAndKeepsMessages)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -16,6 +16,8 @@
 #include <optional>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace {
 
 class ModuleWindow : public testing::Test {
@@ -238,3 +240,5 @@ TEST_F(ModuleWindow, TwoWindowsOfTwoInstancesOpenAndCloseManyTimes)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <functional>
 #include <thread>
 
+namespace ormund {
+
 using testing::IsEmpty;
 
 namespace {
@@ -192,3 +194,5 @@ TEST_F(Module, TwiceOfEverything)
 }
 
 } // namespace
+
+} // namespace ormund

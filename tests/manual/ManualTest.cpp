@@ -11,6 +11,8 @@
 #include <fstream>
 #include <unistd.h>
 
+namespace ormund {
+
 using testing::HasSubstr;
 
 namespace {
@@ -296,3 +298,5 @@ TEST_F(Card, TheKeyboardHoldsAndLatches)
     tick();
     EXPECT_FALSE(rig.engine.keyState.hasNote(60));
 }
+
+} // namespace ormund

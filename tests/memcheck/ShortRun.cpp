@@ -3,9 +3,9 @@
 #include "apps/host/ScriptedHost.h"
 #include "controls/KWFrame.h"
 #include "data/parameters/Tags.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
 #include "host/plugin/KWUniClient.h"
+#include "panel/ControlCatalogue.h"
 #include "tests/support/OwnHome.h"
 #include "view/offscreen/FrameUser.h"
 #include "view/offscreen/OffscreenWindow.h"
@@ -15,6 +15,8 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
+
+using namespace ormund;
 
 namespace {
 

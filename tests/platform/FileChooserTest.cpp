@@ -12,6 +12,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -229,3 +231,5 @@ TEST(ChildProcess, OutputIsReadWholeAndLibraryPathsOfTheHostStayWithIt)
     EXPECT_EQ(child.exitStatus(), 3);
     EXPECT_FALSE(child.start({"no-such-program-anywhere"}));
 }
+
+} // namespace ormund

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -118,3 +120,5 @@ TEST(KWFileio, KilledDuringASaveTheOldOrTheNewFileIsThereWhole)
         ASSERT_EQ(content, std::string(kBytes, content[0])) << "round " << rounds;
     }
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace ormund {
+
 TEST(KeyValueStore, KeepsTextsAndNumbersApart)
 {
     const TestFolder folder;
@@ -82,3 +84,5 @@ TEST(KeyValueStore, TwoProcessesWritingAtOnceLoseNothing)
     ASSERT_TRUE(store.readString("shared", shared));
     EXPECT_EQ(shared, std::string(500, shared.at(0)));
 }
+
+} // namespace ormund

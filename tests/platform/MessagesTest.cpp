@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ormund {
+
 class MessagesTest : public testing::Test {
 protected:
     void TearDown() override { forgetMessage(); }
@@ -38,3 +40,5 @@ TEST_F(MessagesTest, ALongMessageIsCut)
     EXPECT_EQ(currentMessage(), std::string(kMessageBytes - 1, 'x'));
     removeMessageViewer();
 }
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ormund {
+
 namespace {
 
 PixelImage picture()
@@ -47,3 +49,5 @@ TEST(Png, AFileThatIsCutOrChangedIsRefusedOrDecodedWhole)
     EXPECT_FALSE(decodePng({}, decoded));
     EXPECT_TRUE(encodePng({}).empty());
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <stdlib.h>
 #include <string>
 
+namespace ormund {
+
 class TestFolder {
 public:
     TestFolder()
@@ -27,3 +29,5 @@ public:
 private:
     std::string root;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <set>
 
+namespace ormund {
+
 using testing::HasSubstr;
 
 namespace {
@@ -132,3 +134,5 @@ TEST(BankSource, AMistakeNamesItsFileLineAndReason)
         EXPECT_THAT(error, HasSubstr(wrong.reason));
     }
 }
+
+} // namespace ormund

@@ -16,6 +16,8 @@
 #include <functional>
 #include <map>
 
+namespace ormund {
+
 namespace {
 constexpr float kRates[] = {22050, 44100, 48000, 96000, 192000};
 constexpr int kOddBlock = 441; // ends now in a control period, now at its edge
@@ -193,3 +195,5 @@ TEST(Scenes, SoundAndPlayAsRecordedOnThisProcessor)
 }
 
 TEST(Scenes, SoundAndPlayAsRecordedOnAnyProcessor) { expectRecorded(kBaselineLoops); }
+
+} // namespace ormund

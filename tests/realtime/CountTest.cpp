@@ -9,6 +9,8 @@
 #include <map>
 #include <string>
 
+namespace ormund {
+
 namespace {
 constexpr char kRecord[] = ORMUND_SOURCE_DIR "/tests/golden/instruction-counts.txt";
 constexpr double kFrames = 44100; // that a scene plays
@@ -35,7 +37,7 @@ double instructionsPerFrame(const std::string& scene)
     const std::string output = outputOf(
         "GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2,-AVX,-ERMS,-FSRM,-SSE4_1,-SSE4_2,-SSSE3 "
         "valgrind --tool=callgrind --callgrind-out-file=/dev/null "
-        "--toggle-collect='KWUniClient::processReplacing*' " ORMUND_BIN_DIR "/ormund-scene "
+        "--toggle-collect='ormund::KWUniClient::processReplacing*' " ORMUND_BIN_DIR "/ormund-scene "
         + scene + " 2>&1");
     constexpr char kWord[] = "Collected : ";
     const size_t at = output.find(kWord);
@@ -73,3 +75,5 @@ TEST(InstructionCounts, StayWithinThreeInAHundredOfTheRecord)
         EXPECT_GT(count, 0) << scene;
     }
 }
+
+} // namespace ormund

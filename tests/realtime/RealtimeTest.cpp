@@ -25,6 +25,8 @@
 
 #include <linux/seccomp.h>
 
+namespace ormund {
+
 namespace {
 thread_local bool watching = false;
 thread_local int allocations = 0;
@@ -35,6 +37,7 @@ struct Watch {
     ~Watch() { watching = false; }
 };
 } // namespace
+} // namespace ormund
 
 #ifndef ORMUND_CHECKED
 template <typename Lock>
@@ -52,27 +55,27 @@ void* __libc_memalign(size_t, size_t);
 
 void* malloc(size_t size)
 {
-    allocations += watching;
+    ormund::allocations += ormund::watching;
     return __libc_malloc(size);
 }
 void free(void* memory)
 {
-    allocations += watching && memory;
+    ormund::allocations += ormund::watching && memory;
     __libc_free(memory);
 }
 void* calloc(size_t count, size_t size)
 {
-    allocations += watching;
+    ormund::allocations += ormund::watching;
     return __libc_calloc(count, size);
 }
 void* realloc(void* memory, size_t size)
 {
-    allocations += watching;
+    ormund::allocations += ormund::watching;
     return __libc_realloc(memory, size);
 }
 void* aligned_alloc(size_t alignment, size_t size)
 {
-    allocations += watching;
+    ormund::allocations += ormund::watching;
     return __libc_memalign(alignment, size);
 }
 int posix_memalign(void** memory, size_t alignment, size_t size)
@@ -83,24 +86,25 @@ int posix_memalign(void** memory, size_t alignment, size_t size)
 int pthread_mutex_lock(pthread_mutex_t* mutex)
 {
     static const auto real = realLock<pthread_mutex_t>("pthread_mutex_lock");
-    locks += watching;
+    ormund::locks += ormund::watching;
     return real(mutex);
 }
 int pthread_rwlock_rdlock(pthread_rwlock_t* lock)
 {
     static const auto real = realLock<pthread_rwlock_t>("pthread_rwlock_rdlock");
-    locks += watching;
+    ormund::locks += ormund::watching;
     return real(lock);
 }
 int pthread_rwlock_wrlock(pthread_rwlock_t* lock)
 {
     static const auto real = realLock<pthread_rwlock_t>("pthread_rwlock_wrlock");
-    locks += watching;
+    ormund::locks += ormund::watching;
     return real(lock);
 }
 }
 #endif
 
+namespace ormund {
 namespace {
 // A performance with everything moving. `frames` of audio in odd blocks.
 class Performance {
@@ -269,3 +273,5 @@ TEST(Realtime, AMinuteEntersTheKernelNotOnce)
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
+
+} // namespace ormund

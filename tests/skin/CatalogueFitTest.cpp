@@ -1,9 +1,11 @@
 // The strips against the controls that show them.
 #include "panel/ControlCatalogue.h"
-#include "skin/draw/Strip.h"
 #include "panel/Palette.h"
+#include "skin/draw/Strip.h"
 
 #include <gtest/gtest.h>
+
+namespace ormund {
 
 namespace {
 
@@ -85,3 +87,5 @@ TEST(SkinCatalogue, NoPrintedWordLiesUnderAControl)
         }
     }
 }
+
+} // namespace ormund

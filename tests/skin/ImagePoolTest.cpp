@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 size_t bytesOf(cairo_surface_t* image)
@@ -77,3 +79,5 @@ TEST(ImagePool, WhatIsNoImageOrTooLargeGivesNone)
     EXPECT_NE(image, nullptr);
     cairo_surface_destroy(image);
 }
+
+} // namespace ormund

@@ -1,7 +1,7 @@
 #include "panel/ChoiceGrids.h"
+#include "panel/Palette.h"
 #include "skin/draw/Paint.h"
 #include "skin/draw/Strip.h"
-#include "panel/Palette.h"
 #include "skin/SkinImages.h"
 #include "skin/SkinProvider.h"
 #include "tests/support/ReadableText.h"
@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+
+namespace ormund {
 
 using namespace palette;
 
@@ -362,3 +364,5 @@ TEST(SkinStrips, EveryPrintedWordCanBeRead)
     EXPECT_GT(reader.texts, 500);
     EXPECT_THAT(reader.complaints, testing::IsEmpty());
 }
+
+} // namespace ormund

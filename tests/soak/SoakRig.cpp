@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 constexpr double kLongestNote = 175; // seconds; a whole gate at the slowest speed and tempo is 171
 constexpr float kLoudest = 1.001f;   // the voices end in a limiter
@@ -231,3 +233,5 @@ bool SoakRig::fallSilent()
         fail(std::to_string(sounding()) + " notes sound at the end");
     return found.empty();
 }
+
+} // namespace ormund

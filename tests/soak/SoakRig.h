@@ -12,6 +12,8 @@
 #include <memory>
 #include <string>
 
+namespace ormund {
+
 class OffscreenWindow;
 
 // What was seen, for the report.
@@ -78,3 +80,5 @@ private:
     int straightSpeed = -1;
     float straightPattern = -1;
 };
+
+} // namespace ormund

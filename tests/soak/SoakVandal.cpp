@@ -1,10 +1,12 @@
 #include "tests/soak/SoakVandal.h"
 
-#include "data/tracks/FactoryContent.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/FactoryContent.h"
 #include "panel/ControlCatalogue.h"
 
 #include <algorithm>
+
+namespace ormund {
 
 namespace {
 constexpr size_t kMostStates = 8;
@@ -226,3 +228,5 @@ void SoakVandal::useEditor()
     else
         rig.user->drag(from, to);
 }
+
+} // namespace ormund

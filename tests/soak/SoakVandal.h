@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class SoakVandal {
 public:
     // `presets`: files to load now and then, of either kind.
@@ -35,3 +37,5 @@ private:
     std::vector<std::vector<char>> states; // taken on the way
     int straightSeconds = 0;               // left of a stretch in which the steps are checked
 };
+
+} // namespace ormund

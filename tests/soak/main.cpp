@@ -13,6 +13,8 @@
 #include <malloc.h>
 #include <unistd.h>
 
+using namespace ormund;
+
 namespace fs = std::filesystem;
 
 namespace {

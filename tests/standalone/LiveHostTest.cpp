@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+namespace ormund {
+
 extern "C" AEffect* VSTPluginMain(audioMasterCallback host);
 
 namespace {
@@ -195,3 +197,5 @@ TEST(LiveHost, AnswersTheSizeOfTheWindowOnlyWhereThereIsOne)
 }
 
 } // namespace
+
+} // namespace ormund

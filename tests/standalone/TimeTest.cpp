@@ -12,6 +12,8 @@
 #include <random>
 #include <thread>
 
+namespace ormund {
+
 namespace {
 
 TEST(Ring, HandsEverythingOverInOrderAndRefusesWhenFull)
@@ -205,3 +207,5 @@ TEST(TransportStrip, TellsThePlaceFromOne)
 }
 
 } // namespace
+
+} // namespace ormund

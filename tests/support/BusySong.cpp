@@ -3,6 +3,8 @@
 #include "data/parameters/Tags.h"
 #include "host/plugin/KWUniClient.h"
 
+namespace ormund {
+
 void writeBusySong(KWUniClient& client)
 {
     Tracks& tracks = client.tracks;
@@ -30,3 +32,5 @@ void writeBusySong(KWUniClient& client)
         tracks.patternNumbers.setStep(i, static_cast<float>(i));
     tracks.selectRow(0);
 }
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <string>
 #include <sys/wait.h>
 
+namespace ormund {
+
 struct Outcome {
     int code = -1;
     std::string text; // both outputs
@@ -23,3 +25,5 @@ inline Outcome runCommand(const std::string& line)
     outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return outcome;
 }
+
+} // namespace ormund

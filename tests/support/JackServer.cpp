@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
+namespace ormund {
 
 namespace {
 
@@ -248,3 +248,5 @@ std::vector<JackClient::Message> JackClient::take()
         all.push_back(one);
     return all;
 }
+
+} // namespace ormund

@@ -13,6 +13,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace ormund {
+
 class JackServer {
 public:
     static constexpr int kRate = 48000; // Hz
@@ -80,3 +82,5 @@ private:
     Ring<Message, 64> toSend;
     Crossing<double> ledTempo = 120.0;
 };
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <fstream>
 
+using namespace ormund;
+
 int main(int count, char** arguments)
 {
     if (count != 2) {

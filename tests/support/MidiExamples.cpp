@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ormund {
+
 namespace {
 
 struct Key {
@@ -44,3 +46,5 @@ std::vector<MidiExample> midiExamples()
                     {12, 1, 58}, {13, 1, 59}, {14, 1.75, 54}, {14, 1.75, 57}})},
     };
 }
+
+} // namespace ormund

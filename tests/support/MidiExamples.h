@@ -6,9 +6,13 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct MidiExample {
     std::string fileName;
     MidiFile file;
 };
 
 std::vector<MidiExample> midiExamples();
+
+} // namespace ormund

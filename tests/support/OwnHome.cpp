@@ -4,6 +4,8 @@
 #include <string>
 #include <unistd.h>
 
+namespace ormund {
+
 namespace {
 
 struct OwnHome {
@@ -28,3 +30,5 @@ struct OwnHome {
 } ownHome;
 
 } // namespace
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+namespace ormund {
+
 class OwnHome {
 public:
     OwnHome()
@@ -29,3 +31,5 @@ public:
 private:
     std::filesystem::path folder;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 constexpr int kMostBlock = 8192;
 // The host callback has no word of its own for the host, so the player that runs a block says so.
@@ -190,3 +192,5 @@ int Player::soundingNotes() const
         total += count;
     return total;
 }
+
+} // namespace ormund

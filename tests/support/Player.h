@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 struct MidiOut {
     int64_t frame = 0; // since the player's start
     int status = 0;
@@ -88,3 +90,5 @@ private:
     bool cycling = false;
     bool keepsAudio = false;
 };
+
+} // namespace ormund

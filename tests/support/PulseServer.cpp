@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
+namespace ormund {
 
 namespace {
 
@@ -105,3 +105,5 @@ std::vector<float> PulseServer::recorded() const
         left.push_back(sides[0]);
     return left;
 }
+
+} // namespace ormund

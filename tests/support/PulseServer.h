@@ -6,6 +6,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace ormund {
+
 class PulseServer {
 public:
     static constexpr int kRate = 48000; // Hz, of its only device
@@ -34,3 +36,5 @@ private:
     pid_t recorder = -1;
     bool answers = false;
 };
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace ormund {
+
 namespace {
 
 // The colour that most of the box shows; what is clear shows the panel.
@@ -66,3 +68,5 @@ ReadableText::ReadableText()
 }
 
 ReadableText::~ReadableText() { textObserver = nullptr; }
+
+} // namespace ormund

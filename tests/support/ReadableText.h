@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ormund {
+
 class ReadableText {
 public:
     static constexpr double kLeastSize = 9;
@@ -18,3 +20,5 @@ public:
     std::vector<std::string> complaints; // each once
     int texts = 0;
 };
+
+} // namespace ormund

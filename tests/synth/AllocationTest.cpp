@@ -43,6 +43,7 @@ __attribute__((visibility("default"))) void* mmap(
 }
 }
 
+namespace ormund {
 namespace {
 
 TEST(SynthMemory, NotesParametersAndTemposTakeNothingFromTheHeap)
@@ -68,5 +69,6 @@ TEST(SynthMemory, NotesParametersAndTemposTakeNothingFromTheHeap)
 }
 
 } // namespace
+} // namespace ormund
 
 #endif

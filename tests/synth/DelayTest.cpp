@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace ormund {
+
 namespace {
 
 // The delay alone, with a control block every 32 samples.
@@ -239,3 +241,5 @@ TEST(Delay, ChangesOfRateAndTempoInMidGlideStayInsideTheLines)
 }
 
 } // namespace
+
+} // namespace ormund

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 using Stage = Envelope::Stage;
@@ -97,3 +99,5 @@ TEST(Envelope, TheSameTriggerAgainDoesNotStartItAnew)
 }
 
 } // namespace
+
+} // namespace ormund

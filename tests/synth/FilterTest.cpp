@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace ormund {
+
 namespace {
 
 constexpr double kRate = 44100;
@@ -132,3 +134,5 @@ TEST(Filter, IsStableForEveryCutoffAndResonanceWhileBothMove)
 }
 
 } // namespace
+
+} // namespace ormund

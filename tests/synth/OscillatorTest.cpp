@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace ormund {
+
 namespace {
 
 constexpr float kSaw = 0.0f, kSquare = 0.5f, kThinPulse = 1.0f;
@@ -137,3 +139,5 @@ TEST(Oscillators, AWidthThatRisesIsRampedAndOneThatFallsJumps)
 }
 
 } // namespace
+
+} // namespace ormund

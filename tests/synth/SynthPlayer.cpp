@@ -5,6 +5,8 @@
 #include <numbers>
 #include <span>
 
+namespace ormund {
+
 namespace {
 
 std::complex<double> windowed(std::span<const float> signal, double radiansPerSample)
@@ -84,3 +86,5 @@ double frequencyNear(const std::vector<float>& signal, double hertz, double samp
         std::arg(second * std::polar(1.0, -omega * static_cast<double>(half)) / first);
     return hertz + turn / static_cast<double>(half) * sampleRate / (2.0 * std::numbers::pi);
 }
+
+} // namespace ormund

@@ -8,6 +8,8 @@
 #include <functional>
 #include <vector>
 
+namespace ormund {
+
 // The same numbers everywhere.
 class Dice {
 public:
@@ -54,3 +56,5 @@ double peak(const std::vector<float>&);
 double amplitudeAt(const std::vector<float>&, double hertz, double sampleRate);
 // The frequency of the part near `hertz`, from the turn of its phase between two windows.
 double frequencyNear(const std::vector<float>&, double hertz, double sampleRate);
+
+} // namespace ormund

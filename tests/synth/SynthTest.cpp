@@ -7,6 +7,8 @@
 #include <cstring>
 #include <limits>
 
+namespace ormund {
+
 namespace {
 
 // A tune that moves every parameter, with chords, stolen voices and releases.
@@ -226,3 +228,5 @@ TEST(Synth, ShowsTheDelayTimesInSixteenths)
 }
 
 } // namespace
+
+} // namespace ormund

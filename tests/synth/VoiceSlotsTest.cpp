@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace ormund {
+
 namespace {
 
 using Slots = KWSimpleMidiManager<float, 8>;
@@ -47,3 +49,5 @@ TEST(VoiceSlots, OneNoteOffReleasesEveryVoiceOfItsPitch)
 }
 
 } // namespace
+
+} // namespace ormund

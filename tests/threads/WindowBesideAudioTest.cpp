@@ -3,8 +3,8 @@
 
 #include "controls/KWFrame.h"
 #include "data/parameters/Tags.h"
-#include "panel/ControlCatalogue.h"
 #include "editor/KWUniClientEditor.h"
+#include "panel/ControlCatalogue.h"
 #include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 #include "view/offscreen/FrameUser.h"
@@ -17,6 +17,8 @@
 #include <random>
 #include <thread>
 #include <vector>
+
+namespace ormund {
 
 namespace {
 constexpr int kFirstLine = 60; // the file menus lie above
@@ -72,3 +74,5 @@ TEST(Threads, TheWindowIsUsedWhileBlocksRun)
     automation.join();
     screen.join();
 }
+
+} // namespace ormund

@@ -15,6 +15,8 @@
 #include <memory>
 #include <random>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -335,3 +337,5 @@ TEST(FittedText, AbbreviatesTheLongestWordsAndCutsAtTheEndLast)
     EXPECT_EQ(fitted("anything", 0), "");
     EXPECT_EQ(fitted("", 5), "");
 }
+
+} // namespace ormund

@@ -3,6 +3,8 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
+namespace ormund {
+
 DropTarget::DropTarget(bool willAccept, int x)
     : accepts(willAccept)
     , display(XOpenDisplay(nullptr))
@@ -78,3 +80,5 @@ void DropTarget::reply(const char* type, long flag)
     event.xclient.data.l[4] = static_cast<long>(atom("XdndActionCopy"));
     XSendEvent(display, source, False, 0, &event);
 }
+
+} // namespace ormund

@@ -5,9 +5,13 @@
 #include <string>
 #include <vector>
 
-// Xlib itself stays out: its macros take names that others need.
-typedef struct _XDisplay Display;
 union _XEvent;
+
+typedef struct _XDisplay Display;
+
+namespace ormund {
+
+// Xlib itself stays out: its macros take names that others need.
 
 class DropTarget {
 public:
@@ -33,3 +37,5 @@ private:
     unsigned long window;
     unsigned long source = 0; // the window that drags
 };
+
+} // namespace ormund

@@ -1,7 +1,7 @@
+#include "view/x11/FileDrag.h"
 #include "tests/view/DropTarget.h"
 #include "tests/view/XServer.h"
 #include "view/CFrame.h"
-#include "view/x11/FileDrag.h"
 #include "view/x11/HostWindow.h"
 
 #include <gmock/gmock.h>
@@ -9,6 +9,8 @@
 
 #include <chrono>
 #include <thread>
+
+namespace ormund {
 
 namespace {
 
@@ -88,3 +90,5 @@ TEST_F(FileDragTest, ATargetThatDeclinesIsLeftAndAReleaseOverNothingEndsTheDrag)
     EXPECT_TRUE(view->hasBegun) << "the next drag begins";
     EXPECT_EQ(view->releases, 2);
 }
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace ormund {
+
 using testing::ElementsAre;
 
 namespace {
@@ -290,3 +292,5 @@ TEST(Control, NestedGesturesReachTheListenerAsOnePair)
     control.endEdit();
     EXPECT_THAT(listener.log, ElementsAre("begin", "value 1.000000", "end"));
 }
+
+} // namespace ormund

@@ -14,6 +14,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace ormund {
+
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
@@ -370,3 +372,5 @@ TEST_F(X11Test, IdleAtAThousandTimesASecondPaintsEveryChangeOnceAtMost)
     EXPECT_EQ(user.screenPixel(199, 149), 0x0000FFu);
     EXPECT_TRUE(frame.dirtyRegion().isEmpty());
 }
+
+} // namespace ormund

@@ -15,7 +15,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-extern char** environ;
+namespace ormund {
 
 bool XServer::isInstalled()
 {
@@ -196,3 +196,5 @@ int XUser::heardKeys()
         ++presses;
     return presses;
 }
+
+} // namespace ormund

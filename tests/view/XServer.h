@@ -7,6 +7,8 @@
 
 typedef struct _XDisplay Display;
 
+namespace ormund {
+
 class XServer {
 public:
     XServer();
@@ -52,3 +54,5 @@ public:
 
     Display* display;
 };
+
+} // namespace ormund

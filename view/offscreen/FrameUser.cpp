@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+namespace ormund {
+
 void FrameUser::move(const CPoint& where, int modifiers)
 {
     frame.windowMouseMoved(where, held | modifiers);
@@ -59,3 +61,5 @@ bool FrameUser::key(const CKeyEvent& event)
     frame.windowKeyUp(event);
     return taken;
 }
+
+} // namespace ormund

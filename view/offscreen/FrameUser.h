@@ -3,6 +3,8 @@
 
 #include "view/CFrame.h"
 
+namespace ormund {
+
 // The mouse keeps its place, its buttons and its clock between calls.
 class FrameUser {
 public:
@@ -25,3 +27,5 @@ private:
     int held = 0;
     uint32_t clock = 1000;
 };
+
+} // namespace ormund

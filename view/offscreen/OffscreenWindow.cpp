@@ -2,6 +2,8 @@
 
 #include <cairo.h>
 
+namespace ormund {
+
 OffscreenWindow::OffscreenWindow(int width, int height) { OffscreenWindow::resize(width, height); }
 
 OffscreenWindow::~OffscreenWindow() { cairo_surface_destroy(surface); }
@@ -42,3 +44,5 @@ bool OffscreenWindow::writePng(const std::string& path) const
 {
     return cairo_surface_write_to_png(surface, path.c_str()) == CAIRO_STATUS_SUCCESS;
 }
+
+} // namespace ormund

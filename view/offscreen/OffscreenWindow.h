@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace ormund {
+
 class OffscreenWindow : public FrameWindow {
 public:
     OffscreenWindow(int width, int height);
@@ -36,3 +38,5 @@ public:
 private:
     cairo_surface_t* surface = nullptr;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string>
 
+namespace ormund {
+
 double desktopScale(xcb_connection_t* connection, xcb_window_t root)
 {
     double scale = 1;
@@ -44,3 +46,5 @@ Desktop askDesktop()
     xcb_disconnect(connection);
     return desktop;
 }
+
+} // namespace ormund

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace ormund {
+
 namespace {
 
 constexpr uint32_t kProtocolVersion = 5;
@@ -269,3 +271,5 @@ void FileDrag::answer(const xcb_selection_request_event_t& request)
     xcb_send_event(connection, 0, request.requestor, 0, reinterpret_cast<const char*>(&notify));
     xcb_flush(connection);
 }
+
+} // namespace ormund

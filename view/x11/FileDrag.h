@@ -7,6 +7,8 @@
 #include <vector>
 #include <xcb/xcb.h>
 
+namespace ormund {
+
 class FileDrag {
 public:
     FileDrag(xcb_connection_t* xConnection, xcb_window_t rootWindow, xcb_window_t sourceWindow);
@@ -71,3 +73,5 @@ private:
     bool isReleased = false;
     int64_t deadline = 0; // ms of the steady clock
 };
+
+} // namespace ormund

@@ -7,6 +7,8 @@
 #include <vector>
 #include <xcb/shape.h>
 
+namespace ormund {
+
 namespace {
 
 xcb_atom_t intern(xcb_connection_t* connection, const char* name)
@@ -226,3 +228,5 @@ void HostWindow::destroy()
     xcb_flush(connection);
     window = 0;
 }
+
+} // namespace ormund

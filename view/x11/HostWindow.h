@@ -13,6 +13,8 @@
 #include <string>
 #include <xcb/xcb.h>
 
+namespace ormund {
+
 class HostWindow {
 public:
     // `width` and `height` are in device pixels. It shows at once.
@@ -57,3 +59,5 @@ private:
     KeyMap keys;
     bool isClosed = false;
 };
+
+} // namespace ormund

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+namespace ormund {
+
 namespace {
 
 struct NamedKey {
@@ -171,3 +173,5 @@ CKeyEvent KeyMap::take(const xcb_key_press_event_t& event, bool isPress)
     }
     return key;
 }
+
+} // namespace ormund

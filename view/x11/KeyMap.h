@@ -7,6 +7,8 @@
 #include <vector>
 #include <xcb/xcb.h>
 
+namespace ormund {
+
 class KeyMap {
 public:
     // Asks the server; again whenever the keyboard changes.
@@ -27,3 +29,5 @@ private:
     xcb_keycode_t releasedCode = 0; // the last release
     xcb_timestamp_t releasedTime = 0;
 };
+
+} // namespace ormund

@@ -6,6 +6,8 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+namespace ormund {
+
 namespace {
 
 constexpr uint8_t kDepth = 24;
@@ -175,3 +177,5 @@ void ScreenImage::sync()
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     busy = false;
 }
+
+} // namespace ormund

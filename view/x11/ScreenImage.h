@@ -12,6 +12,8 @@
 
 typedef struct _cairo_surface cairo_surface_t;
 
+namespace ormund {
+
 class ScreenImage {
 public:
     // The pictures go to pixmaps of `depth` 24 that lie on `window`'s screen.
@@ -56,3 +58,5 @@ private:
     bool busy = false;
     std::vector<uint32_t> rows;
 };
+
+} // namespace ormund

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <xcb/xcb_cursor.h>
 
+namespace ormund {
+
 namespace {
 
 // A flood of events does not keep the host from its own work.
@@ -219,7 +221,7 @@ void SystemWindow::resize(int width, int height)
     xcb_flush(connection);
 }
 
-double SystemWindow::desktopScale() const { return ::desktopScale(connection, screen->root); }
+double SystemWindow::desktopScale() const { return ormund::desktopScale(connection, screen->root); }
 
 void SystemWindow::setCursor(CCursor cursor)
 {
@@ -470,3 +472,5 @@ void SystemWindow::setFocused(bool on, CFrame& frame)
     if (wasOurs && !on)
         frame.windowLostFocus();
 }
+
+} // namespace ormund

@@ -19,6 +19,8 @@
 
 typedef struct xcb_cursor_context_t xcb_cursor_context_t;
 
+namespace ormund {
+
 class SystemWindow : public FrameWindow {
 public:
     // Null when there is no server, no such parent, or no screen of 24 bits.
@@ -76,3 +78,5 @@ private:
     std::optional<std::chrono::steady_clock::time_point> focusWentUp;
     bool isWindowThere = false;
 };
+
+} // namespace ormund
