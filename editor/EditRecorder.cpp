@@ -57,7 +57,10 @@ void EditRecorder::end()
     }
     mapBefore.reset();
     loadBefore.reset();
+    const bool hasChanged = !level.isEmpty();
     history.push(std::move(level));
+    if (hasChanged)
+        engine.updateDisplay(); // a host saves only what it knows to be edited
 }
 
 void EditRecorder::watch()
@@ -95,8 +98,8 @@ void EditRecorder::apply(const UndoHistory::Level& level, bool back)
     if (level.load.before) {
         engine.presets.comeBackTo(back ? *level.load.before : *level.load.after);
         reloads = engine.reloads();
-        engine.updateDisplay();
     }
+    engine.updateDisplay();
     engine.screen.redraw.raise();
 }
 

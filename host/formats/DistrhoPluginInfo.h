@@ -4,7 +4,6 @@
 #define DISTRHO_PLUGIN_BRAND "Kelda Works"
 #define DISTRHO_PLUGIN_NAME "Ormund"
 #define DISTRHO_PLUGIN_URI "urn:kelda-works:ormund"
-#define DISTRHO_PLUGIN_CLAP_ID "works.kelda.ormund"
 
 // The editor is a window of our own, in one binary with the engine that it reads.
 #define DISTRHO_PLUGIN_HAS_UI 1
@@ -26,4 +25,3 @@
 
 #define DISTRHO_PLUGIN_LV2_CATEGORY "lv2:InstrumentPlugin"
 #define DISTRHO_PLUGIN_VST3_CATEGORIES "Instrument|Synth"
-#define DISTRHO_PLUGIN_CLAP_FEATURES "instrument", "synthesizer", "note-effect", "stereo"

@@ -17,11 +17,6 @@ constexpr bool kHostSetsControlsAfterState = true;
 #else
 constexpr bool kHostSetsControlsAfterState = false;
 #endif
-#if defined(DISTRHO_PLUGIN_TARGET_CLAP)
-constexpr BarRule kBarRule = BarRule::Numerator;
-#else
-constexpr BarRule kBarRule = BarRule::Meter;
-#endif
 
 std::string symbolOf(std::string_view name)
 {
@@ -48,7 +43,7 @@ void listChoices(int tag, ParameterEnumerationValues& list)
 } // namespace
 
 FormatPlugin::FormatPlugin()
-    : Plugin(kFirst + kHostParameters, 0, 1), wrapped(*this, getSampleRate()), follower(kBarRule)
+    : Plugin(kFirst + kHostParameters, 0, 1), wrapped(*this, getSampleRate())
 {
 }
 

@@ -2,11 +2,13 @@
 
 #include "host/effect/AEffEditor.h"
 #include "host/formats/Base64.h"
+#include "host/formats/FormatParameters.h"
 #include "host/vst2/EditorFactory.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace ormund {
 
@@ -15,6 +17,7 @@ constexpr char kName[] = "Ormund";
 constexpr const char* kCapabilities[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
 constexpr float kSameValue = 2e-6f; // texts of six digits
 constexpr float kOnFrom = 0.5f;
+constexpr int kAnyFrame = std::numeric_limits<int>::max();
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
 
@@ -93,16 +96,32 @@ void KWFormatWrapper::setParameter(int index, float value)
         engine->setParameter(index, value);
 }
 
+float KWFormatWrapper::value(int number) const
+{
+    return number == kBypassNumber ? (isBypassed() ? 1.0f : 0.0f) : parameter(tagOfNumber(number));
+}
+
+void KWFormatWrapper::setValue(int number, float value)
+{
+    if (number == kBypassNumber)
+        setBypass(value >= kOnFrom);
+    else if (isFormatParameter(number))
+        setParameter(tagOfNumber(number), value);
+}
+
 void KWFormatWrapper::queueMidi(int frame, const uint8_t* bytes, int size)
 {
     if (size < 1 || size > 3)
         return;
-    VstMidiEvent event = midiEvent(frame);
-    std::copy_n(bytes, size, event.midiData);
-    VstEventList<2> list;
-    list.numEvents = 1;
-    list.events[0] = reinterpret_cast<VstEvent*>(&event);
-    engine->queueEvents(list.list());
+    Message message{frame, {}};
+    std::copy_n(bytes, size, message.bytes.begin());
+    messages.add(message);
+}
+
+void KWFormatWrapper::queueParameter(int frame, int index, float value)
+{
+    if (!changes.add({frame, index, value}))
+        setParameter(index, value); // the last one of many still stands
 }
 
 void KWFormatWrapper::run(const SongPlace* place, float** outputs, int frames)
@@ -111,11 +130,67 @@ void KWFormatWrapper::run(const SongPlace* place, float** outputs, int frames)
     if (bypassed && !silent)
         endSoundingNotes();
     silent = bypassed;
-    fillTime(place);
-    engine->processBlock(outputs, frames);
+    for (int from = 0; from < frames;) {
+        applyChanges(from);
+        const int to = nextCut(place, from, frames);
+        runPart(place, outputs, from, to - from);
+        from = to;
+    }
+    // What was meant for a place behind the block's end.
+    applyChanges(kAnyFrame);
+    sendMessages(0, kAnyFrame);
     for (int channel = 0; silent && channel < 2; ++channel)
         if (outputs[channel])
             std::fill_n(outputs[channel], frames, 0.0f);
+}
+
+void KWFormatWrapper::applyChanges(int until)
+{
+    while (const Change* change = changes.takeUntil(until))
+        setParameter(change->index, change->value);
+}
+
+// The block is cut at the tick that a change acts at: nothing between two ticks reads a parameter.
+// And where the count-in ends, so that the song's first step belongs to a part that begins there.
+int KWFormatWrapper::nextCut(const SongPlace* place, int from, int frames) const
+{
+    int to = frames;
+    if (const Change* change = changes.next()) {
+        const int tick = from + kTickSamples - engine->info.controlCounter;
+        const int ticks = std::max(change->frame - tick + kTickSamples - 1, 0) / kTickSamples;
+        to = std::min(to, tick + ticks * kTickSamples);
+    }
+    if (place && place->playing && place->quarters < 0) {
+        const double untilStart = std::ceil(-place->quarters * 60.0 / place->tempo * sampleRate);
+        if (untilStart > from && untilStart < to)
+            to = static_cast<int>(untilStart);
+    }
+    return std::max(to, from + 1);
+}
+
+void KWFormatWrapper::sendMessages(int from, int until)
+{
+    while (const Message* message = messages.takeUntil(until)) {
+        VstMidiEvent event = midiEvent(until == kAnyFrame ? 0 : std::max(message->frame - from, 0));
+        std::copy(message->bytes.begin(), message->bytes.end(), event.midiData);
+        VstEventList<2> list;
+        list.numEvents = 1;
+        list.events[0] = reinterpret_cast<VstEvent*>(&event);
+        engine->queueEvents(list.list());
+    }
+}
+
+void KWFormatWrapper::runPart(const SongPlace* place, float** outputs, int from, int frames)
+{
+    partStart = from;
+    sendMessages(from, from + frames - 1);
+    const SongPlace here = place ? place->after(from, sampleRate) : SongPlace();
+    fillTime(place ? &here : nullptr);
+    float* parts[2] = {};
+    for (int channel = 0; channel < 2; ++channel)
+        parts[channel] = outputs[channel] ? outputs[channel] + from : nullptr;
+    engine->processBlock(parts, frames);
+    partStart = 0;
 }
 
 void KWFormatWrapper::fillTime(const SongPlace* place)
@@ -134,6 +209,11 @@ void KWFormatWrapper::fillTime(const SongPlace* place)
     time.flags = kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstTimeSigValid;
     if (place->playing)
         time.flags |= kVstTransportPlaying;
+    if (place->loopOn) {
+        time.cycleStartPos = place->loopStart;
+        time.cycleEndPos = place->loopEnd;
+        time.flags |= kVstCyclePosValid | kVstTransportCycleActive;
+    }
 }
 
 void KWFormatWrapper::midiOut(const VstMidiEvent& event, double /*songPosition*/)
@@ -144,7 +224,9 @@ void KWFormatWrapper::midiOut(const VstMidiEvent& event, double /*songPosition*/
         ++count;
     else if ((kind == kNoteOn || kind == kNoteOff) && count > 0)
         --count;
-    outside.midiOut(event);
+    VstMidiEvent placed = event;
+    placed.deltaFrames += partStart;
+    outside.midiOut(placed);
 }
 
 void KWFormatWrapper::endSoundingNotes()
@@ -171,8 +253,13 @@ bool KWFormatWrapper::setState(std::string_view text)
 {
     const std::lock_guard hold(screen);
     auto bytes = fromBase64(text);
-    return bytes && !bytes->empty()
-        && engine->setChunk(bytes->data(), static_cast<VstInt32>(bytes->size()), false) != 0;
+    if (!bytes || bytes->empty())
+        return false;
+    hostLoads = true;
+    const VstInt32 loaded =
+        engine->setChunk(bytes->data(), static_cast<VstInt32>(bytes->size()), false);
+    hostLoads = false;
+    return loaded != 0;
 }
 
 // --- the editor ---------------------------------------------------------------------------------
@@ -280,6 +367,10 @@ VstIntPtr KWFormatWrapper::answer(
         return window && window->sizeWanted(index, static_cast<int>(value)) ? 1 : 0;
     case audioMasterUpdateDisplay:
         reloaded.store(1, std::memory_order_release);
+        if (!hostLoads) {
+            edited.store(1, std::memory_order_release);
+            outside.changedByItself();
+        }
         return 0;
     default:
         return 0;

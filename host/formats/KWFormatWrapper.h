@@ -1,6 +1,7 @@
 // The host's side of the effect interface, for formats that are not this interface.
 #pragma once
 
+#include "host/formats/FrameQueue.h"
 #include "host/formats/LateWork.h"
 #include "host/formats/SongPlace.h"
 #include "host/plugin/KWUniClient.h"
@@ -26,6 +27,8 @@ public:
     public:
         // Audio thread, inside run(), frames in rising order.
         virtual void midiOut(const VstMidiEvent& event) = 0;
+        // takeReload or takeEdit has something to say. Any thread but the audio thread.
+        virtual void changedByItself() { }
 
     protected:
         ~Format() = default;
@@ -63,9 +66,15 @@ public:
     // A value that the host has read, kept as text and gives back is not taken for a new one.
     void setParameter(int index, float value);
 
-    // For the block to come; `size` bytes, of which more than three are ignored.
+    // By its place in the formats' list of parameters, the bypass among them.
+    float value(int number) const;
+    void setValue(int number, float value);
+
+    // For the block to come, in any order; those of one frame keep theirs. A message has `size`
+    // bytes, of which more than three are ignored.
     void queueMidi(int frame, const uint8_t* bytes, int size);
-    // `place` null: the host has no transport.
+    void queueParameter(int frame, int index, float value);
+    // `place` null: the host has no transport. With no frames what is queued happens, no more.
     void run(const SongPlace* place, float** outputs, int frames);
 
     // The engine's chunk as text.
@@ -73,6 +82,8 @@ public:
     bool setState(std::string_view text);
     // Whether a preset or a state was loaded since the last call, and any parameter may have moved.
     bool takeReload() { return reloaded.exchange(0, std::memory_order_acq_rel) != 0; }
+    // Whether the song was edited here since the last call, and the host does not know it.
+    bool takeEdit() { return edited.exchange(0, std::memory_order_acq_rel) != 0; }
 
     // The editor, made when it is first asked for. It shows in one window at a time.
     ERect editorRect(); // device pixels; empty where there is no editor
@@ -89,6 +100,10 @@ private:
     bool hasMidiOutput() const override { return !silent; }
     void midiOut(const VstMidiEvent& event, double songPosition) override;
     void endSoundingNotes();
+    void applyChanges(int until);
+    void sendMessages(int from, int until);
+    int nextCut(const SongPlace* place, int from, int frames) const;
+    void runPart(const SongPlace* place, float** outputs, int from, int frames);
     void fillTime(const SongPlace* place);
     VstIntPtr answer(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
     static VstIntPtr callback(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float);
@@ -97,12 +112,26 @@ private:
     Window* window = nullptr;    // while it shows the editor
     std::recursive_mutex screen; // a host may ask for the state while it is told of a move
     std::atomic<int32_t> reloaded{0};
+    std::atomic<int32_t> edited{0};
+    bool hostLoads = false; // under `screen`
     Crossing<int32_t> bypass = 0;
     double sampleRate;
     // Audio thread.
     VstTimeInfo time{};
     bool hasTime = false;
     bool silent = false;
+    int partStart = 0; // frames into the host's block
+    struct Message {
+        int frame;
+        std::array<uint8_t, 3> bytes;
+    };
+    struct Change {
+        int frame;
+        int index;
+        float value;
+    };
+    FrameQueue<Message> messages;
+    FrameQueue<Change> changes;
     std::array<uint8_t, 128> sounding{}; // note ons without their end
 
     std::unique_ptr<KWUniClient> engine;

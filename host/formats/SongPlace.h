@@ -24,24 +24,21 @@ struct SongPlace {
     double tempo = 120;
     int numerator = 4;
     int denominator = 4;
-};
+    bool loopOn = false;  // with the range below
+    double loopStart = 0; // quarter notes
+    double loopEnd = 0;
 
-// How the framework has cut the song into bars, which is not the same for each format: the place
-// comes out right only when it is put together again by the same rule.
-enum class BarRule {
-    Meter,     // a bar of 7/8 has 3.5 quarter notes
-    Numerator, // ... is taken for 7
+    // Where the song stands `frames` later, `rate` in Hz.
+    SongPlace after(int frames, double rate) const;
 };
 
 // Audio thread. One for each instance, since it follows the song from block to block.
 class SongFollower {
 public:
-    explicit SongFollower(BarRule barRule) : rule(barRule) { }
     // `frames` is the length of the block that begins at `place`, `rate` in Hz.
     SongPlace follow(const BarPlace& place, int frames, double rate);
 
 private:
-    BarRule rule;
     SongPlace last;
     int64_t nextFrame = 0;   // where a song that goes on stands now,
     double nextQuarters = 0; // both ways

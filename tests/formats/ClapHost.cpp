@@ -3,10 +3,12 @@
 #include <clap/entry.h>
 #include <clap/ext/gui.h>
 #include <clap/ext/note-ports.h>
+#include <clap/ext/params.h>
 #include <clap/ext/state.h>
 #include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <dlfcn.h>
@@ -20,17 +22,21 @@ constexpr std::string_view kKey{"chunk\0", 6};
 
 struct Stream {
     std::string bytes;
+    size_t piece;
     size_t read = 0;
 };
 int64_t writeStream(const clap_ostream_t* stream, const void* data, uint64_t size)
 {
-    static_cast<Stream*>(stream->ctx)->bytes.append(static_cast<const char*>(data), size);
-    return static_cast<int64_t>(size);
+    auto* to = static_cast<Stream*>(stream->ctx);
+    const size_t count = std::min<size_t>(size, to->piece);
+    to->bytes.append(static_cast<const char*>(data), count);
+    return static_cast<int64_t>(count);
 }
 int64_t readStream(const clap_istream_t* stream, void* to, uint64_t size)
 {
     auto* from = static_cast<Stream*>(stream->ctx);
-    const size_t count = std::min<size_t>(size, from->bytes.size() - from->read);
+    const size_t count =
+        std::min({static_cast<size_t>(size), from->piece, from->bytes.size() - from->read});
     std::memcpy(to, from->bytes.data() + from->read, count);
     from->read += count;
     return static_cast<int64_t>(count);
@@ -87,11 +93,12 @@ public:
         dlclose(library);
     }
 
-    void setParameter(int index, float value) override
+    void setParameter(int index, float value) override { automate(index, value, 0); }
+    void automate(int index, float value, int at) override
     {
         InEvent event{};
-        event.value.header = {
-            sizeof(event.value), 0, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0};
+        event.value.header = {sizeof(event.value), static_cast<uint32_t>(at),
+            CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0};
         event.value.note_id = event.value.port_index = event.value.channel = event.value.key = -1;
         event.value.param_id = static_cast<clap_id>(index);
         event.value.value = static_cast<double>(value);
@@ -141,21 +148,40 @@ public:
         gui = nullptr;
     }
 
+    std::string saveBytes() override
+    {
+        Stream stream{{}, piece};
+        const clap_ostream_t out{&stream, writeStream};
+        return state->save(plugin, &out) ? stream.bytes : std::string();
+    }
+    bool loadBytes(const std::string& bytes) override
+    {
+        Stream stream{bytes, piece};
+        const clap_istream_t from{&stream, readStream};
+        return state->load(plugin, &from);
+    }
     std::string chunkText() override
     {
-        Stream stream;
-        const clap_ostream_t out{&stream, writeStream};
-        if (!state->save(plugin, &out))
-            return {};
-        const size_t at = stream.bytes.find(kKey);
-        return at == std::string::npos ? "" : stream.bytes.c_str() + at + kKey.size();
+        const std::string bytes = saveBytes();
+        const size_t at = bytes.find(kKey);
+        return at == std::string::npos ? "" : bytes.c_str() + at + kKey.size();
     }
-    void restoreChunk(const std::string& text) override
+    void restoreChunk(const std::string& text) override { loadBytes(onlyChunk(text)); }
+
+    std::string textOf(int index, float value) override
     {
-        Stream stream;
-        stream.bytes = onlyChunk(text);
-        const clap_istream_t from{&stream, readStream};
-        state->load(plugin, &from);
+        char text[256] = {};
+        return params()->value_to_text(plugin, static_cast<clap_id>(index),
+                   static_cast<double>(value), text, sizeof text)
+            ? text
+            : "";
+    }
+    std::optional<float> valueOf(int index, const std::string& text) override
+    {
+        double value = 0;
+        if (!params()->text_to_value(plugin, static_cast<clap_id>(index), text.c_str(), &value))
+            return {};
+        return static_cast<float>(value);
     }
 
 protected:
@@ -176,8 +202,13 @@ protected:
         transport.flags = CLAP_TRANSPORT_HAS_TEMPO | CLAP_TRANSPORT_HAS_BEATS_TIMELINE
             | CLAP_TRANSPORT_HAS_TIME_SIGNATURE
             | (playing ? uint32_t{CLAP_TRANSPORT_IS_PLAYING} : 0u);
-        transport.song_pos_beats = std::llround(beat * static_cast<double>(CLAP_BEATTIME_FACTOR));
+        transport.song_pos_beats = beatTime(beat);
         transport.tempo = tempo;
+        if (loopTo > loopFrom) {
+            transport.flags |= CLAP_TRANSPORT_IS_LOOP_ACTIVE;
+            transport.loop_start_beats = beatTime(loopFrom);
+            transport.loop_end_beats = beatTime(loopTo);
+        }
         transport.tsig_num = static_cast<uint16_t>(beatsPerBar);
         transport.tsig_denom = static_cast<uint16_t>(beatType);
 
@@ -202,6 +233,16 @@ protected:
 private:
     static constexpr clap_id kTimer = 7;
 
+    static clap_beattime beatTime(double beats)
+    {
+        return std::llround(beats * static_cast<double>(CLAP_BEATTIME_FACTOR));
+    }
+    const clap_plugin_params_t* params() const
+    {
+        return static_cast<const clap_plugin_params_t*>(
+            plugin->get_extension(plugin, CLAP_EXT_PARAMS));
+    }
+
     void resized(uint32_t newWidth, uint32_t newHeight)
     {
         width = static_cast<int>(newWidth);
@@ -225,8 +266,13 @@ private:
                 static_cast<ClapHost*>(asking->host_data)->ticking = false;
                 return true;
             }};
+        static const clap_host_state_t states{[](const clap_host_t* asking) {
+            ++static_cast<ClapHost*>(asking->host_data)->markedDirty;
+        }};
         if (std::strcmp(id, CLAP_EXT_GUI) == 0)
             return &window;
+        if (std::strcmp(id, CLAP_EXT_STATE) == 0)
+            return &states;
         return std::strcmp(id, CLAP_EXT_TIMER_SUPPORT) == 0 ? &timers : nullptr;
     }
 

@@ -233,4 +233,34 @@ TEST_P(FormatEditor, PresetOfTheEditorIsToldAndSaved)
     EXPECT_EQ(parameterOf(*other, Tag::Swing), TwoPresets::kSecondSwing);
 }
 
+// A host that saves only what it knows to be edited must hear of each gesture, and of one once.
+class EditorOfOurs : public FormatEditor { };
+INSTANTIATE_TEST_SUITE_P(All, EditorOfOurs, testing::ValuesIn(kOwnAdapters),
+    [](const auto& made) { return made.param.name; });
+TEST_P(EditorOfOurs, MarksTheSongDirtyOnceAGesture)
+{
+    const auto host = GetParam().make();
+    ASSERT_TRUE(host->openEditor(parentAt(0)));
+    idle(*host);
+    const int before = host->markedDirty;
+    const Place& steps = findControl(Tag::Velocity)->place;
+    const int y = (steps.top + steps.bottom) / 2;
+    user->move(steps.left + 20, y);
+    idle(*host, 3);
+    user->press();
+    for (int i = 0; i < 5; ++i) {
+        user->move(steps.left + 20 + 15 * i, y + 3 * i);
+        idle(*host, 3);
+    }
+    EXPECT_EQ(host->markedDirty, before);
+    user->release();
+    idle(*host, 5);
+    EXPECT_EQ(host->markedDirty, before + 1);
+    idle(*host, 10);
+    EXPECT_EQ(host->markedDirty, before + 1);
+    host->restoreChunk(host->chunkText());
+    idle(*host, 5);
+    EXPECT_EQ(host->markedDirty, before + 1); // what the host sets it knows
+}
+
 } // namespace ormund

@@ -21,6 +21,17 @@ void FormatHost::play(int64_t frames, int block, double loopEnd)
     }
 }
 
+void FormatHost::playLoop(int64_t frames, int block)
+{
+    while (frames > 0) {
+        const int count = static_cast<int>(std::min<int64_t>(frames, block));
+        play(count, block);
+        frames -= count;
+        if (beat >= loopTo - 1e-9)
+            beat += loopFrom - loopTo;
+    }
+}
+
 std::string FormatHost::onlyChunk(const std::string& text)
 {
     std::string bytes;

@@ -4,6 +4,7 @@
 #include "tests/support/Player.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace ormund {
 class FormatHost {
 public:
     static constexpr double kRate = 44100;
-    static constexpr int kMostBlock = 512;
+    static constexpr int kMostBlock = 4096;
 
     // What the editor told the host. Parameter 0 is the bypass; 1 to 46 are the engine's.
     struct Edit {
@@ -25,6 +26,13 @@ public:
     virtual ~FormatHost() = default;
     // For the next block. The bypass is on from 0.5.
     virtual void setParameter(int index, float value) = 0;
+    // `at` frames into the next block.
+    virtual void automate(int /*index*/, float /*value*/, int /*at*/) { }
+    virtual std::string textOf(int /*index*/, float /*value*/) { return {}; }
+    virtual std::optional<float> valueOf(int /*index*/, const std::string& /*text*/) { return {}; }
+    // All that the format keeps, as it keeps it; false where the plug-in refuses it.
+    virtual std::string saveBytes() { return {}; }
+    virtual bool loadBytes(const std::string& /*bytes*/) { return false; }
     virtual int64_t tail() { return 0; } // frames; 0 where the format tells none
     virtual std::string midiPortName(bool isInput) = 0;
     virtual std::string chunkText() = 0; // empty where the format kept none
@@ -45,13 +53,24 @@ public:
         pending.push_back({at, status, data1, data2});
     }
     // Plays on; a loop jumps at a block's start.
-    void play(int64_t frames, int block = kMostBlock, double loopEnd = 1e9);
+    void play(int64_t frames, int block = 512, double loopEnd = 1e9);
+
+    // The range that the host loops, which it reports with each block.
+    void loop(double from, double to)
+    {
+        loopFrom = from;
+        loopTo = to;
+    }
+    // Plays on and jumps inside a block where the loop ends, without cutting the block.
+    void playLoop(int64_t frames, int block);
 
     std::vector<MidiOut> events;
     std::vector<float> left;
     std::vector<float> right;
     std::vector<Edit> edits;
-    int width = 0; // what the editor asked for last
+    size_t piece = 1 << 20; // the most bytes of a state that are taken or given at once
+    int markedDirty = 0;    // how often the host was told of an edit
+    int width = 0;          // what the editor asked for last
     int height = 0;
     int beatsPerBar = 4;
     int beatType = 4;
@@ -63,6 +82,8 @@ protected:
 
     double tempo = 120;
     double beat = 0;
+    double loopFrom = 0;
+    double loopTo = 0; // no loop where it is no range
     bool playing = false;
     int64_t frame = 0;
     std::vector<MidiOut> pending; // frames within the block

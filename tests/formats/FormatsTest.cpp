@@ -233,7 +233,7 @@ TEST_P(Formats, LoopThatJumpsAtABlockLosesNoStep)
 
 TEST(SongFollower, BarThatTurnsOneBlockEarlyIsCountedBack)
 {
-    SongFollower follower(BarRule::Meter);
+    SongFollower follower;
     const double step = 512 / 44100.0 * 2; // beats
     BarPlace place{.playing = true, .valid = true, .beat = 3.5};
     double last = follower.follow(place, 512, 44100).quarters;
@@ -253,15 +253,11 @@ TEST(SongFollower, BarThatTurnsOneBlockEarlyIsCountedBack)
     EXPECT_NEAR(follower.follow(place, 512, 44100).quarters - last, 4, 0.1);
 }
 
-TEST(SongFollower, PutsTheBarTogetherAsItWasCut)
+TEST(SongFollower, PutsTheBarsOfAMeterTogether)
 {
     const BarPlace seven{
         .playing = true, .valid = true, .bar = 3, .beat = 3.5, .beatsPerBar = 7, .beatType = 8};
-    const auto quarters = [&](BarRule rule) {
-        return SongFollower(rule).follow(seven, 64, 44100).quarters;
-    };
-    EXPECT_DOUBLE_EQ(quarters(BarRule::Meter), 8.75);
-    EXPECT_DOUBLE_EQ(quarters(BarRule::Numerator), 17.5);
+    EXPECT_DOUBLE_EQ(SongFollower().follow(seven, 64, 44100).quarters, 8.75);
 }
 
 TEST(Base64, GoesThereAndBackAndRefusesWhatItIsNot)

@@ -1,0 +1,121 @@
+// The editor in a CLAP host's window, or in one of its own.
+#include "host/formats/ClapPlugin.h"
+
+#include <cstring>
+
+namespace ormund {
+
+namespace {
+constexpr uint32_t kIdleMs = 16;
+constexpr char kTitle[] = "Ormund";
+} // namespace
+
+const clap_plugin_gui_t ClapPlugin::gui = {
+    .is_api_supported = [](const clap_plugin_t*, const char* api,
+                            bool) { return api && std::strcmp(api, CLAP_WINDOW_API_X11) == 0; },
+    .get_preferred_api =
+        [](const clap_plugin_t*, const char** api, bool* floating) {
+            *api = CLAP_WINDOW_API_X11;
+            *floating = false;
+            return true;
+        },
+    .create =
+        [](const clap_plugin_t* self, const char* api, bool floating) {
+            return gui.is_api_supported(self, api, floating) && of(self).createGui(floating);
+        },
+    .destroy = [](const clap_plugin_t* self) { of(self).destroyGui(); },
+    // Its scales are the user's choice; sizes are device pixels already.
+    .set_scale = [](const clap_plugin_t*, double) { return false; },
+    .get_size =
+        [](const clap_plugin_t* self, uint32_t* width, uint32_t* height) {
+            const ERect rect = of(self).window->size();
+            *width = static_cast<uint32_t>(rect.right);
+            *height = static_cast<uint32_t>(rect.bottom);
+            return rect.right > 0;
+        },
+    .can_resize = [](const clap_plugin_t*) { return false; },
+    .get_resize_hints = [](const clap_plugin_t*, clap_gui_resize_hints_t*) { return false; },
+    .adjust_size = [](const clap_plugin_t* self, uint32_t* width,
+                       uint32_t* height) { return gui.get_size(self, width, height); },
+    .set_size =
+        [](const clap_plugin_t* self, uint32_t width, uint32_t height) {
+            uint32_t ours[2] = {};
+            return gui.get_size(self, &ours[0], &ours[1]) && ours[0] == width && ours[1] == height;
+        },
+    .set_parent =
+        [](const clap_plugin_t* self, const clap_window_t* given) {
+            ClapPlugin& plugin = of(self);
+            if (!plugin.hasGui || plugin.isFloating || !given)
+                return false;
+            plugin.parent = given->x11;
+            return plugin.window->openIn(plugin.parent);
+        },
+    .set_transient = [](const clap_plugin_t* self,
+                         const clap_window_t*) { return of(self).isFloating; },
+    .suggest_title = [](const clap_plugin_t* self,
+                         const char* title) { of(self).window->setTitle(title); },
+    .show = [](const clap_plugin_t* self) { return of(self).showGui(); },
+    .hide =
+        [](const clap_plugin_t* self) {
+            of(self).window->close();
+            return of(self).hasGui;
+        },
+};
+
+const clap_plugin_timer_support_t ClapPlugin::timers = {
+    [](const clap_plugin_t* self, clap_id id) {
+        if (id == of(self).timer)
+            of(self).idle();
+    },
+};
+
+bool ClapPlugin::createGui(bool floating)
+{
+    if (hasGui || !hostTimers || !hostTimers->register_timer(host, kIdleMs, &timer))
+        return false;
+    isFloating = floating;
+    return hasGui = true;
+}
+
+void ClapPlugin::destroyGui()
+{
+    if (!hasGui)
+        return;
+    window->close();
+    hostTimers->unregister_timer(host, timer);
+    timer = CLAP_INVALID_ID;
+    parent = 0;
+    hasGui = false;
+}
+
+bool ClapPlugin::showGui()
+{
+    if (!hasGui || window->isOpen())
+        return hasGui;
+    if (isFloating)
+        return window->openOwn(kTitle);
+    return parent != 0 && window->openIn(parent);
+}
+
+void ClapPlugin::idle()
+{
+    if (!window->idle() && hostGui)
+        hostGui->closed(host, false);
+    onMainThread();
+}
+
+void ClapPlugin::edited(const HostEdit& edit)
+{
+    edits.put(edit);
+    if (hostParams)
+        hostParams->request_flush(host);
+}
+
+bool ClapPlugin::sizeWanted(int width, int height)
+{
+    return hostGui
+        && hostGui->request_resize(
+            host, static_cast<uint32_t>(width), static_cast<uint32_t>(height));
+}
+
+} // namespace ormund
