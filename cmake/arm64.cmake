@@ -13,11 +13,9 @@ set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L ${ORMUND_SYSROOT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH) # the font and the framework belong to no machine
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_DIR} "")
 set(ENV{PKG_CONFIG_SYSROOT_DIR} ${ORMUND_SYSROOT})
 set(ENV{PKG_CONFIG_LIBDIR}
   ${ORMUND_SYSROOT}/usr/lib/aarch64-linux-gnu/pkgconfig:${ORMUND_SYSROOT}/usr/share/pkgconfig)
-# The framework's sources and the font belong to no machine.
-set(DPF_ROOT /usr/share/dpf CACHE PATH "")
