@@ -116,7 +116,6 @@ void ClapPlugin::takeEvent(const clap_event_header_t& header, int frame)
             wrapper->setBypass(value >= 0.5f);
         else
             wrapper->queueParameter(frame, tagOfNumber(number), value);
-        window->hostKnows(number, value);
         return;
     }
     default:

@@ -130,8 +130,8 @@ bool ClapPlugin::load(const clap_istream_t* stream)
     if (!saved || !saved->restore(*wrapper))
         return false;
     static_cast<void>(wrapper->takeReload()); // the host asks for the values itself
-    for (int number = 0; number < kFormatParameters; ++number)
-        window->hostKnows(number, wrapper->value(number));
+    for (int tag = 0; tag < kHostParameters; ++tag)
+        wrapper->hostKnows(tag, wrapper->parameter(tag));
     if (hostParams)
         hostParams->rescan(host, CLAP_PARAM_RESCAN_VALUES | CLAP_PARAM_RESCAN_TEXT);
     return true;

@@ -54,6 +54,11 @@ bool isSwitch(int number)
     return number == kBypassNumber || parameterEntry(tagOfNumber(number))->isButton();
 }
 
+bool isInChunk(int number)
+{
+    return number != kBypassNumber && parameterEntry(tagOfNumber(number))->saved != Saved::None;
+}
+
 std::string_view formatSection(int number)
 {
     std::string_view name;

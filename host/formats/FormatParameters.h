@@ -19,6 +19,8 @@ constexpr bool isFormatParameter(int number) { return number >= 0 && number < kF
 std::string formatName(int number);
 // Two states, 0 and 1.
 bool isSwitch(int number);
+// Whether the engine's chunk holds its value.
+bool isInChunk(int number);
 // The part of the panel that it belongs to; empty for the bypass.
 std::string_view formatSection(int number);
 float formatDefault(int number); // 0 to 1

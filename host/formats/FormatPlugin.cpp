@@ -12,12 +12,6 @@ namespace {
 constexpr char kStateKey[] = "chunk";
 constexpr int kMaxChoices = 255;
 
-#if defined(DISTRHO_PLUGIN_TARGET_LV2)
-constexpr bool kHostSetsControlsAfterState = true;
-#else
-constexpr bool kHostSetsControlsAfterState = false;
-#endif
-
 std::string symbolOf(std::string_view name)
 {
     std::string symbol;
@@ -95,7 +89,7 @@ void FormatPlugin::setParameterValue(uint32_t index, float value)
 {
     if (index == kBypass)
         wrapped.setBypass(value >= 0.5f);
-    else if (stateRules == 0)
+    else
         wrapped.setParameter(static_cast<int>(index - kFirst), value);
 }
 
@@ -106,14 +100,13 @@ String FormatPlugin::getState(const char* key) const
 
 void FormatPlugin::setState(const char* key, const char* value)
 {
-    if (value && std::strcmp(key, kStateKey) == 0 && wrapped.setState(value))
-        stateRules = kHostSetsControlsAfterState ? 1 : 0;
+    if (value && std::strcmp(key, kStateKey) == 0)
+        wrapped.setState(value);
 }
 
 void FormatPlugin::run(
     const float**, float** outputs, uint32_t frames, const MidiEvent* events, uint32_t count)
 {
-    stateRules = 0;
     for (uint32_t i = 0; i < count; ++i)
         wrapped.queueMidi(static_cast<int>(std::min(events[i].frame, frames)), events[i].data,
             static_cast<int>(std::min<uint32_t>(events[i].size, uint32_t{MidiEvent::kDataSize})));

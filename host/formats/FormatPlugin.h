@@ -49,9 +49,6 @@ private:
     // Asking for the state changes nothing, but the effect interface does not say so.
     mutable KWFormatWrapper wrapped;
     SongFollower follower;
-    // A host that keeps control values beside the state sets them after it; those of the state are
-    // the newer ones then, for a preset may have moved them unseen by the host.
-    Crossing<int32_t> stateRules = 0;
 
     DISTRHO_DECLARE_NON_COPYABLE(FormatPlugin)
 };

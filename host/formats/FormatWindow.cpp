@@ -2,13 +2,6 @@
 
 namespace ormund {
 
-FormatWindow::FormatWindow(KWFormatWrapper& ownWrapper, Host& itsHost)
-    : wrapper(ownWrapper), host(itsHost)
-{
-    for (int tag = 0; tag < kHostParameters; ++tag)
-        known[static_cast<size_t>(tag)] = wrapper.parameter(tag);
-}
-
 FormatWindow::~FormatWindow() { close(); }
 
 bool FormatWindow::openIn(unsigned long parent)
@@ -54,23 +47,17 @@ bool FormatWindow::idle()
     return true;
 }
 
-void FormatWindow::hostKnows(int number, float value)
-{
-    if (number != kBypassNumber)
-        known[static_cast<size_t>(tagOfNumber(number))] = value;
-}
-
 void FormatWindow::reportMoved()
 {
     for (int tag = 0; tag < kHostParameters; ++tag)
         if (const float now = wrapper.parameter(tag);
-            !KWFormatWrapper::isSameValue(now, known[static_cast<size_t>(tag)]))
+            !KWFormatWrapper::isSameValue(now, wrapper.hostValue(tag)))
             move(tag, now);
 }
 
 void FormatWindow::move(int tag, float value)
 {
-    known[static_cast<size_t>(tag)] = value;
+    wrapper.hostKnows(tag, value);
     host.edited({HostEdit::Value, static_cast<uint8_t>(kFirstNumber + tag), value});
 }
 

@@ -6,7 +6,6 @@
 #include "host/formats/KWFormatWrapper.h"
 #include "view/x11/HostWindow.h"
 
-#include <array>
 #include <memory>
 
 namespace ormund {
@@ -25,7 +24,8 @@ public:
         ~Host() = default;
     };
 
-    FormatWindow(KWFormatWrapper& ownWrapper, Host& itsHost);
+    FormatWindow(KWFormatWrapper& ownWrapper, Host& itsHost)
+        : wrapper(ownWrapper), host(itsHost) { }
     ~FormatWindow();
 
     ERect size() const { return wrapper.editorRect(); }
@@ -39,8 +39,6 @@ public:
     // False once the user has closed a window of our own; it is closed then.
     bool idle();
 
-    // The host has set or read this value.
-    void hostKnows(int number, float value);
     // After a load.
     void reportMoved();
 
@@ -55,8 +53,6 @@ private:
     Host& host;
     std::unique_ptr<HostWindow> own;
     bool open = false;
-    // What the host knows; it may set a value on its audio thread.
-    std::array<Crossing<float>, kHostParameters> known{};
 };
 
 } // namespace ormund

@@ -42,6 +42,8 @@ KWFormatWrapper::KWFormatWrapper(Format& format, double rate) : outside(format),
     underConstruction = nullptr;
     engine->setWrapperPort(this);
     setSampleRate(rate);
+    for (int index = 0; index < kHostParameters; ++index)
+        hostKnows(index, parameter(index));
 }
 
 KWFormatWrapper::~KWFormatWrapper()
@@ -92,6 +94,7 @@ void KWFormatWrapper::setParameter(int index, float value)
     const ParameterEntry* entry = parameterEntry(index);
     if (entry && entry->isButton())
         value = value >= kOnFrom ? 1.0f : 0.0f;
+    hostKnows(index, value);
     if (!isSameValue(parameter(index), value))
         engine->setParameter(index, value);
 }

@@ -66,6 +66,10 @@ public:
     // A value that the host has read, kept as text and gives back is not taken for a new one.
     void setParameter(int index, float value);
 
+    // What the host last set or was told; after a load the engine's own may be others.
+    float hostValue(int index) const { return hostValues[static_cast<size_t>(index)]; }
+    void hostKnows(int index, float value) { hostValues[static_cast<size_t>(index)] = value; }
+
     // By its place in the formats' list of parameters, the bypass among them.
     float value(int number) const;
     void setValue(int number, float value);
@@ -115,6 +119,7 @@ private:
     std::atomic<int32_t> edited{0};
     bool hostLoads = false; // under `screen`
     Crossing<int32_t> bypass = 0;
+    std::array<Crossing<float>, kHostParameters> hostValues{};
     double sampleRate;
     // Audio thread.
     VstTimeInfo time{};

@@ -28,19 +28,13 @@ std::optional<std::string_view> nextText(std::string_view& rest)
     rest.remove_prefix(length + 1);
     return text;
 }
-
-// Where the chunk holds a value, that one is the exact one.
-bool isKeptHere(int number)
-{
-    return number == kBypassNumber || parameterEntry(tagOfNumber(number))->saved == Saved::None;
-}
 } // namespace
 
 SavedState SavedState::of(KWFormatWrapper& wrapper)
 {
     SavedState state{.chunk = wrapper.state(), .values = {}};
     for (int number = 0; number < kFormatParameters; ++number)
-        if (isKeptHere(number))
+        if (!isInChunk(number))
             state.values[formatSymbol(number)] = wrapper.value(number);
     return state;
 }
@@ -51,7 +45,7 @@ bool SavedState::restore(KWFormatWrapper& wrapper) const
         return false;
     for (int number = 0; number < kFormatParameters; ++number)
         if (const auto found = values.find(formatSymbol(number));
-            found != values.end() && isKeptHere(number))
+            found != values.end() && !isInChunk(number))
             wrapper.setValue(number, found->second);
     return true;
 }

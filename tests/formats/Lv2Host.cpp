@@ -131,17 +131,21 @@ public:
         editor = nullptr;
     }
 
+    // The host keeps the bypass and the buttons by itself.
+    std::string saveBytes() override { return chunkText(); }
+    bool loadBytes(const std::string& bytes) override
+    {
+        saved = bytes;
+        return state->restore(lilv_instance_get_handle(instance), retrieve, this, 0, nullptr)
+            == LV2_STATE_SUCCESS;
+    }
     std::string chunkText() override
     {
         saved.clear();
         state->save(lilv_instance_get_handle(instance), store, this, 0, nullptr);
         return saved;
     }
-    void restoreChunk(const std::string& text) override
-    {
-        saved = text;
-        state->restore(lilv_instance_get_handle(instance), retrieve, this, 0, nullptr);
-    }
+    void restoreChunk(const std::string& text) override { loadBytes(text); }
 
 protected:
     void runBlock(int count) override
@@ -152,6 +156,10 @@ protected:
         lilv_instance_run(instance, static_cast<uint32_t>(count));
         LV2_ATOM_SEQUENCE_FOREACH(out, event)
         {
+            const auto* object = reinterpret_cast<const LV2_Atom_Object*>(&event->body);
+            if (event->body.type == urid(LV2_ATOM__Object)
+                && object->body.otype == urid(LV2_STATE__StateChanged))
+                ++markedDirty;
             if (event->body.type != urid(LV2_MIDI__MidiEvent))
                 continue;
             const auto* bytes = reinterpret_cast<const uint8_t*>(event + 1);
