@@ -23,6 +23,31 @@ if(ORMUND_SANITIZE)
   endforeach()
 endif()
 
+# A build that plays on other distributions too: what is not on every desktop is linked in.
+option(ORMUND_PORTABLE "Link in what other distributions may lack" OFF)
+if(ORMUND_PORTABLE)
+  add_link_options(-static-libstdc++ -static-libgcc)
+  set(CMAKE_INSTALL_RPATH $ORIGIN/../lib/ormund) # the programs' own sound library
+endif()
+
+# ormund_link_in(target libraries...): in a portable build the imported `target` takes the archives of
+# these libraries instead of the shared objects, and with them what the shared objects bring.
+function(ormund_link_in target)
+  if(NOT ORMUND_PORTABLE)
+    return()
+  endif()
+  get_target_property(linked ${target} INTERFACE_LINK_LIBRARIES)
+  if(NOT linked)
+    set(linked "")
+  endif()
+  foreach(library ${ARGN})
+    find_library(ORMUND_ARCHIVE_${library} NAMES lib${library}.a REQUIRED)
+    list(FILTER linked EXCLUDE REGEX "/lib${library}\\.so$")
+    list(APPEND linked ${ORMUND_ARCHIVE_${library}})
+  endforeach()
+  set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "${linked}")
+endfunction()
+
 # For a build from scratch: the standard headers are parsed once for all libraries and once for all
 # tests, a folder's files are compiled a few at a time, and the tests themselves are not
 # optimised. Off for everyday work, where a missing include would go unnoticed and a compiler cache
