@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <xcb/xcb_cursor.h>
 
 namespace ormund {
 
@@ -87,8 +86,7 @@ SystemWindow::~SystemWindow()
     if (drag)
         drag->cancel();
     picture.reset();
-    if (cursors)
-        xcb_cursor_context_free(cursors);
+    cursors.reset();
     if (isWindowThere)
         xcb_destroy_window(connection, window);
     xcb_flush(connection);
@@ -230,12 +228,9 @@ void SystemWindow::setCursor(CCursor cursor)
         return;
     const auto index = static_cast<size_t>(cursor);
     if (cursor != CCursor::Arrow && !loadedCursors[index]) {
-        // Themes are files, so they are read when the first cursor is wanted.
-        if (!cursors && xcb_cursor_context_new(connection, screen, &cursors) < 0) {
-            cursors = nullptr;
+        loadedCursors[index] = cursors->load(connection, screen, kCursorNames[index]);
+        if (!loadedCursors[index])
             return;
-        }
-        loadedCursors[index] = xcb_cursor_load_cursor(cursors, kCursorNames[index]);
     }
     const uint32_t value = loadedCursors[index];
     xcb_change_window_attributes(connection, window, XCB_CW_CURSOR, &value);

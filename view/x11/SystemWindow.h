@@ -8,6 +8,7 @@
 #pragma once
 
 #include "view/FrameWindow.h"
+#include "view/x11/CursorTheme.h"
 #include "view/x11/FileDrag.h"
 #include "view/x11/KeyMap.h"
 #include "view/x11/ScreenImage.h"
@@ -16,8 +17,6 @@
 #include <chrono>
 #include <memory>
 #include <optional>
-
-typedef struct xcb_cursor_context_t xcb_cursor_context_t;
 
 namespace ormund {
 
@@ -65,7 +64,7 @@ private:
     std::unique_ptr<ScreenImage> picture;
     std::unique_ptr<FileDrag> drag;
     KeyMap keys;
-    xcb_cursor_context_t* cursors = nullptr;
+    std::optional<CursorTheme> cursors{std::in_place};
     std::array<xcb_cursor_t, 7> loadedCursors{};
     xcb_atom_t embedAtom = 0;
     xcb_timestamp_t lastTime = XCB_CURRENT_TIME;
