@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace ormund {
@@ -99,6 +100,48 @@ bool isPlainOrFolder(const std::string& folder, const dirent& entry, bool& isFol
     return isFolder || S_ISREG(info.st_mode);
 }
 
+bool isNumber(std::string_view text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// ".name.process.count.part", as temporaryName makes it.
+bool isTemporary(std::string_view name)
+{
+    constexpr std::string_view kEnding = ".part";
+    if (!name.starts_with('.') || !name.ends_with(kEnding))
+        return false;
+    name.remove_suffix(kEnding.size());
+    for (int part = 0; part < 2; ++part) {
+        const size_t dot = name.rfind('.');
+        if (dot == 0 || dot == std::string_view::npos || !isNumber(name.substr(dot + 1)))
+            return false;
+        name = name.substr(0, dot);
+    }
+    return true;
+}
+
+// What a save left that was killed. A younger one may be a save under way.
+void removeLeftovers(const std::string& folder)
+{
+    constexpr time_t kDay = 24 * 60 * 60;
+    constexpr int kMostNames = 100000;
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
+    if (!open)
+        return;
+    const time_t now = ::time(nullptr);
+    for (int i = 0; i < kMostNames; ++i) {
+        const dirent* entry = ::readdir(open.get());
+        if (!entry)
+            return;
+        struct stat info { };
+        if (isTemporary(entry->d_name)
+            && ::fstatat(::dirfd(open.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0
+            && S_ISREG(info.st_mode) && info.st_mtime < now - kDay)
+            ::unlinkat(::dirfd(open.get()), entry->d_name, 0);
+    }
+}
+
 void flushFolder(const std::string& folder)
 {
     const Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -125,9 +168,21 @@ long long KWFileio::size(const std::string& path)
     return static_cast<long long>(info.st_size);
 }
 
+bool KWFileio::mayWrite(const std::string& path)
+{
+    struct stat link { };
+    struct stat info { };
+    if (::lstat(path.c_str(), &link) != 0)
+        return true;
+    return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
 bool KWFileio::write(const std::string& path, const void* buffer, size_t bytes)
 {
     const std::string target = linkTarget(path);
+    if (!mayWrite(target))
+        return false;
+    removeLeftovers(folderOf(target));
     const std::string temporary = temporaryName(target);
     Descriptor fd(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!fd)

@@ -18,8 +18,12 @@ public:
     static bool read(const std::string& path, void* buffer, size_t bytes);
     // Bytes of a plain file; -1 for anything else.
     static long long size(const std::string& path);
+    // Whether a write may replace what is there: nothing, a plain file, or a link to one. A device,
+    // a pipe or a link that leads nowhere was not made by saving and must not go by it.
+    static bool mayWrite(const std::string& path);
     // All of it or nothing: written beside the target, flushed to the disk and renamed over it. On
-    // failure the old file stands as it was. A link is followed.
+    // failure the old file stands as it was. A link is followed. What a killed write left in the
+    // folder more than a day ago is removed.
     static bool write(const std::string& path, const void* buffer, size_t bytes);
     // The plain files and the folders in a folder, links followed, without "." and "..", in byte
     // order; empty when it cannot be read. Looks at no more than `most` names and takes them off.

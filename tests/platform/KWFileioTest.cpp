@@ -2,6 +2,7 @@
 #include "tests/platform/TestFolder.h"
 
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <string>
@@ -119,6 +120,50 @@ TEST(KWFileio, KilledDuringASaveTheOldOrTheNewFileIsThereWhole)
         ASSERT_EQ(content.size(), kBytes) << "round " << rounds;
         ASSERT_EQ(content, std::string(kBytes, content[0])) << "round " << rounds;
     }
+}
+
+} // namespace ormund
+
+namespace ormund {
+
+TEST(KWFileio, WritesOverPlainFilesAndLinksToThemAlone)
+{
+    const TestFolder folder;
+    std::ofstream(folder / "plain") << "old";
+    std::filesystem::create_symlink(folder / "plain", folder / "link");
+    std::filesystem::create_symlink("/dev/null", folder / "device");
+    std::filesystem::create_symlink(folder / "nowhere", folder / "loose");
+    std::filesystem::create_directory(folder / "folder");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    for (const char* name : {"device", "loose", "folder", "pipe"}) {
+        const auto before = std::filesystem::symlink_status(folder / name).type();
+        EXPECT_FALSE(KWFileio::write(folder / name, "new", 3)) << name;
+        EXPECT_EQ(std::filesystem::symlink_status(folder / name).type(), before) << name;
+    }
+    EXPECT_FALSE(KWFileio::write("/dev/null", "new", 3));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    EXPECT_TRUE(KWFileio::write(folder / "link", "new", 3));
+    char text[3];
+    EXPECT_TRUE(KWFileio::read(folder / "plain", text, 3));
+    EXPECT_EQ(std::string(text, 3), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+}
+
+TEST(KWFileio, ASaveRemovesWhatAKilledOneLeftADayAgo)
+{
+    const TestFolder folder;
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(25);
+    for (const char* name : {".song.kwe.123.0.part", ".young.kwe.9.1.part", ".else.part",
+             "song.kwe.123.0.part", ".a.b.12.part"}) {
+        std::ofstream(folder / name) << "half";
+        if (std::string(name).find("young") == std::string::npos)
+            std::filesystem::last_write_time(folder / name, old);
+    }
+    EXPECT_TRUE(KWFileio::write(folder / "song.kwe", "new", 3));
+    EXPECT_FALSE(KWFileio::exists(folder / ".song.kwe.123.0.part"));
+    for (const char* name :
+        {".young.kwe.9.1.part", ".else.part", "song.kwe.123.0.part", ".a.b.12.part"})
+        EXPECT_TRUE(KWFileio::exists(folder / name)) << name;
 }
 
 } // namespace ormund
