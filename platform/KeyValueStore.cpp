@@ -2,8 +2,6 @@
 
 #include "platform/KWFileio.h"
 
-#include <atomic>
-#include <chrono>
 #include <memory>
 #include <sqlite3.h>
 #include <thread>
@@ -12,11 +10,10 @@ namespace ormund {
 
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(3);
+constexpr std::chrono::milliseconds kPatience{3000};
 constexpr auto kPause = std::chrono::microseconds(1500);
 // Longer than a waiter's pause: a program that writes again and again starves nobody.
 constexpr auto kOpenDoor = std::chrono::microseconds(2000);
-constexpr auto kGiveUp = std::chrono::seconds(30);
 constexpr size_t kMostText = 65536;
 
 using Clock = std::chrono::steady_clock;
@@ -25,151 +22,203 @@ using Statement = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>;
 
 // Short even pauses: the library's own grow longer and longer, so that a busy writer starves the
 // others.
-int waitForLock(void* deadline, int attempts)
+int waitForLock(void* deadline, int /*attempts*/)
 {
-    auto& end = *static_cast<Clock::time_point*>(deadline);
-    if (attempts == 0)
-        end = Clock::now() + kPatience;
-    if (Clock::now() >= end)
+    if (Clock::now() >= *static_cast<Clock::time_point*>(deadline))
         return 0;
     std::this_thread::sleep_for(kPause);
     return 1;
 }
 
-// A store that another program holds locked costs the user one wait, not one for every key.
-std::atomic<Clock::rep> lockedUntil{0};
-
-bool isGivenUp() { return Clock::now().time_since_epoch().count() < lockedUntil.load(); }
-
-void noteAnswer(int answer)
+StoreAnswer answerOf(int code)
 {
-    if ((answer & 0xFF) == SQLITE_BUSY || (answer & 0xFF) == SQLITE_LOCKED)
-        lockedUntil = (Clock::now() + kGiveUp).time_since_epoch().count();
+    switch (code & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+        return StoreAnswer::Done;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return StoreAnswer::Busy;
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+    case SQLITE_ERROR: // a statement that does not fit the tables
+        return StoreAnswer::Broken;
+    default:
+        return StoreAnswer::Failed;
+    }
 }
 
-Database openStore(const std::string& path, bool create)
-{
-    Database none(nullptr, &sqlite3_close);
-    if (path.empty() || isGivenUp())
-        return none;
-    if (create && !KWFileio::makeFolder(KWFileio::folderOf(path)))
-        return none;
-    sqlite3* opened = nullptr;
-    const int flags = create ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READWRITE;
-    const int answer =
-        sqlite3_open_v2(path.c_str(), &opened, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
-    Database store(opened, &sqlite3_close);
-    if (answer != SQLITE_OK)
-        return none;
-    thread_local Clock::time_point deadline;
-    sqlite3_busy_handler(opened, waitForLock, &deadline);
-    return store;
-}
+// One open file. What happens first counts.
+class OpenStore {
+public:
+    OpenStore(const std::string& path, bool create, std::chrono::milliseconds patience)
+        : deadline(Clock::now() + patience)
+    {
+        if (path.empty() || KWFileio::isFolder(path)
+            || (create && !KWFileio::makeFolder(KWFileio::folderOf(path)))) {
+            first = StoreAnswer::Failed;
+            return;
+        }
+        sqlite3* opened = nullptr;
+        const int flags =
+            create ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READWRITE;
+        note(sqlite3_open_v2(path.c_str(), &opened, flags | SQLITE_OPEN_FULLMUTEX, nullptr));
+        store.reset(opened);
+        if (opened)
+            sqlite3_busy_handler(opened, waitForLock, &deadline);
+    }
+    OpenStore(const OpenStore&) = delete;
+    OpenStore& operator=(const OpenStore&) = delete;
 
-Statement prepare(sqlite3* store, const char* text)
-{
-    sqlite3_stmt* prepared = nullptr;
-    noteAnswer(sqlite3_prepare_v2(store, text, -1, &prepared, nullptr));
-    return {prepared, &sqlite3_finalize};
-}
+    bool isGood() const { return first == StoreAnswer::Done; }
+    StoreAnswer answer() const { return first; }
+    int note(int code)
+    {
+        if (isGood())
+            first = answerOf(code);
+        return code;
+    }
+    bool run(const char* text)
+    {
+        return note(sqlite3_exec(store.get(), text, nullptr, nullptr, nullptr)) == SQLITE_OK;
+    }
+    Statement prepare(const char* text, const char* key)
+    {
+        sqlite3_stmt* prepared = nullptr;
+        note(sqlite3_prepare_v2(store.get(), text, -1, &prepared, nullptr));
+        if (prepared)
+            note(sqlite3_bind_text(prepared, 1, key, -1, SQLITE_STATIC));
+        return {prepared, &sqlite3_finalize};
+    }
+    // No table at all: a file that was only just made.
+    bool isEmpty()
+    {
+        sqlite3_stmt* prepared = nullptr;
+        const int code = sqlite3_prepare_v2(
+            store.get(), "SELECT count(*) FROM sqlite_master", -1, &prepared, nullptr);
+        const Statement count(prepared, &sqlite3_finalize);
+        return code == SQLITE_OK && sqlite3_step(prepared) == SQLITE_ROW
+            && sqlite3_column_int(prepared, 0) == 0;
+    }
 
-bool run(sqlite3* store, const char* text)
-{
-    const int answer = sqlite3_exec(store, text, nullptr, nullptr, nullptr);
-    noteAnswer(answer);
-    return answer == SQLITE_OK;
-}
+private:
+    Clock::time_point deadline;
+    Database store{nullptr, &sqlite3_close};
+    StoreAnswer first = StoreAnswer::Done;
+};
 
-// `take` reads column 0 of the one row; false when there is none.
-template <typename Take>
-bool readValue(const std::string& path, const char* key, Take take)
+bool takeRow(sqlite3_stmt* row, StoredSetting& value)
 {
-    if (!KWFileio::exists(path))
-        return false;
-    const Database store = openStore(path, false);
-    if (!store)
-        return false;
-    const Statement query = prepare(store.get(), "SELECT value FROM settings WHERE key = ?1");
-    if (!query || sqlite3_bind_text(query.get(), 1, key, -1, SQLITE_STATIC) != SQLITE_OK)
-        return false;
-    const int answer = sqlite3_step(query.get());
-    noteAnswer(answer);
-    return answer == SQLITE_ROW && take(query.get());
-}
-
-template <typename Bind>
-bool writeOnce(const std::string& path, const char* key, Bind bind)
-{
-    const Database store = openStore(path, true);
-    if (!store)
-        return false;
-    // Taken at once, so that two writers wait for each other instead of meeting half-way.
-    if (!run(store.get(), "BEGIN IMMEDIATE"))
-        return false;
-    const auto put = [&] {
-        if (!run(store.get(),
-                "CREATE TABLE IF NOT EXISTS settings"
-                " (key TEXT PRIMARY KEY NOT NULL, value)"))
-            return false;
-        const Statement statement = prepare(store.get(),
-            "INSERT INTO settings (key, value) VALUES (?1, ?2)"
-            " ON CONFLICT (key) DO UPDATE SET value = excluded.value");
-        return statement
-            && sqlite3_bind_text(statement.get(), 1, key, -1, SQLITE_STATIC) == SQLITE_OK
-            && bind(statement.get()) == SQLITE_OK && sqlite3_step(statement.get()) == SQLITE_DONE;
-    };
-    if (put())
-        return run(store.get(), "COMMIT");
-    run(store.get(), "ROLLBACK");
-    return false;
-}
-
-template <typename Bind>
-bool writeValue(const std::string& path, const char* key, Bind bind)
-{
-    const bool written = writeOnce(path, key, bind);
-    std::this_thread::sleep_for(kOpenDoor);
-    return written;
-}
-
-} // namespace
-
-bool KeyValueStore::readString(const char* key, std::string& value) const
-{
-    return readValue(path, key, [&value](sqlite3_stmt* row) {
-        if (sqlite3_column_type(row, 0) != SQLITE_TEXT)
-            return false;
+    switch (sqlite3_column_type(row, 0)) {
+    case SQLITE_INTEGER:
+        value = sqlite3_column_int(row, 0);
+        return true;
+    case SQLITE_TEXT: {
         const auto bytes = static_cast<size_t>(sqlite3_column_bytes(row, 0));
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, 0));
         if (!text || bytes > kMostText)
             return false;
-        value.assign(text, bytes);
+        value = std::string(text, bytes);
         return true;
-    });
+    }
+    default:
+        return false;
+    }
 }
 
-bool KeyValueStore::writeString(const char* key, const std::string& value) const
+int bindValue(sqlite3_stmt* row, const StoredSetting& value)
 {
-    return writeValue(path, key, [&value](sqlite3_stmt* row) {
+    if (const auto* text = std::get_if<std::string>(&value))
         return sqlite3_bind_text(
-            row, 2, value.c_str(), static_cast<int>(value.size()), SQLITE_STATIC);
-    });
+            row, 2, text->c_str(), static_cast<int>(text->size()), SQLITE_STATIC);
+    return sqlite3_bind_int(row, 2, std::get<int32_t>(value));
+}
+
+constexpr char kMakeTable[] = "CREATE TABLE IF NOT EXISTS settings"
+                              " (key TEXT PRIMARY KEY NOT NULL, value)";
+constexpr char kReplace[] = "INSERT INTO settings (key, value) VALUES (?1, ?2)"
+                            " ON CONFLICT (key) DO UPDATE SET value = excluded.value";
+constexpr char kAdd[] = "INSERT INTO settings (key, value) VALUES (?1, ?2)"
+                        " ON CONFLICT (key) DO NOTHING";
+
+} // namespace
+
+StoreAnswer KeyValueStore::get(
+    const char* key, StoredSetting& value, std::chrono::milliseconds patience) const
+{
+    if (!KWFileio::exists(path))
+        return StoreAnswer::Missing;
+    OpenStore store(path, false, patience);
+    if (!store.isGood())
+        return store.answer();
+    const Statement query = store.prepare("SELECT value FROM settings WHERE key = ?1", key);
+    if (!store.isGood())
+        return store.answer() == StoreAnswer::Broken && store.isEmpty() ? StoreAnswer::Missing
+                                                                        : store.answer();
+    const int step = store.note(sqlite3_step(query.get()));
+    if (!store.isGood())
+        return store.answer();
+    return step == SQLITE_ROW && takeRow(query.get(), value) ? StoreAnswer::Done
+                                                             : StoreAnswer::Missing;
+}
+
+StoreAnswer KeyValueStore::put(const char* key, const StoredSetting& value,
+    std::chrono::milliseconds patience, bool onlyIfMissing) const
+{
+    OpenStore store(path, true, patience);
+    // Taken at once, so that two writers wait for each other instead of meeting half-way.
+    if (!store.isGood() || !store.run("BEGIN IMMEDIATE"))
+        return store.answer();
+    const auto putIt = [&] {
+        const bool isNew = store.isEmpty();
+        if (isNew && !store.run(kMakeTable))
+            return;
+        const Statement statement = store.prepare(onlyIfMissing ? kAdd : kReplace, key);
+        if (store.isGood())
+            store.note(bindValue(statement.get(), value));
+        if (store.isGood())
+            store.note(sqlite3_step(statement.get()));
+    };
+    putIt();
+    if (store.isGood())
+        store.run("COMMIT");
+    // A transaction that stays open ends with the file.
+    return store.answer();
+}
+
+bool KeyValueStore::readString(const char* key, std::string& value) const
+{
+    StoredSetting stored;
+    if (get(key, stored, kPatience) != StoreAnswer::Done
+        || !std::holds_alternative<std::string>(stored))
+        return false;
+    value = std::get<std::string>(stored);
+    return true;
 }
 
 bool KeyValueStore::readInt(const char* key, int32_t& value) const
 {
-    return readValue(path, key, [&value](sqlite3_stmt* row) {
-        if (sqlite3_column_type(row, 0) != SQLITE_INTEGER)
-            return false;
-        value = sqlite3_column_int(row, 0);
-        return true;
-    });
+    StoredSetting stored;
+    if (get(key, stored, kPatience) != StoreAnswer::Done
+        || !std::holds_alternative<int32_t>(stored))
+        return false;
+    value = std::get<int32_t>(stored);
+    return true;
+}
+
+bool KeyValueStore::writeString(const char* key, const std::string& value) const
+{
+    const bool written = put(key, value, kPatience) == StoreAnswer::Done;
+    std::this_thread::sleep_for(kOpenDoor);
+    return written;
 }
 
 bool KeyValueStore::writeInt(const char* key, int32_t value) const
 {
-    return writeValue(
-        path, key, [value](sqlite3_stmt* row) { return sqlite3_bind_int(row, 2, value); });
+    const bool written = put(key, value, kPatience) == StoreAnswer::Done;
+    std::this_thread::sleep_for(kOpenDoor);
+    return written;
 }
 
 } // namespace ormund

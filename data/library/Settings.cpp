@@ -64,7 +64,7 @@ std::string numbered(const char* pattern, PresetKind kind)
     return key;
 }
 
-std::string readText(const KeyValueStore& keys, const char* key, std::string start)
+std::string readText(const SettingStore& keys, const char* key, std::string start)
 {
     keys.readString(key, start);
     return start;
@@ -92,18 +92,17 @@ void Settings::startUp()
 {
     std::string path;
     if (!keys.readString(kInstallPath, path))
-        keys.writeString(
-            kInstallPath, places.installed.empty() ? places.content : places.installed);
+        keys.addString(kInstallPath, places.installed.empty() ? places.content : places.installed);
     int32_t used = 0;
     if (!keys.readInt(kFirstUse, used) || used == 0)
         firstRun();
     const std::string global = numbered(kPresetPathN, PresetKind::Global);
     if (!keys.readString(global.c_str(), path) && keys.readString(kOldPresetPath, path))
-        keys.writeString(global.c_str(), path);
+        keys.addString(global.c_str(), path);
     int32_t value = 0;
     for (const OptionRow& row : kOptionRows)
         if (!keys.readInt(row.key, value))
-            keys.writeInt(row.key, row.start);
+            keys.addInt(row.key, row.start);
     for (const PresetKindRow& row : kKinds)
         linkShipped(row.kind);
 }
@@ -117,10 +116,10 @@ void Settings::firstRun() const
         if (browse.empty())
             continue;
         KWFileio::makeFolder(save);
-        setPresetPath(row.kind, browse);
-        setPresetSavePath(row.kind, save);
-        keys.writeString(row.title, browse);
-        keys.writeString((std::string(row.title) + "save").c_str(), save);
+        keys.addString(numbered(kPresetPathN, row.kind).c_str(), browse);
+        keys.addString(numbered(kPresetSavePathN, row.kind).c_str(), save);
+        keys.addString(row.title, browse);
+        keys.addString((std::string(row.title) + "save").c_str(), save);
     }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "data/state/StateParts.h"
-#include "platform/KeyValueStore.h"
+#include "platform/SettingStore.h"
 #include "platform/UserPlaces.h"
 
 #include <string>
@@ -27,7 +27,8 @@ struct SettingKey {
 };
 std::span<const SettingKey> settingKeys();
 
-// Each call reads or writes the store at once. The thread of the user interface.
+// Each call reads or writes the store at once; see SettingStore for one that is locked. The thread
+// of the user interface.
 class Settings {
 public:
     // The two options that parameters mirror, by ParameterEntry::settingIndex().
@@ -59,7 +60,7 @@ public:
     std::string audioFolder() const;
     void setAudioFolder(const std::string& folder) const;
 
-    const KeyValueStore& store() const { return keys; }
+    const SettingStore& store() const { return keys; }
 
 private:
     std::string kindFolder(PresetKind kind, const char* below) const;
@@ -67,7 +68,7 @@ private:
     void linkShipped(PresetKind kind) const;
 
     UserPlaces places;
-    KeyValueStore keys;
+    SettingStore keys;
 };
 
 } // namespace ormund

@@ -35,7 +35,7 @@ TEST_F(Home, AFirstRunWritesItsPathsAndLinksTheShippedContent)
     settings.startUp();
     std::string text;
     int32_t number = 0;
-    const KeyValueStore& store = settings.store();
+    const SettingStore& store = settings.store();
     EXPECT_TRUE(store.readInt("firstuse", number));
     EXPECT_EQ(number, 1);
     EXPECT_TRUE(store.readInt("ignorePrgChange", number));
