@@ -23,8 +23,12 @@ bool KWUniClientEditor::openFrame(void* parent, std::unique_ptr<FrameWindow> win
 {
     if (isOpenNow)
         return true;
-    if (!window)
+    if (!window) {
         chooseFirstScale();
+        window = openSystemWindow(parent);
+        if (!window)
+            return false;
+    }
     bitmaps = std::make_unique<BitmapTable>();
     AEffGUIEditor::open(parent);
     isOpenNow = true;

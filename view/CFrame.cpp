@@ -17,8 +17,8 @@ constexpr CPoint kNowhere{-10000, -10000};
 
 std::unique_ptr<FrameWindow> windowFor(void* systemWindow)
 {
-    if (systemWindow)
-        return makeSystemWindow(systemWindow);
+    if (auto window = openSystemWindow(systemWindow))
+        return window;
     return std::make_unique<OffscreenWindow>(1, 1);
 }
 

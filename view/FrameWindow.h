@@ -51,7 +51,7 @@ struct Desktop {
 // Asks the window system; unknown where there is none.
 Desktop askDesktop();
 
-// A child window of `parent`, the host's window; memory when there is no such window system.
-std::unique_ptr<FrameWindow> makeSystemWindow(void* parent);
+// A child window of `parent`, the host's window; null when there is no display or no such window.
+std::unique_ptr<FrameWindow> openSystemWindow(void* parent);
 
 } // namespace ormund

@@ -1,7 +1,6 @@
 #include "view/x11/SystemWindow.h"
 
 #include "view/CFrame.h"
-#include "view/offscreen/OffscreenWindow.h"
 #include "view/x11/Desktop.h"
 
 #include <cmath>
@@ -63,12 +62,10 @@ xcb_atom_t intern(xcb_connection_t* connection, const char* name)
 
 } // namespace
 
-std::unique_ptr<FrameWindow> makeSystemWindow(void* parent)
+std::unique_ptr<FrameWindow> openSystemWindow(void* parent)
 {
     const auto id = static_cast<xcb_window_t>(reinterpret_cast<uintptr_t>(parent));
-    if (auto window = SystemWindow::open(id))
-        return window;
-    return std::make_unique<OffscreenWindow>(1, 1);
+    return id != 0 ? SystemWindow::open(id) : nullptr;
 }
 
 std::unique_ptr<SystemWindow> SystemWindow::open(xcb_window_t parentWindow, bool mayShare)
