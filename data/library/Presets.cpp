@@ -7,8 +7,10 @@
 #include "platform/Messages.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
+#include <thread>
 
 namespace ormund {
 
@@ -56,6 +58,7 @@ void Presets::startUp()
 
 void Presets::scan()
 {
+    const std::lock_guard guard(lock);
     for (const PresetKind kind : kAllKinds)
         trees[at(kind)].scan({settings.presetPath(kind), settings.presetSavePath(kind)},
             presetKindRow(kind).extension);
@@ -78,6 +81,7 @@ LoadResult Presets::report(LoadResult result, const std::string& path, bool quie
 
 LoadResult Presets::load(PresetKind kind, const std::string& path, bool quiet)
 {
+    const std::lock_guard guard(lock);
     if (path.empty() || path == kNoChoice)
         return LoadResult::NoFile;
     KWChunk chunk;
@@ -115,6 +119,7 @@ void Presets::chooseFolder(PresetKind kind, const std::string& folder)
 
 LoadResult Presets::save(PresetKind kind, std::string path)
 {
+    const std::lock_guard guard(lock);
     if (path.empty() || path == kNoChoice)
         return LoadResult::NoFile;
     path = withExtension(std::move(path), presetKindRow(kind).extension);
@@ -135,6 +140,7 @@ LoadResult Presets::save(PresetKind kind, std::string path)
 
 LoadResult Presets::loadMap(const std::string& path)
 {
+    const std::lock_guard guard(lock);
     if (path.empty() || path == kNoChoice)
         return LoadResult::NoFile;
     KWChunk chunk;
@@ -161,6 +167,7 @@ LoadResult Presets::saveMap(std::string path)
 
 LoadResult Presets::loadState(const void* bytes, size_t byteCount)
 {
+    const std::lock_guard guard(lock);
     KWChunk chunk;
     chunk.assign(bytes, byteCount);
     StateReader::Options options;
@@ -176,13 +183,32 @@ LoadResult Presets::loadState(const void* bytes, size_t byteCount)
 
 const KWChunk& Presets::state()
 {
+    const std::lock_guard guard(lock);
     takeMidiProgram();
-    writeState(stateChunk, parts, PresetKind::Global);
+    writeWhole(stateChunk);
     return stateChunk;
+}
+
+// A program that MIDI chooses comes on the audio thread, which takes no lock: what was written
+// beside it may be of two songs, and is written again.
+void Presets::writeWhole(KWChunk& chunk)
+{
+    constexpr int kMostTries = 100;
+    for (int i = 0; i < kMostTries; ++i) {
+        const uint32_t before = parts.interlock.loads;
+        if (before % 2 == 0) {
+            writeState(chunk, parts, PresetKind::Global);
+            if (parts.interlock.loads == before)
+                return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    writeState(chunk, parts, PresetKind::Global);
 }
 
 bool Presets::restoreSnapshot()
 {
+    const std::lock_guard guard(lock);
     if (savedState.isEmpty())
         return false;
     KWChunk chunk = savedState.unpacked();
@@ -194,15 +220,17 @@ bool Presets::restoreSnapshot()
 
 Presets::Moment Presets::moment()
 {
+    const std::lock_guard guard(lock);
     takeMidiProgram();
     // Not the host's chunk: a pointer into that one may still be in use.
     KWChunk chunk;
-    writeState(chunk, parts, PresetKind::Global);
+    writeWhole(chunk);
     return {{chunk.words().begin(), chunk.words().end()}, position, paths};
 }
 
 void Presets::comeBackTo(const Moment& moment)
 {
+    const std::lock_guard guard(lock);
     KWChunk chunk;
     chunk.assign(moment.words);
     StateReader::Options options;
@@ -250,6 +278,7 @@ Presets::Place Presets::placeOf(int number) const
 
 void Presets::setProgram(int number)
 {
+    const std::lock_guard guard(lock);
     if (number == position.program)
         return;
     const Place place = placeOf(number);
@@ -269,6 +298,7 @@ std::string Presets::currentFolder(PresetKind kind)
 
 void Presets::step(PresetKind kind, int direction)
 {
+    const std::lock_guard guard(lock);
     const auto files = PresetTree::filesOf(currentFolder(kind), presetKindRow(kind).extension);
     if (files.empty())
         return;
@@ -283,6 +313,7 @@ void Presets::step(PresetKind kind, int direction)
 
 void Presets::random()
 {
+    const std::lock_guard guard(lock);
     const PresetTree& files = tree(PresetKind::Global);
     if (files.folderCount() == 0)
         return;
@@ -311,6 +342,7 @@ const std::string& Presets::name(PresetKind kind)
 
 void Presets::setName(PresetKind kind, const std::string& text)
 {
+    const std::lock_guard guard(lock);
     takeMidiProgram();
     position.names[at(kind)] = plainName(text);
 }

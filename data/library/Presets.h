@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -82,10 +83,13 @@ private:
     };
     Place placeOf(int number) const; // past a folder's ends in the neighbouring one
     void takeMidiProgram();
+    void writeWhole(KWChunk& chunk);
     void rebuildPaths();
     std::string currentFolder(PresetKind kind);
     static size_t at(PresetKind kind) { return static_cast<size_t>(kind); }
 
+    // Some hosts ask for a state on another thread than that which sets one.
+    std::recursive_mutex lock;
     Settings& settings;
     StateParts& parts;
     PresetPosition& position;

@@ -167,7 +167,10 @@ bool ProgramBank::apply(int program, StateParts& parts)
     const Program* state = bank->places[static_cast<size_t>(program)].program.get();
     if (!state)
         return false;
-    state->apply(parts);
+    {
+        const LoadMark mark(parts.interlock);
+        state->apply(parts);
+    }
     chosen.post(program);
     parts.interlock.stateLoaded(PresetKind::Global);
     return true;

@@ -1,6 +1,7 @@
 #include "data/state/MidiMap.h"
 
 #include "data/parameters/ParameterSink.h"
+#include "data/parameters/Tags.h"
 
 #include <algorithm>
 #include <thread>
@@ -29,6 +30,14 @@ CcAssignment assignment(int tag, int step)
 bool isList(int list) { return list >= 0 && list < MidiMap::kLists; }
 
 } // namespace
+
+std::optional<CcAssignment> assignmentOfWords(int32_t tag, int32_t step)
+{
+    const int low = tag & 0xFFFF;
+    if (low >= kTagCount)
+        return {};
+    return assignment(low, step & 0xFFFF);
+}
 
 // The right to change the map from outside the audio thread. Whoever holds it only copies a few
 // words, so the wait for another one is short.

@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace ormund {
@@ -19,6 +20,10 @@ struct CcAssignment {
     int16_t step = 0; // of a track, else 0
     friend bool operator==(const CcAssignment&, const CcAssignment&) = default;
 };
+
+// Two words of a file as an assignment. What no parameter can have gives none: saved again, its tag
+// could read as the mark at a list's end.
+std::optional<CcAssignment> assignmentOfWords(int32_t tag, int32_t step);
 
 // Lists of fixed room for the 128 controllers and one for channel pressure.
 //

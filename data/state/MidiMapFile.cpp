@@ -52,7 +52,8 @@ LoadResult readMidiMap(KWChunk& chunk, MidiMap& map)
         for (int32_t i = 0; i < count; ++i) {
             const int32_t tag = chunk.readInt();
             const int32_t step = revision >= kMapRevision ? chunk.readInt() : 0;
-            lists->add(controller, {static_cast<int16_t>(tag), static_cast<int16_t>(step)});
+            if (const auto entry = assignmentOfWords(tag, step))
+                lists->add(controller, *entry);
         }
     }
     if (chunk.isBroken())

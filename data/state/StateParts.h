@@ -9,6 +9,7 @@
 #include "data/tracks/Tracks.h"
 
 #include <array>
+#include <atomic>
 #include <string>
 
 namespace ormund {
@@ -36,8 +37,24 @@ public:
     // again.
     virtual void stateLoaded(PresetKind kind) = 0;
 
+    // Odd while a state is being put in place. Who reads a whole state meanwhile reads it again.
+    std::atomic<uint32_t> loads{0};
+
 protected:
+    LoadInterlock() = default;
     ~LoadInterlock() = default;
+};
+
+// A state is being put in place while it lives.
+class LoadMark {
+public:
+    explicit LoadMark(LoadInterlock& used) : interlock(used) { ++interlock.loads; }
+    ~LoadMark() { ++interlock.loads; }
+    LoadMark(const LoadMark&) = delete;
+    LoadMark& operator=(const LoadMark&) = delete;
+
+private:
+    LoadInterlock& interlock;
 };
 
 // No block runs while it lives, whichever way its scope is left.

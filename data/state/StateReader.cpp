@@ -19,11 +19,6 @@ Saved listOf(PresetKind kind)
     return kind == PresetKind::Global ? Saved::Preset : Saved::PresetAndSynth;
 }
 
-CcAssignment halves(int32_t tag, int32_t step)
-{
-    return {static_cast<int16_t>(tag & 0xFFFF), static_cast<int16_t>(step & 0xFFFF)};
-}
-
 } // namespace
 
 std::string plainName(std::string name)
@@ -84,6 +79,7 @@ LoadResult StateReader::load(KWChunk& chunk, const Options& options)
 
     {
         const BlocksStopped stopped(parts.interlock, how.wait);
+        const LoadMark mark(parts.interlock);
         apply = true;
         chunk.setCursor(0);
         readHead(chunk);
@@ -182,7 +178,8 @@ void StateReader::readAssignments(KWChunk& chunk, int list, bool pairs)
         const int32_t tag = chunk.readInt();
         if (tag == end)
             return;
-        map.add(list, halves(tag, pairs ? chunk.readInt() : 0));
+        if (const auto entry = assignmentOfWords(tag, pairs ? chunk.readInt() : 0))
+            map.add(list, *entry);
     }
 }
 
