@@ -11,7 +11,7 @@ LoadResult readChunkFile(const std::string& path, KWChunk& chunk, LoadResult ifN
 {
     std::array<uint32_t, kHeaderWords> header{};
     if (!KWFileio::read(path, header.data(), sizeof header))
-        return LoadResult::NoFile;
+        return LoadResult::Unreadable;
     chunk.assign(header.data(), sizeof header);
     if (!chunk.readHeader())
         return LoadResult::NoFormat;
@@ -22,7 +22,7 @@ LoadResult readChunkFile(const std::string& path, KWChunk& chunk, LoadResult ifN
         return LoadResult::NoFormat;
     std::vector<uint32_t> words(static_cast<size_t>(chunk.totalWords));
     if (!KWFileio::read(path, words.data(), words.size() * sizeof(uint32_t)))
-        return LoadResult::NoFile;
+        return LoadResult::Unreadable;
     chunk.assign(std::move(words));
     return LoadResult::Done;
 }

@@ -16,9 +16,10 @@ struct Row {
     Named named;
 };
 
-constexpr std::array<Row, 9> kTexts{{
+constexpr std::array<Row, 10> kTexts{{
     {LoadResult::Done, "", Named::Nothing},
     {LoadResult::NoFile, "", Named::Nothing},
+    {LoadResult::Unreadable, "%s cannot be read", Named::Path},
     {LoadResult::NoFormat, "\t This is no valid %s format!", Named::Product},
     {LoadResult::WrongVersion, "wrong plugin version", Named::Nothing},
     {LoadResult::WrongFile, "This is not a %s file", Named::Product},

@@ -5,6 +5,7 @@
 
 #include "controls/KWOptionMenu.h"
 #include "editor/FileSheet.h"
+#include "platform/Messages.h"
 
 #include <gmock/gmock.h>
 
@@ -124,6 +125,10 @@ TEST_F(Files, AFileThatCannotBeLoadedGivesNoName)
     EXPECT_TRUE(presets.getPresetPath(path, "kwe"));
     EXPECT_EQ(path, (folder / "broken.kwe").string());
     EXPECT_EQ(presets.selectedText, before);
+    rig.idle();
+    EXPECT_EQ(currentMessage(), path + " cannot be read");
+    rig.user->key({.key = CKey::Return});
+    rig.idle(3);
     fs::remove(folder / "broken.kwe");
 }
 
