@@ -1,5 +1,7 @@
 #include "apps/options/CommandLine.h"
 
+#include "base/TerminalText.h"
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iomanip>
@@ -113,8 +115,8 @@ std::optional<int> CommandLine::parse(int count, char** arguments)
 
 int CommandLine::refuse(const std::string& why) const
 {
-    std::fprintf(
-        stderr, "%s: %s (--help tells more)\n", parser->app.get_name().c_str(), why.c_str());
+    std::fprintf(stderr, "%s: %s (--help tells more)\n", parser->app.get_name().c_str(),
+        terminalText(why).c_str());
     return kUsageError;
 }
 

@@ -5,6 +5,8 @@
 #include "apps/ormund-render/Rendering.h"
 #include "apps/ormund-render/RenderOptions.h"
 
+#include "base/TerminalText.h"
+
 #include <cstdio>
 #include <exception>
 
@@ -40,7 +42,7 @@ int main(int count, char** arguments)
             options.describe.empty() ? run(options) : describeFile(options.describe, options.json);
         if (problem.empty())
             return 0;
-        std::fprintf(stderr, "ormund-render: %s\n", problem.c_str());
+        std::fprintf(stderr, "ormund-render: %s\n", terminalText(problem).c_str());
     } catch (const std::exception& mishap) {
         std::fprintf(stderr, "ormund-render: %s\n", mishap.what());
     }

@@ -2,11 +2,13 @@
 #include "apps/ormund/Player.h"
 #include "apps/ormund/PlayerOptions.h"
 #include "apps/ormund/PlayerWindow.h"
+#include "base/TerminalText.h"
 
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <thread>
+#include <unistd.h>
 
 using namespace ormund;
 
@@ -14,20 +16,27 @@ namespace {
 
 enum ExitCode { kGood = 0, kFailed = 1 };
 constexpr int kIdleMs = 16;
+constexpr unsigned kMostSecondsToEnd = 4;
 
 volatile std::sig_atomic_t endWanted = 0;
 
 void listenForEnd()
 {
     struct sigaction action = {};
-    action.sa_handler = [](int) { endWanted = 1; };
+    action.sa_handler = [](int) {
+        endWanted = 1;
+        alarm(kMostSecondsToEnd);
+    };
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         sigaction(signal, &action, nullptr);
+    // A sound server that stands still would hold the program in one of its calls for ever.
+    action.sa_handler = [](int) { _exit(kGood); };
+    sigaction(SIGALRM, &action, nullptr);
 }
 
 int fail(const std::string& problem)
 {
-    std::fprintf(stderr, "ormund: %s\n", problem.c_str());
+    std::fprintf(stderr, "ormund: %s\n", terminalText(problem).c_str());
     return kFailed;
 }
 
@@ -48,6 +57,7 @@ void runWindow(Player& player, PlayerWindow& window)
 {
     while (!endWanted && window.run())
         player.idle();
+    alarm(kMostSecondsToEnd);
 }
 
 void runWithoutWindow(Player& player)
