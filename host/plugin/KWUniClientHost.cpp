@@ -18,6 +18,8 @@ constexpr VstInt32 kVendorVersion = 1061;
 constexpr char kNoParameter[] = "empty";
 constexpr size_t kTextRoom = kVstMaxParamStrLen;
 constexpr int kAllNotesOffController = 123;
+// Hours: what a host means by more is no place in a block.
+constexpr VstInt32 kLastFrame = 1 << 28;
 
 constexpr const char* kCapabilities[] = {
     "receiveVstEvents",
@@ -146,7 +148,7 @@ void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKI
         InternalEvent internal;
         if (event && event->type == kVstMidiType
             && toInternal(*reinterpret_cast<const VstMidiEvent*>(event), internal))
-            inputQueue.insert(internal, std::max(event->deltaFrames, 0) - untilTick);
+            inputQueue.insert(internal, std::clamp(event->deltaFrames, 0, kLastFrame) - untilTick);
     }
 }
 
