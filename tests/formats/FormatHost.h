@@ -55,6 +55,8 @@ public:
     // Plays on; a loop jumps at a block's start.
     void play(int64_t frames, int block = 512, double loopEnd = 1e9);
 
+    // A block of no frames.
+    void call() { runBlock(0); }
     // The range that the host loops, which it reports with each block.
     void loop(double from, double to)
     {

@@ -14,8 +14,6 @@ struct Format {
 };
 inline constexpr Format kFormats[] = {
     {"CLAP", makeClapHost}, {"LV2", makeLv2Host}, {"VST3", makeVst3Host}};
-// Those whose own side is ours too, not the framework's.
-inline constexpr Format kOwnAdapters[] = {{"CLAP", makeClapHost}, {"LV2", makeLv2Host}};
 inline void PrintTo(const Format& format, std::ostream* out) { *out << format.name; }
 
 // Two global presets that an instance finds. Both play notes, and the swing tells which one it is.

@@ -4,7 +4,6 @@
 #include "apps/host/ScriptedHost.h"
 #include "data/parameters/Tags.h"
 #include "host/formats/Base64.h"
-#include "host/formats/SongPlace.h"
 
 #include <algorithm>
 #include <chrono>
@@ -229,35 +228,6 @@ TEST_P(Formats, LoopThatJumpsAtABlockLosesNoStep)
         for (size_t i = 0; i < now.size(); ++i)
             EXPECT_NEAR(static_cast<double>(now[i]), static_cast<double>(first[i]), 32.0);
     }
-}
-
-TEST(SongFollower, BarThatTurnsOneBlockEarlyIsCountedBack)
-{
-    SongFollower follower;
-    const double step = 512 / 44100.0 * 2; // beats
-    BarPlace place{.playing = true, .valid = true, .beat = 3.5};
-    double last = follower.follow(place, 512, 44100).quarters;
-    for (int block = 1; block < 60; ++block) {
-        place.frame += 512;
-        place.beat += step;
-        if (place.beat >= 4) {
-            place.beat -= 4;
-        } else if (place.beat + step >= 4) {
-            ++place.bar;
-        }
-        const double now = follower.follow(place, 512, 44100).quarters;
-        EXPECT_NEAR(now - last, step, 1e-9) << block;
-        last = now;
-    }
-    place.bar += 1; // a locate
-    EXPECT_NEAR(follower.follow(place, 512, 44100).quarters - last, 4, 0.1);
-}
-
-TEST(SongFollower, PutsTheBarsOfAMeterTogether)
-{
-    const BarPlace seven{
-        .playing = true, .valid = true, .bar = 3, .beat = 3.5, .beatsPerBar = 7, .beatType = 8};
-    EXPECT_DOUBLE_EQ(SongFollower().follow(seven, 64, 44100).quarters, 8.75);
 }
 
 TEST(Base64, GoesThereAndBackAndRefusesWhatItIsNot)

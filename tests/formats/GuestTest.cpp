@@ -43,10 +43,11 @@ protected:
 };
 // What a format has no word for: LV2 hosts keep controls, write texts and loop by themselves.
 class TellingGuest : public Guest { };
-INSTANTIATE_TEST_SUITE_P(All, TellingGuest, testing::Values(Format{"CLAP", makeClapHost}),
+INSTANTIATE_TEST_SUITE_P(All, TellingGuest,
+    testing::Values(Format{"CLAP", makeClapHost}, Format{"VST3", makeVst3Host}),
     [](const auto& made) { return made.param.name; });
 INSTANTIATE_TEST_SUITE_P(
-    All, Guest, testing::ValuesIn(kOwnAdapters), [](const auto& made) { return made.param.name; });
+    All, Guest, testing::ValuesIn(kFormats), [](const auto& made) { return made.param.name; });
 } // namespace
 
 TEST_P(Guest, KeepsItsSongInPiecesOfAnySize)
@@ -78,6 +79,18 @@ TEST_P(Guest, RefusesJunkAndKeepsTheSong)
         EXPECT_FALSE(host->loadBytes(junk)) << junk.size();
         EXPECT_EQ(host->saveBytes(), whole) << junk.size();
     }
+}
+
+// A host that stands still asks for changes with a call of no frames.
+TEST_P(TellingGuest, TakesChangesWithoutFrames)
+{
+    const auto host = makeHost();
+    const std::string before = host->chunkText();
+    host->setParameter(numberOf(Tag::Swing), 0.37f);
+    host->setParameter(0, 1);
+    host->call();
+    EXPECT_NE(host->chunkText(), before);
+    EXPECT_NE(host->saveBytes().find("dpf_bypass" + std::string(1, '\0') + "1"), std::string::npos);
 }
 
 TEST_P(TellingGuest, BypassAndButtonsComeBackWithTheSong)

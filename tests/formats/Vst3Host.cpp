@@ -21,8 +21,15 @@ class Vst3Host;
 struct HandlerTable : v3_funknown {
     v3_component_handler handler;
 };
+struct SecondHandlerTable : v3_funknown {
+    v3_component_handler2 handler;
+};
 struct Handler : Vst3Object<HandlerTable> {
     Vst3Host* host = nullptr;
+    struct Second : Vst3Object<SecondHandlerTable> {
+        Vst3Host* host = nullptr;
+        Second();
+    } second;
     Handler();
 };
 
@@ -40,7 +47,7 @@ class Vst3Host final : public FormatHost {
 public:
     Vst3Host()
     {
-        handler.host = this;
+        handler.host = handler.second.host = this;
         frame_.host = this;
         library = dlopen(kModule, RTLD_NOW | RTLD_LOCAL);
         if (!library)
@@ -88,9 +95,30 @@ public:
         dlclose(library);
     }
 
-    void setParameter(int index, float value) override
+    void setParameter(int index, float value) override { automate(index, value, 0); }
+    void automate(int index, float value, int at) override
     {
-        changes.values.emplace_back(first + static_cast<v3_param_id>(index), value);
+        changes.values.emplace_back(first + static_cast<v3_param_id>(index), value, at);
+    }
+    std::string textOf(int index, float value) override
+    {
+        v3_str_128 text{};
+        v3_cpp_obj(controller)
+            ->get_parameter_string_for_value(controller, first + static_cast<v3_param_id>(index),
+                static_cast<double>(value), text);
+        return narrow(text);
+    }
+    std::optional<float> valueOf(int index, const std::string& text) override
+    {
+        std::vector<int16_t> wide(text.begin(), text.end());
+        wide.push_back(0);
+        double value = 0;
+        if (v3_cpp_obj(controller)
+                ->get_parameter_value_for_string(
+                    controller, first + static_cast<v3_param_id>(index), wide.data(), &value)
+            != V3_OK)
+            return {};
+        return static_cast<float>(value);
     }
     int64_t tail() override { return v3_cpp_obj(processor)->get_tail_samples(processor); }
 
@@ -99,25 +127,30 @@ public:
         v3_bus_info info{};
         v3_cpp_obj(component)->get_bus_info(
             component, V3_EVENT, isInput ? V3_INPUT : V3_OUTPUT, 0, &info);
-        std::string name;
-        for (const int16_t* letter = info.bus_name; *letter; ++letter)
-            name += static_cast<char>(*letter);
-        return name;
+        return narrow(info.bus_name);
     }
 
+    std::string saveBytes() override
+    {
+        Vst3Stream stream;
+        stream.most = static_cast<int>(piece);
+        v3_cpp_obj(component)->get_state(component, stream.as<v3_bstream>());
+        return stream.bytes;
+    }
+    bool loadBytes(const std::string& bytes) override
+    {
+        Vst3Stream stream;
+        stream.most = static_cast<int>(piece);
+        stream.bytes = bytes;
+        return v3_cpp_obj(component)->set_state(component, stream.as<v3_bstream>()) == V3_OK;
+    }
     std::string chunkText() override
     {
-        Vst3Stream stream;
-        v3_cpp_obj(component)->get_state(component, stream.as<v3_bstream>());
-        const size_t at = stream.bytes.find(kKey);
-        return at == std::string::npos ? "" : stream.bytes.c_str() + at + kKey.size();
+        const std::string bytes = saveBytes();
+        const size_t at = bytes.find(kKey);
+        return at == std::string::npos ? "" : bytes.c_str() + at + kKey.size();
     }
-    void restoreChunk(const std::string& text) override
-    {
-        Vst3Stream stream;
-        stream.bytes = onlyChunk(text);
-        v3_cpp_obj(component)->set_state(component, stream.as<v3_bstream>());
-    }
+    void restoreChunk(const std::string& text) override { loadBytes(onlyChunk(text)); }
 
     bool openEditor(unsigned long parent) override
     {
@@ -179,6 +212,11 @@ protected:
         context.project_time_in_samples = std::llround(beat * 60 / tempo * kRate);
         context.project_time_quarters = beat;
         context.bpm = tempo;
+        if (loopTo > loopFrom) {
+            context.state |= V3_PROCESS_CTX_CYCLE_VALID | V3_PROCESS_CTX_CYCLE_ACTIVE;
+            context.cycle_start_quarters = loopFrom;
+            context.cycle_end_quarters = loopTo;
+        }
         context.time_sig_numerator = beatsPerBar;
         context.time_sig_denom = beatType;
         Vst3Changes outChanges;
@@ -198,6 +236,13 @@ protected:
     }
 
 private:
+    static std::string narrow(const int16_t* wide)
+    {
+        std::string text;
+        for (; *wide; ++wide)
+            text += static_cast<char>(*wide);
+        return text;
+    }
     template <class Interface>
     void create(const v3_tuid& id, const v3_tuid& iid, Interface**& object)
     {
@@ -251,7 +296,8 @@ private:
                 && v3_cpp_obj(mapping)->get_midi_controller_assignment(
                        mapping, 0, 0, static_cast<int16_t>(midi.data1), &id)
                     == V3_OK)
-                changes.values.emplace_back(id, midi.data2 / 127.0);
+                changes.values.emplace_back(
+                    id, midi.data2 / 127.0, static_cast<int32_t>(midi.frame));
             if (mapping)
                 v3_cpp_obj_unref(mapping);
             return;
@@ -279,8 +325,8 @@ private:
                 sevenBits(event.note_on.velocity)});
             break;
         case V3_EVENT_NOTE_OFF:
-            events.push_back({at, 0x80 | event.note_off.channel, event.note_off.pitch,
-                sevenBits(event.note_off.velocity)});
+            // As the engine ends its notes.
+            events.push_back({at, 0x90 | event.note_off.channel, event.note_off.pitch, 0});
             break;
         case V3_EVENT_LEGACY_MIDI_CC_OUT: {
             const v3_event_legacy_midi_cc_out& out = event.midi_cc_out;
@@ -312,8 +358,21 @@ private:
     v3_param_id first = 0; // the bypass; the engine's follow
 };
 
+Handler::Second::Second()
+{
+    handler.set_dirty = [](void* self, v3_bool) -> v3_result {
+        ++vst3Self<Second>(self).host->markedDirty;
+        return V3_OK;
+    };
+}
+
 Handler::Handler()
 {
+    query_interface = [](void* self, const v3_tuid iid, void** object) -> v3_result {
+        const bool isSecond = v3_tuid_match(iid, v3_component_handler2_iid);
+        *object = isSecond ? vst3Self<Handler>(self).second.as<v3_component_handler2>() : nullptr;
+        return isSecond ? V3_OK : V3_NO_INTERFACE;
+    };
     handler.begin_edit = [](void* self, v3_param_id id) -> v3_result {
         vst3Self<Handler>(self).host->edited(FormatHost::Edit::Begin, id, 0);
         return V3_OK;

@@ -62,7 +62,7 @@ struct Vst3StreamTable : v3_funknown {
 };
 
 struct Vst3Stream : Vst3Object<Vst3StreamTable> {
-    static constexpr int kMost = 700; // a host may take and give less than is asked
+    int most = 700; // a host may take and give less than is asked
     std::string bytes;
     size_t place = 0;
 
@@ -70,13 +70,13 @@ struct Vst3Stream : Vst3Object<Vst3StreamTable> {
     {
         stream.read = [](void* self, void* to, int32_t size, int32_t* count) -> v3_result {
             auto& all = vst3Self<Vst3Stream>(self);
-            *count = std::min({size, kMost, static_cast<int32_t>(all.bytes.size() - all.place)});
+            *count = std::min({size, all.most, static_cast<int32_t>(all.bytes.size() - all.place)});
             std::memcpy(to, all.bytes.data() + all.place, static_cast<size_t>(*count));
             all.place += static_cast<size_t>(*count);
             return V3_OK;
         };
         stream.write = [](void* self, void* from, int32_t size, int32_t* count) -> v3_result {
-            *count = std::min(size, kMost);
+            *count = std::min(size, vst3Self<Vst3Stream>(self).most);
             vst3Self<Vst3Stream>(self).bytes.append(
                 static_cast<const char*>(from), static_cast<size_t>(*count));
             return V3_OK;
@@ -185,17 +185,18 @@ struct Vst3Application : Vst3Object<v3_host_application_cpp> {
     }
 };
 
-// One change of one parameter, at the block's start.
+// One change of one parameter.
 struct Vst3Change : Vst3Object<v3_param_value_queue_cpp> {
     v3_param_id id = 0;
     double value = 0;
+    int32_t at = 0;
 
     Vst3Change()
     {
         queue.get_param_id = [](void* self) { return vst3Self<Vst3Change>(self).id; };
         queue.get_point_count = [](void*) -> int32_t { return 1; };
         queue.get_point = [](void* self, int32_t, int32_t* frame, double* normalised) -> v3_result {
-            *frame = 0;
+            *frame = vst3Self<Vst3Change>(self).at;
             *normalised = vst3Self<Vst3Change>(self).value;
             return V3_OK;
         };
@@ -204,7 +205,7 @@ struct Vst3Change : Vst3Object<v3_param_value_queue_cpp> {
 };
 
 struct Vst3Changes : Vst3Object<v3_param_changes_cpp> {
-    std::vector<std::pair<v3_param_id, double>> values;
+    std::vector<std::tuple<v3_param_id, double, int32_t>> values;
     Vst3Change one; // the one that the plug-in looks at
     Vst3Change outgoing;
 
@@ -215,7 +216,8 @@ struct Vst3Changes : Vst3Object<v3_param_changes_cpp> {
         };
         changes.get_param_data = [](void* self, int32_t index) {
             auto& all = vst3Self<Vst3Changes>(self);
-            std::tie(all.one.id, all.one.value) = all.values[static_cast<size_t>(index)];
+            std::tie(all.one.id, all.one.value, all.one.at) =
+                all.values[static_cast<size_t>(index)];
             return all.one.as<v3_param_value_queue>();
         };
         changes.add_param_data = [](void* self, v3_param_id*, int32_t* index) {
