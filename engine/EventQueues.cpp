@@ -1,12 +1,43 @@
 #include "engine/EventQueues.h"
 
-#include <cstddef>
-
 namespace ormund {
 
 namespace {
+constexpr int kAllNotesOffController = 123;
 constexpr size_t slot(int index) { return static_cast<size_t>(index); }
 } // namespace
+
+std::optional<InternalEvent> internalEvent(const std::array<uint8_t, 3>& message)
+{
+    InternalEvent event;
+    event.data1 = message[1] & 0x7f;
+    event.data2 = message[2] & 0x7f;
+    switch (message[0] & 0xF0) {
+    case 0x90:
+        event.code = event.data2 > 0 ? EventCode::NoteOn : EventCode::NoteOff;
+        return event;
+    case 0x80:
+        event.code = EventCode::NoteOff;
+        return event;
+    case 0xB0:
+        // On the other channels it is a controller like any other.
+        event.code = event.data1 == kAllNotesOffController && (message[0] & 0x0F) == 0
+            ? EventCode::AllNotesOff
+            : EventCode::Controller;
+        return event;
+    case 0xC0:
+        event.code = EventCode::ProgramChange;
+        return event;
+    case 0xD0:
+        event.code = EventCode::Pressure;
+        return event;
+    case 0xE0:
+        event.code = EventCode::PitchWheel;
+        return event;
+    default:
+        return std::nullopt;
+    }
+}
 
 InputQueue::InputQueue() { clear(); }
 
@@ -101,33 +132,14 @@ bool InputQueue::takeLostRelease()
     return lost;
 }
 
-OutgoingList::OutgoingList() : events{}, block{}
-{
-    static_assert(offsetof(Block, events) == offsetof(VstEvents, events));
-    for (size_t i = 0; i < events.size(); ++i) {
-        events[i].type = kVstMidiType;
-        events[i].byteSize = sizeof(VstMidiEvent);
-        block.events[i] = reinterpret_cast<VstEvent*>(&events[i]);
-    }
-}
-
 bool OutgoingList::append(int status, int data1, int data2)
 {
     if (isFull())
         return false;
-    VstMidiEvent& event = events[slot(eventCount++)];
-    event.deltaFrames = eventDelta;
-    event.midiData[0] = static_cast<uint8_t>(status);
-    event.midiData[1] = static_cast<uint8_t>(data1 & 0x7f);
-    event.midiData[2] = static_cast<uint8_t>(data2 & 0x7f);
+    list[slot(eventCount++)] = {eventDelta,
+        {static_cast<uint8_t>(status), static_cast<uint8_t>(data1 & 0x7f),
+            static_cast<uint8_t>(data2 & 0x7f)}};
     return true;
-}
-
-VstEvents* OutgoingList::close()
-{
-    block.numEvents = eventCount;
-    eventCount = 0;
-    return reinterpret_cast<VstEvents*>(&block);
 }
 
 } // namespace ormund

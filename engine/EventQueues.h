@@ -3,10 +3,12 @@
 #pragma once
 
 #include "base/ZeroedArray.h"
-#include "host/effect/EffectTypes.h"
+#include "engine/MidiEvent.h"
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <span>
 
 namespace ormund {
 
@@ -33,6 +35,8 @@ struct InternalEvent {
     int32_t reserved = 0;
 };
 static_assert(sizeof(InternalEvent) == 32);
+// Nothing for a message that the engine has no use for.
+std::optional<InternalEvent> internalEvent(const std::array<uint8_t, 3>& message);
 
 // Incoming events in time order, each counted from the one before it; the head from the next tick.
 // An event acts at the first tick at or after its frame. Audio thread; nothing allocates.
@@ -75,35 +79,26 @@ private:
     bool lostRelease = false;
 };
 
-// The MIDI events of one block, in the form in which the host takes them. Audio thread.
+// The MIDI events of one block, in the order in which they go out. Audio thread.
 class OutgoingList {
 public:
     static constexpr int kCapacity = 256;
-
-    OutgoingList();
-    OutgoingList(const OutgoingList&) = delete;
-    OutgoingList& operator=(const OutgoingList&) = delete;
 
     // Stamps the event with `eventDelta`. False, and nothing happens, when the list is full.
     bool append(int status, int data1, int data2);
     bool isFull() const { return eventCount == kCapacity; }
     int count() const { return eventCount; }
-    const VstMidiEvent& at(int index) const { return events[static_cast<size_t>(index)]; }
-    // Sets the block's count; the list starts afresh with the next event.
-    VstEvents* close();
+    const MidiEvent& at(int index) const { return list[static_cast<size_t>(index)]; }
+    std::span<const MidiEvent> events() const
+    {
+        return {list.data(), static_cast<size_t>(eventCount)};
+    }
     void clear() { eventCount = 0; }
 
     int eventDelta = 0; // frame in the block of the current tick
 
 private:
-    // VstEvents with room for all pointers.
-    struct Block {
-        int32_t numEvents;
-        intptr_t reserved;
-        VstEvent* events[kCapacity];
-    };
-    std::array<VstMidiEvent, kCapacity> events;
-    Block block;
+    std::array<MidiEvent, kCapacity> list;
     int eventCount = 0;
 };
 

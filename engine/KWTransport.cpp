@@ -10,12 +10,11 @@ constexpr double kJump = 0.5; // quarter notes off the host's position that coun
 // A host may still report a place just beyond the loop's end after its return.
 constexpr double kCycleTolerance = 0.15;
 
-double usableTempo(const VstTimeInfo& record, double stored)
+double usableTempo(const BlockTransport& block, double stored)
 {
-    const bool isSilent = (record.flags & kVstTempoValid) == 0 && !(record.tempo > 0);
-    if (isSilent || !(record.tempo < kMaxTempo))
+    if (!block.tempoValid || !(block.tempo < kMaxTempo))
         return stored;
-    return std::max(record.tempo, kMinTempo);
+    return std::max(block.tempo, kMinTempo);
 }
 } // namespace
 
@@ -28,26 +27,24 @@ bool KWTransport::setRunning(bool running)
     return true;
 }
 
-bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
+bool KWTransport::evaluate(const BlockTransport* block, int frames)
 {
     tempo = info.tempo;
     positionIncrement = 0;
     wrapArmed = false;
-    if (!record)
+    if (!block)
         return false;
-    tempo = usableTempo(*record, tempo);
+    tempo = usableTempo(*block, tempo);
 
-    const double position = record->ppqPos;
-    const bool plays = (record->flags & kVstTransportPlaying) != 0;
-    if (!plays || !(position >= 0) || !std::isfinite(position)) {
+    const double position = block->position;
+    if (!block->playing || !(position >= 0) || !std::isfinite(position)) {
         moveTo(0);
         return setRunning(false);
     }
 
-    constexpr int kCycle = kVstCyclePosValid | kVstTransportCycleActive;
-    const double cycleEnd = record->cycleEndPos;
-    const bool cycleOn = (record->flags & kCycle) == kCycle && std::isfinite(cycleEnd)
-        && std::isfinite(record->cycleStartPos);
+    const double cycleEnd = block->loopEnd;
+    const bool cycleOn =
+        block->loopOn && std::isfinite(cycleEnd) && std::isfinite(block->loopStart);
     const bool justPastCycleEnd =
         cycleOn && position > cycleEnd && position - cycleEnd < kCycleTolerance;
     if (std::abs(info.songPositionPrecise - position) > kJump && !justPastCycleEnd)
@@ -67,7 +64,7 @@ bool KWTransport::evaluate(const VstTimeInfo* record, int frames)
         if (cycleOn && cycleEnd <= projected && position < cycleEnd) {
             wrapArmed = true;
             wrapPosition = static_cast<float>(cycleEnd);
-            wrapTarget = record->cycleStartPos;
+            wrapTarget = block->loopStart;
         }
     }
     return setRunning(true);

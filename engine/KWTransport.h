@@ -3,7 +3,7 @@
 
 #include "base/LastSeen.h"
 #include "data/music/KWSystemInfo.h"
-#include "host/effect/EffectTypes.h"
+#include "engine/BlockTransport.h"
 
 namespace ormund {
 
@@ -13,9 +13,9 @@ class KWTransport {
 public:
     explicit KWTransport(KWSystemInfo& timeBase) : info(timeBase) { }
 
-    // `record` is the host's, or null for none: then the position holds still and nothing else
-    // changes. True when the host has started or stopped.
-    bool evaluate(const VstTimeInfo* record, int frames);
+    // `block` null: there is no transport. Then the position holds still and nothing else changes.
+    // True when the host has started or stopped.
+    bool evaluate(const BlockTransport* block, int frames);
     // Moves on by `samples`, back to the cycle's start where its end is reached.
     void advance(int samples);
     // Whether this block may jump back to the cycle's start.

@@ -129,13 +129,14 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
         return;
 
     const VstTimeInfo* record = wrapperMode() ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
-    const double recordPosition = record ? record->ppqPos : 0.0;
-    if (transport.evaluate(record, sampleFrames) || transport.blockTempo() != info.tempo)
+    const BlockTransport block = record ? blockTransport(*record) : BlockTransport{};
+    if (transport.evaluate(record ? &block : nullptr, sampleFrames)
+        || transport.blockTempo() != info.tempo)
         restsLeft = 0;
     clearOutputs(outputs, sampleFrames);
     if (!restBlock(sampleFrames))
         playRuns(outputs, sampleFrames);
-    sendOutgoing(recordPosition);
+    sendOutgoing(block.position);
 }
 
 void KWUniClient::playRuns(float** outputs, int frames)
@@ -316,16 +317,15 @@ void KWUniClient::renderRun(float** outputs, int frame, int samples)
 
 void KWUniClient::sendOutgoing(double songPosition)
 {
-    const int count = outgoing.count();
-    if (count == 0)
+    if (outgoing.count() == 0)
         return;
-    VstEvents* events = outgoing.close();
     if (!wrapperMode()) {
-        sendVstEventsToHost(events);
+        sendVstEventsToHost(sent.fill(outgoing.events()));
     } else if (wrapper->hasMidiOutput()) {
-        for (int i = 0; i < count; ++i)
-            wrapper->midiOut(outgoing.at(i), songPosition);
+        for (const MidiEvent& event : outgoing.events())
+            wrapper->midiOut(effectEvent(event), songPosition);
     }
+    outgoing.clear();
 }
 
 void KWUniClient::publish()

@@ -25,6 +25,7 @@
 #include "engine/KWTransport.h"
 #include "engine/ScreenValues.h"
 #include "host/effect/KWPluginBase.h"
+#include "host/plugin/EffectRecords.h"
 #include "synth/KWSynth.h"
 
 namespace ormund {
@@ -166,7 +167,6 @@ private:
     void reactGlobalEdit(int tag);
     void applyDefaults();
     // host/plugin/KWUniClientHost.cpp
-    static bool toInternal(const VstMidiEvent& midi, InternalEvent& event);
     void programChanged(int program);
     // host/plugin/KWUniClientState.cpp
     void stepPreset(int tag);
@@ -200,6 +200,7 @@ private:
     // Audio thread.
     InputQueue inputQueue;
     OutgoingList outgoing;
+    EffectEventList sent;
     KWNoteSchedule schedule;
     KWTransport transport;
     KWKeys keys;

@@ -3,6 +3,7 @@
 #include "host/plugin/KWUniClient.h"
 
 #include "data/parameters/Tags.h"
+#include "host/plugin/EffectRecords.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -17,7 +18,6 @@ constexpr char kVendor[] = "Kelda Works";
 constexpr VstInt32 kVendorVersion = 1061;
 constexpr char kNoParameter[] = "empty";
 constexpr size_t kTextRoom = kVstMaxParamStrLen;
-constexpr int kAllNotesOffController = 123;
 // Hours: what a host means by more is no place in a block.
 constexpr VstInt32 kLastFrame = 1 << 28;
 
@@ -145,42 +145,11 @@ void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKI
     const VstEvent* const* list = events->events;
     for (VstInt32 i = 0; i < events->numEvents; ++i) {
         const VstEvent* event = list[i];
-        InternalEvent internal;
-        if (event && event->type == kVstMidiType
-            && toInternal(*reinterpret_cast<const VstMidiEvent*>(event), internal))
-            inputQueue.insert(internal, std::clamp(event->deltaFrames, 0, kLastFrame) - untilTick);
-    }
-}
-
-bool KWUniClient::toInternal(const VstMidiEvent& midi, InternalEvent& event)
-{
-    const int status = static_cast<uint8_t>(midi.midiData[0]);
-    event.data1 = midi.midiData[1] & 0x7f;
-    event.data2 = midi.midiData[2] & 0x7f;
-    switch (status & 0xF0) {
-    case 0x90:
-        event.code = event.data2 > 0 ? EventCode::NoteOn : EventCode::NoteOff;
-        return true;
-    case 0x80:
-        event.code = EventCode::NoteOff;
-        return true;
-    case 0xB0:
-        // On the other channels it is a controller like any other.
-        event.code = event.data1 == kAllNotesOffController && (status & 0x0F) == 0
-            ? EventCode::AllNotesOff
-            : EventCode::Controller;
-        return true;
-    case 0xC0:
-        event.code = EventCode::ProgramChange;
-        return true;
-    case 0xD0:
-        event.code = EventCode::Pressure;
-        return true;
-    case 0xE0:
-        event.code = EventCode::PitchWheel;
-        return true;
-    default:
-        return false;
+        if (!event || event->type != kVstMidiType)
+            continue;
+        if (const auto internal =
+                internalEvent(midiEvent(*reinterpret_cast<const VstMidiEvent*>(event)).bytes))
+            inputQueue.insert(*internal, std::clamp(event->deltaFrames, 0, kLastFrame) - untilTick);
     }
 }
 

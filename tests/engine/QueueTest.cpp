@@ -27,7 +27,7 @@ public:
             const int before = outgoing.count();
             schedule.drain(outgoing, voices);
             for (int i = before; i < outgoing.count(); ++i)
-                heard.push_back({now, outgoing.at(i).midiData[1], outgoing.at(i).midiData[2]});
+                heard.push_back({now, outgoing.at(i).bytes[1], outgoing.at(i).bytes[2]});
             if (resets)
                 outgoing.clear();
         }

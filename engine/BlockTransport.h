@@ -1,0 +1,20 @@
+// Where the song is at the start of a block, as the sequencer's surroundings report it.
+#pragma once
+
+namespace ormund {
+
+struct BlockTransport {
+    double position = 0; // quarter notes; anything below 0 or not finite counts as stopped
+    double tempo = 120;  // quarter notes a minute, used where `tempoValid`
+    bool playing = false;
+    bool tempoValid = false;
+    bool loopOn = false;  // with the range below
+    double loopStart = 0; // quarter notes
+    double loopEnd = 0;
+    bool meterValid = false;
+    double barStart = 0; // quarter notes
+    int numerator = 4;
+    int denominator = 4;
+};
+
+} // namespace ormund

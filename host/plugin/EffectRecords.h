@@ -1,0 +1,40 @@
+// The effect interface's records of time and MIDI, to and from the sequencer's own.
+#pragma once
+
+#include "engine/BlockTransport.h"
+#include "engine/EventQueues.h"
+#include "host/effect/EffectTypes.h"
+
+#include <array>
+#include <span>
+
+namespace ormund {
+
+BlockTransport blockTransport(const VstTimeInfo& record);
+MidiEvent midiEvent(const VstMidiEvent& event);
+VstMidiEvent effectEvent(const MidiEvent& event);
+
+// The events of one block in the form in which a host takes them. Audio thread; nothing allocates.
+class EffectEventList {
+public:
+    static constexpr int kCapacity = OutgoingList::kCapacity;
+
+    EffectEventList();
+    EffectEventList(const EffectEventList&) = delete;
+    EffectEventList& operator=(const EffectEventList&) = delete;
+
+    // Valid until the next call. What is more than kCapacity is left out.
+    VstEvents* fill(std::span<const MidiEvent> from);
+
+private:
+    // VstEvents with room for all pointers.
+    struct Block {
+        int32_t numEvents;
+        intptr_t reserved;
+        VstEvent* events[kCapacity];
+    };
+    std::array<VstMidiEvent, kCapacity> events{};
+    Block block{};
+};
+
+} // namespace ormund
