@@ -329,6 +329,8 @@ void Presets::takeMidiProgram()
     if (!chosen)
         return;
     position.names[at(PresetKind::Synth)] = chosen->synthName;
+    parts.kept = {};
+    parts.kept[at(PresetKind::Global)] = chosen->kept;
     rebuildPaths();
     paths[at(PresetKind::Global)] = chosen->file.path;
     position.names[at(PresetKind::Global)] = plainName(chosen->file.name);

@@ -127,7 +127,7 @@ void ProgramBank::rebuild(const std::vector<PresetFile>& files)
     const size_t count = std::min(files.size(), static_cast<size_t>(kPrograms));
     std::unique_ptr<DetachedSong> song;
     for (size_t i = 0; i < count; ++i) {
-        Bank::Place place{{files[i], {}}, nullptr};
+        Bank::Place place{{files[i], {}, {}}, nullptr};
         KWChunk chunk;
         if (readChunkFile(files[i].path, chunk, LoadResult::NewerVersion) == LoadResult::Done) {
             if (!song)
@@ -137,6 +137,7 @@ void ProgramBank::rebuild(const std::vector<PresetFile>& files)
             if (StateReader(song->parts).load(chunk, {}) == LoadResult::Done) {
                 place.program = std::make_unique<Program>(*song);
                 place.chosen.synthName = synthName;
+                place.chosen.kept = song->parts.kept[static_cast<size_t>(PresetKind::Global)];
             }
         }
         bank->places.push_back(std::move(place));

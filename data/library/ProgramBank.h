@@ -28,6 +28,7 @@ public:
     struct Chosen {
         PresetFile file;
         std::string synthName; // of the synth preset that it was made with
+        KeptRecords kept;      // what the file holds and this program does not know
     };
     // The last program taken since the last call. The loader's thread.
     std::optional<Chosen> takeChosen();

@@ -16,6 +16,8 @@
 //    8  i  kFormatMagic (absent in revision 1)
 //    9     records: file key, number of words, the words; ended by kEndOfRecords.
 //          A plain parameter has one word, its raw value (f); a track has its block.
+//          Keys from kFirstLaterKey on are written only where they differ from the default, behind
+//          all others; what a reader does not know of them it keeps and writes again.
 //   A kwe goes on:
 //          for each controller with assignments: controller number, per assignment tag and step
 //          (before revision 3 one word, the tag in its low half), kEndOfController
@@ -50,6 +52,7 @@ constexpr int32_t kFormatRevision = 4;
 constexpr int32_t kFormatMagic = 0x50E5;
 constexpr int32_t kWordPairRevision = 3; // from here on an assignment is two words
 
+constexpr int32_t kFirstLaterKey = 10001;
 constexpr int32_t kEndOfRecords = -1;
 constexpr int32_t kEndOfController = -2;
 constexpr int32_t kEndOfMap = -3;

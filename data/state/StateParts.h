@@ -4,6 +4,7 @@
 #include "data/music/KWSystemInfo.h"
 #include "data/parameters/Parameters.h"
 #include "data/parameters/ParameterSink.h"
+#include "data/state/KeptRecords.h"
 #include "data/state/MidiMap.h"
 #include "data/tracks/PatternStore.h"
 #include "data/tracks/Tracks.h"
@@ -79,6 +80,8 @@ struct StateParts {
     ParameterSink& sink; // every loaded value goes through it
     LoadInterlock& interlock;
     const Crossing<int32_t>& keepMap; // not 0: a load leaves the user's map alone
+    // By kind of preset: what the last load met and does not know. Saved again with its kind.
+    std::array<KeptRecords, kPresetKinds> kept{};
 };
 
 } // namespace ormund

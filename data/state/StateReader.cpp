@@ -136,10 +136,14 @@ void StateReader::reset()
 
 void StateReader::readRecords(KWChunk& chunk)
 {
+    kept.clear();
     while (!chunk.isBroken()) {
         const int32_t key = chunk.readInt();
-        if (key == kEndOfRecords)
+        if (key == kEndOfRecords) {
+            if (apply)
+                takeKept();
             return;
+        }
         const int32_t size = chunk.readInt();
         if (size < 0) {
             chunk.fail();
@@ -151,9 +155,33 @@ void StateReader::readRecords(KWChunk& chunk)
             entry = nullptr;
         if (entry && !entry->hasValue())
             readTrack(chunk, *entry);
+        else if (!entry && key >= kFirstLaterKey && !parameterOfKey(key))
+            keep(chunk, key, static_cast<size_t>(size));
         else if (size > 0)
             readValue(chunk, entry);
     }
+}
+
+void StateReader::keep(KWChunk& chunk, int32_t key, size_t size)
+{
+    if (size > chunk.remaining()) {
+        chunk.fail();
+        return;
+    }
+    std::vector<uint32_t> words(size);
+    for (uint32_t& word : words)
+        word = static_cast<uint32_t>(chunk.readInt());
+    if (!kept.add(key, std::move(words)))
+        chunk.fail();
+}
+
+// A whole song brings its synth along, so nothing of the sound before it stays.
+void StateReader::takeKept()
+{
+    if (how.kind == PresetKind::Global)
+        parts.kept = {};
+    parts.kept[static_cast<size_t>(how.kind)] = std::move(kept);
+    kept.clear();
 }
 
 void StateReader::readValue(KWChunk& chunk, const ParameterEntry* entry)

@@ -30,6 +30,8 @@ private:
     void readRecords(KWChunk& chunk);
     void readValue(KWChunk& chunk, const ParameterEntry* entry);
     void readTrack(KWChunk& chunk, const ParameterEntry& entry);
+    void keep(KWChunk& chunk, int32_t key, size_t size);
+    void takeKept();
     void readMap(KWChunk& chunk);
     void readAssignments(KWChunk& chunk, int list, bool pairs);
     void readNames(KWChunk& chunk);
@@ -41,6 +43,7 @@ private:
     int32_t revision = 0;
     bool apply = false;
     MidiMap::Lists map;
+    KeptRecords kept;
 };
 
 // Tracks and loops as they are built: shape, range and every step. Pattern values too.

@@ -28,7 +28,14 @@ public:
         chunk.writeInt(kFormatMagic);
         const bool global = kind == PresetKind::Global;
         for (const ParameterEntry* entry : global ? presetParameters() : synthParameters())
-            writeRecord(*entry);
+            if (entry->fileKey < kFirstLaterKey || !isAtDefault(*entry))
+                writeRecord(*entry);
+        for (const KeptRecords::Record& record : parts.kept[static_cast<size_t>(kind)].all()) {
+            chunk.writeInt(record.key);
+            chunk.writeInt(static_cast<int32_t>(record.words.size()));
+            for (const uint32_t word : record.words)
+                chunk.writeInt(static_cast<int32_t>(word));
+        }
         chunk.writeInt(kEndOfRecords);
         if (global) {
             writeMap();
@@ -50,6 +57,14 @@ public:
     }
 
 private:
+    bool isAtDefault(const ParameterEntry& entry) const
+    {
+        if (entry.hasValue())
+            return parts.parameters.raw(entry.tag) == entry.defaultRaw;
+        const StepLine* line = parts.tracks.lineAt(entry.tag);
+        return line && line->isClear();
+    }
+
     void writeRecord(const ParameterEntry& entry)
     {
         chunk.writeInt(entry.fileKey);

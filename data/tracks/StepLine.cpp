@@ -101,6 +101,15 @@ void StepLine::clearAll()
     touch();
 }
 
+bool StepLine::isClear() const
+{
+    for (int r = 0; r < rowsUsed; ++r)
+        for (int i = 0; i < stepCount; ++i)
+            if (cell(r, i) != clearValue)
+                return false;
+    return true;
+}
+
 void StepLine::randomize()
 {
     RandomDraws draws;

@@ -42,6 +42,7 @@ public:
     // 1 to the maxima, else nothing changes and false comes back. The steps that both shapes have
     // keep their values, the others take the clear value.
     bool resize(int newSteps, int newRows);
+    bool isClear() const; // every step of every row at the clear value
 
     void init() override { clear(); }
     virtual void clear() = 0;

@@ -195,6 +195,63 @@ TEST(State, ASizeWordRulesWhereTheNextRecordBegins)
     EXPECT_EQ(song.parameters.raw(Tag::IgnoreProgramChange), 1.0f);
 }
 
+TEST(State, WhatALaterProgramWroteIsSavedAgainAsItStands)
+{
+    const auto places = [](const Words& file, const Words& sequence) {
+        return std::ranges::search(file, sequence).begin() - file.begin();
+    };
+    DetachedSong plain;
+    const Words without = saved(plain);
+    HandMade file(kFormatRevision);
+    file.add(29999, 3, 7, -1, 0x7FC00001)
+        .plain(keyOf(Tag::SynthPan), 0.125f)
+        .add(999, 1, 5)                    // an unknown key of old: dropped, as ever
+        .add(keyOf(Tag::LockAssign), 1, 0) // known, and no part of a preset
+        .add(kFirstLaterKey + 30000, 0)
+        .add(29999, 1, 8)
+        .add(kEndOfRecords, kEndOfMap, 0, 9);
+    ASSERT_EQ(load(plain, file.done()), LoadResult::Done);
+    const Words first = saved(plain);
+    const Words kept = {29999, 3, 7, word(-1), 0x7FC00001, word(kFirstLaterKey + 30000), 0, 29999,
+        1, 8, word(kEndOfRecords)};
+    EXPECT_EQ(first.size(), without.size() + kept.size() - 1);
+    EXPECT_LT(static_cast<size_t>(places(first, kept)), first.size());
+    DetachedSong other;
+    ASSERT_EQ(load(other, first), LoadResult::Done);
+    EXPECT_EQ(saved(other), first);
+
+    // A synth preset keeps its own and leaves the song's; both go with the next song.
+    HandMade synth(kFormatRevision);
+    synth.add(29999, 1, 9).add(kEndOfRecords, 0, kTailRevision, 0, 0, 0);
+    ASSERT_EQ(load(other, synth.done(), PresetKind::Synth), LoadResult::Done);
+    const Words own = {29999, 1, 9, word(kEndOfRecords)};
+    const Words sound = saved(other, PresetKind::Synth);
+    EXPECT_LT(static_cast<size_t>(places(sound, own)), sound.size());
+    const Words song = saved(other);
+    EXPECT_LT(static_cast<size_t>(places(song, kept)), song.size());
+    ASSERT_EQ(load(other, without), LoadResult::Done);
+    EXPECT_EQ(saved(other), without);
+    EXPECT_EQ(saved(other, PresetKind::Synth).size(), sound.size() - 3);
+}
+
+TEST(State, UnknownRecordsOfAnySizeAreKeptOrRefused)
+{
+    DetachedSong song;
+    randomise(song, 8);
+    const Words before = saved(song);
+    for (const int32_t size : {1, 1000, 0x7FFFFFFF, -1}) {
+        HandMade file(kFormatRevision);
+        file.add(30000, size); // and nothing behind it
+        EXPECT_EQ(load(song, file.done()), LoadResult::NoFormat) << size;
+    }
+    HandMade many(kFormatRevision);
+    for (size_t words = 0; words <= KeptRecords::kMostWords; words += 2)
+        many.add(30000, 0);
+    many.add(kEndOfRecords, kEndOfMap, 0, 9);
+    EXPECT_EQ(load(song, many.done()), LoadResult::NoFormat);
+    EXPECT_EQ(saved(song), before);
+}
+
 TEST(State, TheUsersMapStandsWhileItIsKeptUnlessAHostLoads)
 {
     DetachedSong source;
