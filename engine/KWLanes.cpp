@@ -21,11 +21,27 @@ void Lane::readLoop(int row)
     loopRead = true;
 }
 
+// A pass ends where the loop begins again, and where the count jumps back: in a loop of the host's
+// that is as long as ours, too. What comes before the song's start is no pass.
+void Lane::countPass(int32_t next)
+{
+    const auto size = static_cast<int32_t>(length);
+    const auto round = [size](int32_t count) { return count < 0 ? -1 : count / size; };
+    if (restarts || (steps < 0 && next >= 0))
+        passes = 0;
+    else if (next < steps || round(next) != round(steps))
+        passes = passes == INT32_MAX ? 0 : passes + 1;
+    restarts = false;
+    steps = next;
+}
+
 int Lane::position(float masterStep, PlaybackMode mode)
 {
     // Before the song's start the count is below zero.
     const auto count = static_cast<unsigned>(static_cast<int64_t>(masterStep));
     const bool countMoved = countSeen.changed(count);
+    if (countMoved || restarts)
+        countPass(static_cast<int32_t>(count));
     if (!modeSeen.changed(mode) && !countMoved && !loopRead)
         return place;
     loopRead = false;
@@ -78,9 +94,13 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
 {
     const bool stepped = stepChange.changed(clock.stepChange) && clock.stepChange > 0;
     const bool started = play.changed(clock.play);
-    if (reload.changed(clock.reload) || stepped || started)
+    const bool reloaded = reload.changed(clock.reload);
+    if (reloaded || stepped || started)
         for (Lane& lane : lanes)
             lane.readLoop(pattern);
+    if (row.changed(pattern) || started || reloaded)
+        for (Lane& lane : lanes)
+            lane.restart();
 
     const bool separate = settings.separateLoops != 0;
     const int mainPosition = lanes[Main].position(
@@ -93,6 +113,9 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
     };
     values.main = mainPosition;
     values.performance = positionOf(Performance);
+    const Lane& follows = lanes[separate ? Performance : Main];
+    values.performanceCount = follows.count();
+    values.performancePass = follows.pass();
     values.velocity = positionOf(Velocity);
     values.gate = positionOf(Gate);
     for (int mod = 0; mod < kModLanes; ++mod)

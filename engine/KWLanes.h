@@ -22,6 +22,10 @@ public:
 
     void readLoop(int row); // at a step's boundary, so that a loop never changes within one
     int position(float masterStep, PlaybackMode mode);
+    // The passes begin again: the next position is in the first.
+    void restart() { restarts = true; }
+    int pass() const { return passes; }     // through the loop, since the restart
+    int32_t count() const { return steps; } // of the last position
 
 private:
     const KWZoneHandlerContainer& loop;
@@ -32,6 +36,11 @@ private:
     LastSeen<unsigned> countSeen{~0u};
     LastSeen<PlaybackMode> modeSeen;
     bool loopRead = false;
+    void countPass(int32_t next);
+
+    bool restarts = true;
+    int passes = 0;
+    int32_t steps = 0;
     int place = 0;
     float drawn = 0; // 0 to 1
     unsigned start = 0;
@@ -54,6 +63,8 @@ public:
         int velocity = 0;
         int gate = 0;
         std::array<int, kModLanes> mods{};
+        int32_t performanceCount = 0; // steps, as the lane counts them
+        int performancePass = 0;      // through its loop, since play or the pattern began
     };
     Settings settings;
 
@@ -68,6 +79,7 @@ private:
     LastSeen<float> stepChange;
     LastSeen<float> reload;
     LastSeen<float> play;
+    LastSeen<int> row{-1};
     Out values;
 };
 

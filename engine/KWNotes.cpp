@@ -5,7 +5,6 @@
 #include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/tracks/Tracks.h"
-#include "engine/KWNoteSchedule.h"
 
 #include <algorithm>
 
@@ -64,7 +63,7 @@ KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWC
 }
 
 void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& keys,
-    const KWLanes::Out& lanes, const KWPerformance::Out& performance)
+    const KWLanes::Out& lanes, const KWPerformance::Out& performance, bool plays)
 {
     copyVelocityRow(pattern, clock);
     const StepCommand command = performance.command;
@@ -93,7 +92,7 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     // The threshold is a gate, not a scale.
     const float velocityGate =
         settings.velocityGateOn != 0 ? settings.velocityThreshold.load() : 0.0f;
-    const float finalVelocity = velocityGate < stepVelocity ? stepVelocity : 0.0f;
+    const float finalVelocity = plays && velocityGate < stepVelocity ? stepVelocity : 0.0f;
 
     // Gate
     const float written =
@@ -138,16 +137,6 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
     else if (working > 0)
         wanted = (1.0f + clock.play + static_cast<float>(lanes.gate) + 1.0f) * playLatch;
     triggerValue = enabled ? wanted : 0.0f;
-}
-
-void KWNotes::trigger(KWNoteSchedule& schedule)
-{
-    if (!triggered.changed(triggerValue))
-        return;
-    for (int i = 0; i < kChordNotes; ++i)
-        if (values.velocity[at(i)] != 0)
-            schedule.addNote(0, values.note[at(i)], values.velocity[at(i)],
-                static_cast<uint32_t>(values.duration), 0);
 }
 
 } // namespace ormund

@@ -14,7 +14,6 @@
 
 namespace ormund {
 
-class KWNoteSchedule;
 class Tracks;
 
 class KWNotes {
@@ -42,8 +41,9 @@ public:
 
     explicit KWNotes(const Tracks& tracks);
 
+    // `plays` is whether the step of the performance lane does.
     void tick(int pattern, const KWClock::Out&, const KWKeys::Out&, const KWLanes::Out&,
-        const KWPerformance::Out&);
+        const KWPerformance::Out&, bool plays);
     // Whether another tick would change nothing but the arpeggio's clock, as long as nothing moves
     // that it reads.
     bool holds() const { return !arpeggioRuns; }
@@ -53,8 +53,8 @@ public:
         for (int i = 0; i < ticks; ++i)
             advanceSubStep(clock, lanes.performance);
     }
-    // Starts the notes of the tick if the trigger value has moved.
-    void trigger(KWNoteSchedule& schedule);
+    // Whether the notes start in this tick: the trigger value has moved.
+    bool triggers() { return triggered.changed(triggerValue); }
     const Out& out() const { return values; }
 
 private:

@@ -1,6 +1,7 @@
 #include "apps/ormund-render/RenderOptions.h"
 
 #include "apps/options/CommandLine.h"
+#include "data/parameters/Tags.h"
 
 #include <charconv>
 
@@ -8,7 +9,7 @@ namespace ormund {
 
 namespace {
 
-constexpr int kLastTag = 585;
+constexpr int kLastTag = kTagCount - 1;
 
 constexpr char kExamples[] = R"(Examples:
   ormund-render --wav demo.wav --midi demo.mid --png demo.png

@@ -355,6 +355,14 @@ constexpr Row kRows[] = {
     {579,   -1, "Button",              button(),                  0,          kNone,      -1},
     {581,  104, "idx",                 offset(14, 13, 1, 0),      0.076923f,  kPreset,    -1, "bars"},
     {585,  105, "Keyboard_Mode",       button(),                  0,          kPreset,    -1},
+    // Saved only where they differ from their default
+    {586, 10001, "StepChance",         listLine(),                0,          kPreset,    -1},
+    {587, 10002, "StepCondition",      listLine(),                0,          kPreset,    -1},
+    {588, 10003, "StepRatchet",        listLine(),                0,          kPreset,    -1},
+    {589, 10004, "StepLate",           listLine(),                0,          kPreset,    -1},
+    {590, 10005, "StepStrum",          listLine(),                0,          kPreset,    -1},
+    {591, 10006, "Chance_Seed",        plain(),                   0,          kPreset,    -1},
+    {592,   -1, "Fill_Button",         button(),                  0,          kNone,      -1},
 };
 // clang-format on
 static_assert(std::size(kRows) == kParameters);

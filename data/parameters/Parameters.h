@@ -12,8 +12,8 @@
 
 namespace ormund {
 
-constexpr int kParameters = 287;
-constexpr int kPresetParameters = 117;
+constexpr int kParameters = 294;
+constexpr int kPresetParameters = 123;
 constexpr int kSynthParameters = 23;
 constexpr int kSettingParameters = 2;
 constexpr int kPatternValues = 34; // a pattern stores so many parameters

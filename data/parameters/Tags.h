@@ -4,7 +4,7 @@
 
 namespace ormund {
 
-inline constexpr int kTagCount = 586; // 0 to 585, with holes
+inline constexpr int kTagCount = 593; // 0 to 592, with holes
 inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
 
@@ -201,6 +201,15 @@ constexpr int KeyboardMode = 578;
 constexpr int RandomPreset = 579;
 constexpr int FileBars = 581;
 constexpr int KeyboardModeTwin = 585;
+
+// What a step of the performance lane may leave to chance, to its turn and to time
+constexpr int StepChance = 586;
+constexpr int StepCondition = 587;
+constexpr int StepRatchet = 588;
+constexpr int StepLate = 589;
+constexpr int StepStrum = 590;
+constexpr int ChanceSeed = 591;
+constexpr int Fill = 592;
 
 // The tag `offset` places behind a mod track's first edit button; `track` 0 to 7. Track 1 alone
 // has another layout than the seven that follow it.

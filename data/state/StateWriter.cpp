@@ -59,6 +59,8 @@ public:
 private:
     bool isAtDefault(const ParameterEntry& entry) const
     {
+        if (entry.tag == Tag::ChanceSeed && parts.tracks.chance.isClear())
+            return true; // nobody asks for it
         if (entry.hasValue())
             return parts.parameters.raw(entry.tag) == entry.defaultRaw;
         const StepLine* line = parts.tracks.lineAt(entry.tag);

@@ -181,7 +181,7 @@ void editAll(Tracks& tracks, EditOperation operation)
 
     for (const TrackRow& row : kTrackTable) {
         KWInitInterface& track = *tracks.trackAt(row.tag);
-        if (track.group != 1)
+        if (track.group == 0 || (operation == Random && track.group != 1))
             continue;
         switch (operation) {
         case ShiftBackward:
@@ -264,6 +264,11 @@ bool performEdit(int tag, Tracks& tracks)
         for (StepLine* line : {static_cast<StepLine*>(&tracks.performance),
                  static_cast<StepLine*>(&tracks.arpeggio), static_cast<StepLine*>(&tracks.chord),
                  static_cast<StepLine*>(&tracks.octave), static_cast<StepLine*>(&tracks.pitchBend)})
+            editLine(*line, operation, from, to);
+        if (operation == Random || operation == Mutate)
+            break; // what was drawn is heard whole: nothing else decides whether it plays
+        for (KWListLine* line :
+            {&tracks.chance, &tracks.condition, &tracks.ratchet, &tracks.late, &tracks.strum})
             editLine(*line, operation, from, to);
         break;
     }

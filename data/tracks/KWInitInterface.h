@@ -22,7 +22,7 @@ public:
     // A new object with the same values, families and row, not registered with the owner.
     virtual std::unique_ptr<KWInitInterface> clone() const = 0;
 
-    int group = 0;         // 1: the global operations reach it
+    int group = 0;         // 1: the global operations reach it; 2: all but the random one
     int copyFamily = -1;   // tracks of one family share a clipboard entry
     int clipboardKey = -1; // the entry of this track alone
 };

@@ -31,7 +31,7 @@ constexpr TrackRow modRow(int track)
 } // namespace
 
 // clang-format off
-const std::array<TrackRow, 25> kTrackTable = {{
+const std::array<TrackRow, 30> kTrackTable = {{
 //   tag                  word               class  steps rows  least most default  max  threshold group family look
     {Tag::Repeat,          "pattern repeats",  kList,  8,  1,    0,  16,  0,       15,  0,        0,    -1,    0},
     {Tag::Pattern,         "pattern numbers",  kList,  8,  1,    0,  16,  0,       15,  0,        0,    -1,    0},
@@ -46,6 +46,11 @@ const std::array<TrackRow, 25> kTrackTable = {{
     {Tag::Octave,          "octave",           kList, 32, 16,    0,   4,  0,        4,  0.9f,     1,     2,    0},
     {Tag::PitchBend,       "pitch bend",       kList, 32, 16,    0,  20,  0,       20,  0.9f,     1,     4,    0},
     modRow(0), modRow(1), modRow(2), modRow(3), modRow(4), modRow(5), modRow(6), modRow(7),
+    {Tag::StepChance,      "step chance",      kList, 32, 16,    0, 101,  0,      100,  0.9f,     2,     8,    0},
+    {Tag::StepCondition,   "step condition",   kList, 32, 16,    0,  42,  0,       41,  0.9f,     2,     9,    0},
+    {Tag::StepRatchet,     "step ratchet",     kList, 32, 16,    0,  22,  0,       21,  0.9f,     2,    10,    0},
+    {Tag::StepLate,        "step late",        kList, 32, 16,    0,  16,  0,       15,  0.9f,     2,    11,    0},
+    {Tag::StepStrum,       "step strum",       kList, 32, 16,    0,  25,  0,       24,  0.9f,     2,    12,    0},
     {Tag::ModDisplay,      "mod display",      kXY,   32,  1,    0, 127,  0,        0,  0,        0,    -1,    kRowLook},
     {Tag::BendDisplay,     "bend display",     kXY,   32,  1,   -1,   1,  0,        0,  0,        0,    -1,    kRowLook},
     {Tag::ScaleDisplay,    "scale display",    kXY,   32,  1,    0,  11,  0,        0,  0,        0,    -1,    kRowLook},
@@ -101,6 +106,11 @@ Tracks::Tracks(KWSystemInfo& systemInfo)
     , octave(&systemInfo, kTrackSteps, kTrackRows)
     , pitchBend(&systemInfo, kTrackSteps, kTrackRows)
     , mods(eightTables<KWTableXY>(systemInfo, kEight))
+    , chance(&systemInfo, kTrackSteps, kTrackRows)
+    , condition(&systemInfo, kTrackSteps, kTrackRows)
+    , ratchet(&systemInfo, kTrackSteps, kTrackRows)
+    , late(&systemInfo, kTrackSteps, kTrackRows)
+    , strum(&systemInfo, kTrackSteps, kTrackRows)
     , modDisplay(&systemInfo, kTrackSteps, kTrackSteps)
     , bendDisplay(&systemInfo, kTrackSteps, kTrackSteps)
     , scaleDisplay(&systemInfo, kTrackSteps, kTrackSteps)
@@ -209,6 +219,16 @@ KWListLine* Tracks::listLineAt(int tag)
         return &octave;
     case Tag::PitchBend:
         return &pitchBend;
+    case Tag::StepChance:
+        return &chance;
+    case Tag::StepCondition:
+        return &condition;
+    case Tag::StepRatchet:
+        return &ratchet;
+    case Tag::StepLate:
+        return &late;
+    case Tag::StepStrum:
+        return &strum;
     default:
         return nullptr;
     }

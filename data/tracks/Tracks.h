@@ -33,11 +33,11 @@ struct TrackRow {
     float whenCleared; // the default of a step
     float maximum;     // lines: the last value that a hand can choose
     float threshold;   // lists: what a random draw must pass to give a value
-    int group;         // 1: the global buttons reach it
+    int group;         // 1: the global buttons reach it; 2: all but the random one
     int family;        // of the tracks' own clipboard
     uint32_t flags;    // tables: the view's word
 };
-extern const std::array<TrackRow, 25> kTrackTable;
+extern const std::array<TrackRow, 30> kTrackTable;
 const TrackRow* trackRow(int tag); // null for what is no track
 
 // The members stand in the order in which the global buttons reach them.
@@ -62,6 +62,12 @@ public:
     KWListLine octave;
     KWListLine pitchBend;
     std::array<KWTableXY, kModTracks> mods;
+    // --- when and how a step of the performance lane plays; data/tracks/StepRules.h reads them ---
+    KWListLine chance;
+    KWListLine condition;
+    KWListLine ratchet;
+    KWListLine late;
+    KWListLine strum;
     // --- rows that only display something ---
     KWTableXY modDisplay;   // 258
     KWTableXY bendDisplay;  // 336

@@ -4,6 +4,7 @@
 #include "host/plugin/WrapperPort.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <pthread.h>
 #include <thread>
@@ -19,6 +20,16 @@ constexpr int kOutputs = 2;
 constexpr int kMostWaits = 500;
 // Ticks. To catch up with them takes a part of what a step takes.
 constexpr int kMostRests = 64;
+
+// Two instances that are left to chance shall not play alike.
+float freshSeed()
+{
+    static std::atomic<uint32_t> instances = 0;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    const uint32_t mixed =
+        (static_cast<uint32_t>(now) + 0x9E3779B9u * instances.fetch_add(1)) * 2654435769u;
+    return static_cast<float>(mixed >> 8) * 0x1p-24f;
+}
 
 void clearOutputs(float** outputs, int frames)
 {
@@ -38,8 +49,10 @@ KWUniClient::KWUniClient(audioMasterCallback master, const AudioLoops& loops)
     , clock(info, *this, reloadCounter)
     , patterns(tracks, patternStore, *this)
     , lanes(tracks)
+    , chance(tracks)
     , performance(tracks)
     , notes(tracks)
+    , strikes(tracks)
     , bend(tracks)
     , mods(tracks, *this)
     , synth(info, loops)
@@ -51,6 +64,7 @@ KWUniClient::KWUniClient(audioMasterCallback master, const AudioLoops& loops)
     canProcessReplacing();
     isSynth();
     applyDefaults();
+    setParameter(Tag::ChanceSeed, freshSeed());
     writeFactoryContent(tracks, patternStore);
     patternStore.replay(*this);
     startSettings();
@@ -178,14 +192,19 @@ void KWUniClient::tick(int sample)
     if (moved)
         lanes.tick(clock.out(), patterns.out().pattern);
     keys.record(lanes.out().main);
-    if (moved)
+    if (moved) {
+        chance.tick(clock.out(), lanes.out(), patterns.out().pattern);
         performance.tick(lanes.out());
+    }
     if (moved || !notes.holds())
-        notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out());
+        notes.tick(patterns.out().pattern, clock.out(), keys.out(), lanes.out(), performance.out(),
+            chance.out().plays);
     else
         notes.rest(clock.out(), lanes.out(), 1);
     bend.tick(clock.out(), lanes.out(), performance.out(), notes.out(), outgoing);
-    notes.trigger(schedule);
+    strikes.tick(clock.out(), schedule);
+    if (notes.triggers() && strikes.begin(clock.out(), lanes.out(), notes.out(), schedule))
+        chance.noteStarted();
     synthTicked = synthOn != 0;
     if (synthTicked)
         synth.controlTick(bend.semitones());
@@ -198,7 +217,7 @@ void KWUniClient::tick(int sample)
     screen.bendSemitones = bend.semitones();
     restsLeft = 0;
     if (!moved && patterns.holds() && notes.holds() && bend.holds() && !mods.hasUnsent())
-        restsLeft = schedule.ticksHeld(clock.ticksHeld(kMostRests));
+        restsLeft = strikes.ticksHeld(schedule.ticksHeld(clock.ticksHeld(kMostRests)));
     restsWithin = clock.stretchOfStep();
 }
 
@@ -256,6 +275,7 @@ void KWUniClient::catchUp()
     clock.rest(rested);
     notes.rest(clock.out(), lanes.out(), rested);
     bend.rest(clock.out(), rested);
+    strikes.rest(rested);
     schedule.rest(rested);
     rested = 0;
 }

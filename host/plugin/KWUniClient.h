@@ -14,6 +14,7 @@
 #include "data/tracks/Tracks.h"
 #include "engine/EventQueues.h"
 #include "engine/KWBend.h"
+#include "engine/KWChance.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"
@@ -22,6 +23,7 @@
 #include "engine/KWNoteSchedule.h"
 #include "engine/KWPatterns.h"
 #include "engine/KWPerformance.h"
+#include "engine/KWStrikes.h"
 #include "engine/KWTransport.h"
 #include "engine/ScreenValues.h"
 #include "host/effect/KWPluginBase.h"
@@ -207,8 +209,10 @@ private:
     KWClock clock;
     KWPatterns patterns;
     KWLanes lanes;
+    KWChance chance;
     KWPerformance performance;
     KWNotes notes;
+    KWStrikes strikes;
     KWBend bend;
     KWMods mods;
     KWSynth synth;

@@ -9,6 +9,7 @@
 #include "data/tracks/EditButtons.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace ormund {
@@ -31,7 +32,8 @@ bool isTwin(int tag) { return firstControlOf(tag) != tag; }
 // What is written here is read by a block on another thread.
 static_assert(onlyCrossings<KWKeys::Settings>() && onlyCrossings<KWClock::Settings>()
     && onlyCrossings<KWPatterns::Settings>() && onlyCrossings<KWLanes::Settings>()
-    && onlyCrossings<KWNotes::Settings>() && onlyCrossings<KWMods::Settings>());
+    && onlyCrossings<KWChance::Settings>() && onlyCrossings<KWNotes::Settings>()
+    && onlyCrossings<KWMods::Settings>());
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }
 } // namespace
@@ -208,6 +210,14 @@ bool KWUniClient::reactInstrument(int tag, const Parameters::Stored& stored)
         lanes.settings.separateLoops = index;
         parameters.store(Tag::LoopbarModeTwin, stored.raw);
         screen.pagesChanged.raise();
+        return true;
+
+    // chance
+    case Tag::ChanceSeed:
+        chance.settings.seed = std::bit_cast<uint32_t>(stored.raw);
+        return true;
+    case Tag::Fill:
+        chance.settings.fill = index;
         return true;
 
     // patterns

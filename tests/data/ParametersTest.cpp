@@ -42,20 +42,21 @@ TEST(Parameters, FileKeysAreForEver)
         if (entry.fileKey >= 0) {
             EXPECT_TRUE(tagOfKey.emplace(entry.fileKey, entry.tag).second) << entry.fileKey;
         }
-    // In the order of their keys, which run from 0 to 120 without 118 and 119.
+    // In the order of their keys: 0 to 120 without 118 and 119, then from 10001 on.
     const std::vector<int> tags = {48, 49, 50, 51, 52, 53, 54, 55, 302, 303, 304, 305, 306, 307,
         308, 309, 517, 518, 367, 89, 110, 132, 154, 176, 198, 220, 242, 262, 264, 267, 269, 272,
         274, 277, 279, 282, 284, 287, 289, 292, 294, 297, 299, 4, 330, 493, 12, 10, 325, 337, 339,
         341, 346, 347, 349, 353, 357, 363, 365, 0, 1, 387, 388, 396, 397, 6, 413, 430, 431, 8, 463,
         464, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 486, 487,
         499, 501, 504, 506, 509, 511, 513, 2, 3, 572, 575, 581, 585, 38, 39, 40, 41, 42, 43, 44, 45,
-        36, 378, 379, 571, 37};
+        36, 378, 379, 571, 37, 586, 587, 588, 589, 590, 591};
     std::vector<int> actual;
     for (const auto& [key, tag] : tagOfKey)
         actual.push_back(tag);
     EXPECT_EQ(actual, tags);
     EXPECT_EQ(tagOfKey.begin()->first, 0);
-    EXPECT_EQ(tagOfKey.rbegin()->first, 120);
+    EXPECT_EQ(tagOfKey.rbegin()->first, 10006);
+    EXPECT_EQ(tagOfKey.at(10001), 586);
     EXPECT_FALSE(tagOfKey.contains(118) || tagOfKey.contains(119));
     EXPECT_EQ(parameterOfKey(65), parameterEntry(Tag::MasterGateTime));
     EXPECT_EQ(parameterOfKey(-1), nullptr);
@@ -64,8 +65,8 @@ TEST(Parameters, FileKeysAreForEver)
 
 TEST(Parameters, ListsHoldWhatTheyPromise)
 {
-    EXPECT_EQ(allParameters().size(), 287u);
-    EXPECT_EQ(presetParameters().size(), 117u);
+    EXPECT_EQ(allParameters().size(), 294u);
+    EXPECT_EQ(presetParameters().size(), 123u);
     EXPECT_EQ(settingParameters().size(), 2u);
     // A synth preset is a part of a global one.
     const std::set<const ParameterEntry*> preset(
@@ -82,7 +83,7 @@ TEST(Parameters, ListsHoldWhatTheyPromise)
 
 TEST(Parameters, HolesAndForeignTagsAreNoParameters)
 {
-    for (const int tag : {-2147483647, -1, 47, 72, 466, 515, 584, 586, 1000000})
+    for (const int tag : {-2147483647, -1, 47, 72, 466, 515, 584, 593, 1000000})
         EXPECT_EQ(parameterEntry(tag), nullptr) << tag;
     Parameters parameters;
     const auto stored = parameters.store(47, 1.0f);

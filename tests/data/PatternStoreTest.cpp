@@ -131,7 +131,8 @@ TEST(FactoryContent, UsesEveryLineInsideItsRangeAndChainsPatterns)
         for (int r = 0; r < row.rows; ++r)
             for (int i = 0; i < row.steps; ++i)
                 highest = std::max(highest, line->stepAt(r, i));
-        EXPECT_GT(highest, 0.0f) << row.word;
+        // Its songs are older than chance and time.
+        EXPECT_EQ(highest > 0.0f, row.group != 2) << row.word;
         EXPECT_LE(highest, row.maximum) << row.word;
     }
     std::set<float> chained;

@@ -29,7 +29,7 @@ TEST(StateDescription, TellsEveryWordOfAFileOnce)
         const auto json = nlohmann::json::parse(told.json());
         EXPECT_EQ(json["kind"],
             kind == PresetKind::Global ? "global preset (kwe)" : "synth preset (kws)");
-        EXPECT_EQ(json["parameters"].size(), kind == PresetKind::Global ? 117u : 23u);
+        EXPECT_EQ(json["parameters"].size(), kind == PresetKind::Global ? 123u : 23u);
         EXPECT_THAT(told.text(), HasSubstr("name=Filter_Cutoff"));
     }
 }

@@ -252,6 +252,30 @@ TEST(State, UnknownRecordsOfAnySizeAreKeptOrRefused)
     EXPECT_EQ(saved(song), before);
 }
 
+TEST(State, LaterKeysAreWrittenOnlyWhereTheyDiffer)
+{
+    DetachedSong song;
+    const size_t plain = saved(song).size();
+    song.parameters.store(Tag::ChanceSeed, 0.25f); // without a step of chance nobody reads it
+    EXPECT_EQ(saved(song).size(), plain);
+    for (const int tag :
+        {Tag::StepChance, Tag::StepCondition, Tag::StepRatchet, Tag::StepLate, Tag::StepStrum}) {
+        StepLine& line = *song.tracks.lineAt(tag);
+        const size_t before = saved(song).size();
+        line.setStepAt(15, 31, 3);
+        EXPECT_GT(saved(song).size(), before + 16 * 32) << tag;
+    }
+    DetachedSong other;
+    ASSERT_EQ(load(other, saved(song)), LoadResult::Done);
+    EXPECT_EQ(saved(other), saved(song));
+    EXPECT_EQ(other.parameters.raw(Tag::ChanceSeed), 0.25f);
+    EXPECT_EQ(other.tracks.strum.stepAt(15, 31), 3.0f);
+    // A song without them takes them all back.
+    DetachedSong empty;
+    ASSERT_EQ(load(other, saved(empty)), LoadResult::Done);
+    EXPECT_EQ(saved(other).size(), plain);
+}
+
 TEST(State, TheUsersMapStandsWhileItIsKeptUnlessAHostLoads)
 {
     DetachedSong source;

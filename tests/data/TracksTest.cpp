@@ -64,7 +64,7 @@ TEST_F(TracksTest, EveryTrackParameterHasItsTrackAndNoOther)
             EXPECT_TRUE(found.insert(tracks.chunkableAt(entry.tag)).second) << entry.tag;
         }
     }
-    EXPECT_EQ(found.size(), 25u + 13u);
+    EXPECT_EQ(found.size(), 30u + 13u);
     EXPECT_EQ(tracks.chunkableAt(-1), nullptr);
 }
 
@@ -77,8 +77,11 @@ TEST_F(TracksTest, TheGlobalButtonsReachThemInOrder)
         EXPECT_EQ(tracks.inOrder()[i], order[i]) << i;
     int grouped = 0;
     for (const KWInitInterface* track : tracks.inOrder())
-        grouped += track->group;
+        grouped += track->group == 1;
     EXPECT_EQ(grouped, 18);
+    for (const KWListLine* line :
+        {&tracks.chance, &tracks.condition, &tracks.ratchet, &tracks.late, &tracks.strum})
+        EXPECT_EQ(line->group, 2);
 }
 
 TEST_F(TracksTest, APatternIsARowOfAllOfThem)

@@ -26,7 +26,7 @@ public:
             engine.setParameter(roll(46), unit());
             break;
         case 1:
-            pressButton(roll(586));
+            pressButton(roll(kTagCount));
             break;
         case 2:
             player.start(unit() * 200);

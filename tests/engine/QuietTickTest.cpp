@@ -103,6 +103,9 @@ void disturb(Player& player, Dice& dice, bool withSynth)
     case 16:
         tracks.sequenceLoop.setZone(0, {step / 8, step / 4});
         break;
+    case 20: // chance, condition, ratchet, late, strum
+        tracks.lineAt(Tag::StepChance + dice.below(5))->setStep(step, value * 60);
+        break;
     default:
         if (isRepeatable(tag))
             engine.setParameter(tag, value);
@@ -123,6 +126,7 @@ struct Played {
 Played play(bool everyTickInFull)
 {
     Player player({.block = kTickSamples, .empty = false});
+    player.engine().setParameter(Tag::ChanceSeed, 0.5f);
     Dice dice;
     for (int k = 0; k < kModTracks; ++k)
         player.engine().setParameter(Tag::ModTrackOn + k, 1);
@@ -141,6 +145,7 @@ Played play(bool everyTickInFull)
 std::string traceOfBlocks(bool withSynth)
 {
     Player player({.empty = false});
+    player.engine().setParameter(Tag::ChanceSeed, 0.5f);
     Dice dice;
     player.engine().setParameter(Tag::SynthOn, withSynth ? 1.0f : 0.0f);
     player.start();
