@@ -58,7 +58,8 @@ std::string installation()
         || !module.dli_fname)
         return {};
     std::string folder = KWFileio::folderOf(realPath(module.dli_fname));
-    constexpr std::array<const char*, 3> kBelow = {"share/ormund", ".local/share/ormund", "presets"};
+    constexpr std::array<const char*, 3> kBelow = {
+        "share/ormund", ".local/share/ormund", "presets"};
     for (int level = 0; level < kMostLevels; ++level) {
         folder = KWFileio::folderOf(folder);
         for (const char* below : kBelow) {

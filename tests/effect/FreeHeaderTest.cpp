@@ -110,12 +110,11 @@ TEST(FreeHeader, NumbersAgree)
         EXPECT_EQ(row.ours, row.theirs) << row.name;
 }
 
+// clang-format off
 #define SAME_PLACE(record, field)                                                                  \
-    Row                                                                                            \
-    {                                                                                              \
-#record "." #field, static_cast < long>(offsetof(ormund::record, field)),                        \
-            static_cast < long>(offsetof(fst::record, field))                                      \
-    }
+    Row { #record "." #field, static_cast<long>(offsetof(ormund::record, field)),                  \
+        static_cast<long>(offsetof(fst::record, field)) }
+// clang-format on
 
 TEST(FreeHeader, SharedFieldsStandInTheSamePlace)
 {
