@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks what people read: README.md, docs/*.md and the manual as it was built.
+"""Checks what people read: README.md and its neighbours, docs/*.md and the manual as it was built.
 
     check-docs.py links MANUAL      every link, anchor and picture leads somewhere; the manual needs
                                     no other file; words that it prints as the panel's are the panel's
@@ -17,7 +17,8 @@ FENCE = re.compile(r"^```.*?^```", re.M | re.S)
 
 
 def pages():
-    return [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+    front = ("README.md", "CONTRIBUTING.md", "CHANGELOG.md")
+    return [*(ROOT / name for name in front), *sorted((ROOT / "docs").glob("*.md"))]
 
 
 def written_by_hand(text):
