@@ -131,7 +131,10 @@ void BankPatterns::setRaw(int tag, float raw)
 
 void BankPatterns::setKey(int note, const std::string& text)
 {
-    keyNote = note >= 0 ? note : wholeOf(text);
+    const int keyNote = note >= 0 ? note : wholeOf(text);
+    for (size_t p = 0; p < written.size(); ++p)
+        if (pattern <= 0 || static_cast<int>(p) == pattern)
+            written[p].keyNote = keyNote;
     // Notes go out an octave lower as long as nobody moves them.
     setRaw(Tag::RootKey, (static_cast<float>(keyNote) + 12.0f - 36.0f + 0.5f) / 49.0f);
 }
@@ -164,7 +167,7 @@ void BankPatterns::line(const std::string& word, const BankTokens& values)
     else if (word == "mod")
         mod(values);
     else if (scoreLine(word, values))
-        writeScore();
+        writeScore(word);
     else
         row(word, values);
 }
@@ -272,9 +275,11 @@ bool BankPatterns::scoreLine(const std::string& word, const BankTokens& values)
 
 // A score's rows: pitch and octave line, velocity, chord line, and the shortest length of the gate
 // that its longest note fits into.
-void BankPatterns::writeScore()
+void BankPatterns::writeScore(const std::string& word)
 {
     const Written& here = written[static_cast<size_t>(pattern)];
+    if (here.score.isEmpty() && word == "accents")
+        return; // they are for the notes that follow
     if (here.score.isEmpty())
         throw std::runtime_error("there are no notes yet");
     const auto longest = static_cast<float>(here.score.longest());
@@ -438,6 +443,7 @@ int BankPatterns::degreeOf(int note) const
 {
     const int scale = choiceOf(Tag::Scale);
     const int size = scaleSize(scale);
+    const int keyNote = written[static_cast<size_t>(std::max(pattern, 0))].keyNote;
     for (const int octave : kOctaves)
         for (int d = 0; d <= kLastDegree; ++d)
             for (const int degree : {d, -d})

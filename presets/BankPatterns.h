@@ -28,13 +28,14 @@ private:
     struct Written {
         std::string name;
         Score score;
-        float legato;
+        float legato = 0;
+        int keyNote = 60;
         std::bitset<kModTracks> mods;
     };
     void next(const BankTokens& values);
     void copyPattern(int from, int to);
     bool scoreLine(const std::string& word, const BankTokens& values);
-    void writeScore();
+    void writeScore(const std::string& word);
     void row(const std::string& word, const BankTokens& values);
     void mod(const BankTokens& values);
     void loop(const BankTokens& values);
@@ -50,7 +51,6 @@ private:
     std::array<Written, kPatterns> written{};
     BankTokens chainWords;
     int pattern = -1;
-    int keyNote = 60;
     bool keepsMods = false;
     std::bitset<kModTracks> switched; // on or off by a word of the source
 };

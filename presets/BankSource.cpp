@@ -12,15 +12,16 @@ namespace {
 
 using Tokens = BankTokens;
 
-// The value as its display shows it; blanks count nothing, so that 1/16 is "1 / 16".
+// The value as its display shows it; 1/16 is "1 / 16".
 float rawOf(int tag, const std::string& word, const std::string& text)
 {
-    std::string spaced;
+    std::string shown;
     for (const char c : text)
-        spaced += c == '/' ? std::string(" / ") : std::string(1, c);
-    for (const std::string& shown : {text, spaced, spaced + " "})
-        if (const auto raw = parameterFromText(tag, shown))
-            return *raw;
+        shown += c == '/' ? std::string(" / ") : std::string(1, c);
+    if (text.find(" / ") != std::string::npos)
+        shown = text;
+    if (const auto raw = parameterFromText(tag, shown))
+        return *raw;
     throw std::runtime_error(word + " has no choice " + text);
 }
 
@@ -139,7 +140,11 @@ bool readBankSource(const std::string& path, const std::string& root, DetachedSo
     try {
         Source source(song, root);
         source.readFile(path);
-        source.finish();
+        try {
+            source.finish();
+        } catch (const std::exception& reason) {
+            throw std::runtime_error(path + ": " + reason.what());
+        }
         if (about)
             *about = source.about;
         return true;

@@ -39,6 +39,7 @@ int buildKind(
     const std::string& root, const std::string& sources, const std::string& target, PresetKind kind)
 {
     int built = 0;
+    bool allGood = true; // every mistake is reported, not the first alone
     const PresetKindRow& row = presetKindRow(kind);
     const std::string from = KWFileio::join(root, sources);
     size_t most = kMostNames;
@@ -49,10 +50,10 @@ int buildKind(
             const std::string to = target + "/" + row.title + "/Factory/" + folder + "/"
                 + KWFileio::nameOf(file) + "." + row.extension;
             if (!buildOne(from + "/" + folder + "/" + file, root, to, kind))
-                return -1;
+                allGood = false;
             ++built;
         }
-    return built;
+    return allGood ? built : -1;
 }
 
 } // namespace

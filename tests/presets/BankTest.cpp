@@ -1,17 +1,12 @@
 #include "data/library/Settings.h"
 #include "platform/KWFileio.h"
-#include "presets/BankSource.h"
-#include "tests/platform/TestFolder.h"
 #include "tests/support/Player.h"
 
 #include <cmath>
-#include <fstream>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <set>
 
 namespace ormund {
-
-using testing::HasSubstr;
 
 namespace {
 
@@ -94,45 +89,17 @@ void checkKind(PresetKind kind, size_t leastControllers)
 
 } // namespace
 
-TEST(Bank, EveryGlobalPresetPlaysWithinTheScaleOfItsLevel)
-{
-    EXPECT_EQ(bank(PresetKind::Global).folderCount(), 4);
-    checkKind(PresetKind::Global, 30);
-}
+TEST(Bank, EveryGlobalPresetPlaysWithinTheScaleOfItsLevel) { checkKind(PresetKind::Global, 30); }
 
 TEST(Bank, EverySynthPresetSoundsAndNoneClips) { checkKind(PresetKind::Synth, 0); }
 
 TEST(Bank, ANewInstanceFindsIt)
 {
     KWUniClient engine(nullptr);
-    EXPECT_EQ(engine.presets.tree(PresetKind::Global).folderCount(), 4);
+    EXPECT_GE(engine.presets.tree(PresetKind::Global).folderCount(), 4);
     EXPECT_GE(engine.presets.tree(PresetKind::Synth).folderCount(), 6);
     engine.setParameter(Tag::NextPreset, 0.0f);
     EXPECT_NE(engine.presets.name(PresetKind::Global), "");
-}
-
-TEST(BankSource, AMistakeNamesItsFileLineAndReason)
-{
-    const TestFolder folder;
-    const std::string path = folder / "x.txt";
-    struct Case {
-        const char* text;
-        const char* reason;
-    };
-    for (const Case& wrong :
-        {Case{"set swing 0.1\nset swung 0.1\n", ":2: no parameter is called swung"},
-            Case{"set scale \"Major\"\nset scale \"No such\"\n", ":2: scale has no choice"},
-            Case{"set swing 1.5\n", ":1: a value must be from 0 to 1"},
-            Case{"pattern\nvelocity 9x\n", ":2: a step is a digit or a dot"},
-            Case{"pitch 0\n", ":1: no word is called pitch before the first pattern"},
-            Case{"synth Nowhere/Nothing\n", "cannot be read"},
-            Case{"key\n", ":1: key needs a value"}}) {
-        std::ofstream(path) << wrong.text;
-        DetachedSong song;
-        std::string error;
-        EXPECT_FALSE(readBankSource(path, folder.path(), song, error));
-        EXPECT_THAT(error, HasSubstr(wrong.reason));
-    }
 }
 
 } // namespace ormund
