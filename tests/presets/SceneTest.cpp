@@ -58,11 +58,13 @@ void playPresets(Player& player, PresetKind kind, const PresetTree& tree, int fo
     }
 }
 
+// The songs and sounds of tests/presets/bank, which stay as they are.
 PresetTree bank(PresetKind kind)
 {
     PresetTree tree;
     const PresetKindRow& row = presetKindRow(kind);
-    tree.scan({std::string(ORMUND_BIN_DIR "/../presets/") + row.title + "/Factory"}, row.extension);
+    tree.scan(
+        {std::string(ORMUND_BIN_DIR "/../tests/bank/") + row.title + "/Factory"}, row.extension);
     return tree;
 }
 
@@ -175,8 +177,8 @@ void expectRecorded(const AudioLoops& loops)
     for (const auto& [scene, hash] : heard) {
         const auto it = expected.find(scene);
         EXPECT_TRUE(it != expected.end() && it->second == hash)
-            << scene << " sounds or plays differently. Where that is meant, as after a change of "
-            << "the factory bank, record it with ORMUND_WRITE_GOLDEN set.";
+            << scene << " sounds or plays differently. Where that is meant, record it with "
+            << "ORMUND_WRITE_GOLDEN set.";
     }
 }
 } // namespace
