@@ -30,7 +30,7 @@ const Table kTables[] = {
     {"docs/formats.md", "file keys", [](const std::string&) { return fileKeyTable(); }},
     {"docs/formats.md", "settings", [](const std::string&) { return settingTable(); }},
     {"docs/formats.md", "a kws",
-        [](const std::string& root) { return synthWalk(root + "/presets", "Basses/Round sub"); }},
+        [](const std::string& root) { return synthWalk(root + "/presets", "Bass/Round sub"); }},
     {"docs/formats.md", "a kwe",
         [](const std::string& root) {
             return globalWalk(root + "/presets", "Bass Lines/Night bus");
