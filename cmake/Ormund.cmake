@@ -74,7 +74,7 @@ if(ORMUND_QUICK)
 endif()
 # Compiled alone even so: what another file of the folder gives a name to as well, other flags, and
 # what sees the macros of Xlib.
-set(ORMUND_ALONE synth/AudioLoopsBaseline.cpp engine/KWNotes.cpp controls/KWDisplay.cpp
+set(ORMUND_ALONE synth/AudioLoopsBaseline.cpp engine/KWNotes.cpp engine/SequencerParameters.cpp controls/KWDisplay.cpp
   controls/KWLocalLink.cpp controls/KWListLineViewMenu.cpp controls/KWOptionMenuList.cpp controls/KWTableViewMouse.cpp
   skin/SkinImages.cpp editor/StillControls.cpp panel/ControlCatalogue.cpp
   apps/ormund/JackDriver.cpp tests/data/PatternStoreTest.cpp tests/presets/SceneTest.cpp

@@ -11,10 +11,6 @@ struct BlockTransport {
     bool loopOn = false;  // with the range below
     double loopStart = 0; // quarter notes
     double loopEnd = 0;
-    bool meterValid = false;
-    double barStart = 0; // quarter notes
-    int numerator = 4;
-    int denominator = 4;
 };
 
 } // namespace ormund

@@ -24,7 +24,8 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
     if (trigger.changed(position) && position > 0)
         event = event == 1.0f ? 0.5f : 1.0f;
 
-    advanceEighths(clock);
+    eighthsPerTick = kEighths / clock.ticksPerBeat;
+    advanceEighths();
     if (eventSeen.changed(event)) {
         eighthCounter = 0;
         // The shape lasts as long as the note, in the default multiple.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/LastSeen.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWClock.h"
 #include "engine/KWLanes.h"
 #include "engine/KWNotes.h"
@@ -12,25 +13,24 @@ namespace ormund {
 class OutgoingList;
 class Tracks;
 
-class KWBend {
+class KWBend : public MovesByInputsOnly {
 public:
     explicit KWBend(const Tracks& allTracks) : tracks(allTracks) { }
     void tick(const KWClock::Out&, const KWLanes::Out&, const KWPerformance::Out&,
         const KWNotes::Out&, OutgoingList& outgoing);
     float semitones() const { return latchedSemitones; } // for the synth
 
-    // Whether another tick would bend nothing and send nothing, as long as nothing moves that it
-    // reads.
-    bool holds() const
+    // engine/IdleTicks.h
+    int idleTicks(int most) const
     {
-        return !(sweep > 0) && event == finishedEvent && latchedSemitones == 0
+        const bool isStraight = !(sweep > 0) && event == finishedEvent && latchedSemitones == 0
             && latchedMidi == kCentre && sentMidi == kCentre;
+        return isStraight ? most : 0;
     }
-    // Instead of so many ticks where it holds.
-    void rest(const KWClock::Out& clock, int ticks)
+    void skipTicks(int ticks, double /*position*/)
     {
         for (int i = 0; i < ticks; ++i)
-            advanceEighths(clock);
+            advanceEighths();
         eighth.set(static_cast<int>(eighthCounter));
     }
 
@@ -38,9 +38,9 @@ private:
     static constexpr float kCentre = 64.0f; // of what MIDI calls the bend
     static constexpr float kEighths = 8.0f; // the bend moves so many times a beat
 
-    void advanceEighths(const KWClock::Out& clock)
+    void advanceEighths()
     {
-        eighthCounter += kEighths / clock.ticksPerBeat;
+        eighthCounter += eighthsPerTick;
         if (eighthCounter >= kEighths)
             eighthCounter = 0;
     }
@@ -50,10 +50,11 @@ private:
     float event = 0; // 1 and 0.5 by turns
     LastSeen<float> eventSeen;
     float finishedEvent = 0;
+    float eighthsPerTick = 0;
     float eighthCounter = 0; // eighths of a quarter note
     LastSeen<int> eighth;
     float sweepRate = 0; // points a tick
-    float sweep = 0;     // 0 to 32, 0 at rest
+    float sweep = 0;     // 0 to 32, 0 while nothing bends
     int shape = 0;
     float latchedMidi = kCentre;
     float latchedSemitones = 0;

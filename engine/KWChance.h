@@ -3,6 +3,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWClock.h"
 #include "engine/KWLanes.h"
 
@@ -11,7 +12,7 @@ namespace ormund {
 class Tracks;
 
 // A step is decided once, in the tick that begins it. Audio thread.
-class KWChance {
+class KWChance : public MovesByInputsOnly {
 public:
     struct Settings { // written by setParameter, on any thread
         Crossing<uint32_t> seed = 0u;

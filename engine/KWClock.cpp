@@ -3,8 +3,6 @@
 #include "data/parameters/ParameterSink.h"
 #include "data/parameters/Tags.h"
 
-#include <limits>
-
 namespace ormund {
 
 KWClock::KWClock(
@@ -92,11 +90,11 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
     values.stepChange = keys.keyStep + values.masterStep;
 }
 
-int KWClock::ticksHeld(int most) const
+int KWClock::idleTicks(int most) const
 {
     if (!isSteady)
         return 0;
-    int held = mainSwing.ticksHeld(most);
+    int held = mainSwing.unchangedTicks(most);
     if (ownClockRuns && values.play > 0) {
         // A tick short, so that rounding cannot decide.
         const double steps = static_cast<double>(raw) + 1.0 - ownClock;
@@ -105,23 +103,11 @@ int KWClock::ticksHeld(int most) const
     return held;
 }
 
-KWClock::Stretch KWClock::stretchOfStep() const
-{
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    constexpr double kMargin = 1e-6; // steps
-    if (ownClockRuns)
-        return {-kInfinity, kInfinity};
-    const double step = static_cast<double>(raw);
-    const double perBeat = static_cast<double>(settings.stepsPerBeat);
-    // The position of a stopped host is 0 for good.
-    return {raw > 0 ? (step + kMargin) / perBeat : 0, (step + 1 - kMargin) / perBeat};
-}
-
-void KWClock::rest(int ticks)
+void KWClock::skipTicks(int ticks, double /*position*/)
 {
     for (int i = 0; i < ticks; ++i)
         ownClock = nextOwnClock();
-    ring.repeat(ticks, [&] { return looperLink.rest(values.stepsPerTick); });
+    ring.repeat(ticks, [&] { return looperLink.skipTick(values.stepsPerTick); });
 }
 
 } // namespace ormund

@@ -59,19 +59,20 @@ public:
     void readSpeed();
     const Out& out() const { return values; }
 
-    // How many further ticks would find the same count in every link, up to `most`, as long as no
-    // setting and no key moves and, but for the own clock, the position stays in its step.
-    int ticksHeld(int most) const;
-    // Song positions in the step that the last tick found, but for those so close to its ends that
-    // rounding might decide. All, while the own clock runs. Quarter notes.
-    struct Stretch {
-        double from = 0;
-        double to = 0;
-        bool includes(double position) const { return position >= from && position < to; }
-    };
-    Stretch stretchOfStep() const;
-    // Instead of so many ticks that would have found the same.
-    void rest(int ticks);
+    // engine/IdleTicks.h
+    int idleTicks(int most) const;
+    // In the step that the last tick found, but for places so close to its ends that rounding might
+    // decide. The own clock does not follow the position.
+    bool isIdleAt(double position) const
+    {
+        constexpr double kMargin = 1e-6; // steps
+        const double steps = static_cast<double>(settings.stepsPerBeat) * position;
+        const double step = static_cast<double>(raw);
+        // The position of a stopped host stays 0.
+        return ownClockRuns
+            || (steps >= (raw > 0 ? step + kMargin : 0) && steps < step + 1 - kMargin);
+    }
+    void skipTicks(int ticks, double position);
 
 private:
     // Rounding must never decide a step: a position that is meant to be on the line counts as on

@@ -72,15 +72,19 @@ public:
     // After the lanes have moved, so that a live recording writes the step that plays.
     void record(int mainPosition);
     const Out& out() const { return values; }
-    // Whether another tick would change nothing, as long as no setting moves, no event comes and
-    // the song position stays on its line of the grid.
-    bool holds() const { return keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty(); }
-    bool isOnLine(float position) const // quarter notes
+
+    // engine/IdleTicks.h
+    int idleTicks(int most) const { return most; }
+    bool isIdleAt(double position) const
     {
-        return settings.keySyncIndex == 0 || gridLine(position) == grid.value();
+        const bool isOnLine =
+            settings.keySyncIndex == 0 || gridLine(static_cast<float>(position)) == grid.value();
+        return isOnLine && keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty();
     }
-    // Instead of ticks that changed nothing, the last of them at this position.
-    void rest(float position) { grid.set(gridLine(position)); }
+    void skipTicks(int /*ticks*/, double position)
+    {
+        grid.set(gridLine(static_cast<float>(position)));
+    }
 
 private:
     // The line of the grid that a song position has passed last.

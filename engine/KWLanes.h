@@ -4,6 +4,7 @@
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
 #include "base/ParkMiller.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWClock.h"
 
 #include <array>
@@ -47,7 +48,7 @@ private:
     unsigned length = 32;
 };
 
-class KWLanes {
+class KWLanes : public MovesByInputsOnly {
 public:
     static constexpr int kModLanes = 8;
     static constexpr int kLanes = 4 + kModLanes;

@@ -4,6 +4,7 @@
 
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWLanes.h"
 #include "engine/KWNotes.h"
 #include "engine/KWPerformance.h"
@@ -16,7 +17,7 @@ class OutgoingList;
 class ParameterSink;
 class Tracks;
 
-class KWMods {
+class KWMods : public MovesByInputsOnly {
 public:
     static constexpr int kTracks = 8;
     // The synth's parameter that each track drives, by its tag.
@@ -34,8 +35,8 @@ public:
 
     void tick(const KWLanes::Out&, const KWPerformance::Out&, const KWNotes::Out&,
         OutgoingList& outgoing);
-    // Whether the list was full for something, which the next tick must send.
-    bool hasUnsent() const { return unsent; }
+    // engine/IdleTicks.h
+    int idleTicks(int most) const { return unsent ? 0 : most; }
     // What the tracks put out last, 0 to 1.
     const std::array<float, kTracks>& out() const { return values; }
 
@@ -53,7 +54,7 @@ private:
     ParameterSink& sink;
     std::array<Cells, kTracks> cells;
     std::array<float, kTracks> values{};
-    bool unsent = false;
+    bool unsent = false; // the list was full for something, which the next tick must send
 };
 
 } // namespace ormund

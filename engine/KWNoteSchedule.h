@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/music/KWSystemInfo.h"
+#include "engine/IdleTicks.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,7 @@ class KWSimpleMidiManagerBase;
 // Whatever is added, every note that has been started has exactly one note off waiting, and the
 // list drains whether the sequencer runs or not. So nothing hangs and nobody sends all-notes-off.
 // Audio thread; the pool is fixed.
-class KWNoteSchedule {
+class KWNoteSchedule : public MovesByInputsOnly {
 public:
     static constexpr int kPool = 256;
 
@@ -33,14 +34,13 @@ public:
     // together with its off.
     void drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voices);
 
-    // How many drains from now on hand out nothing, up to `most`.
-    int ticksHeld(int most) const
+    // engine/IdleTicks.h
+    int idleTicks(int most) const
     {
         const uint32_t delay = head == kNone ? UINT32_MAX : at(head).delay;
         return static_cast<int>(std::min(delay / kTickSamples, static_cast<uint32_t>(most)));
     }
-    // Instead of so many of them.
-    void rest(int ticks)
+    void skipTicks(int ticks, double /*position*/)
     {
         if (head != kNone)
             at(head).delay -= static_cast<uint32_t>(ticks * kTickSamples);

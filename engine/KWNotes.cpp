@@ -47,7 +47,8 @@ KWNotes::Arpeggio KWNotes::arpeggio(int degree, int scale, float base, const KWC
     const int choice = static_cast<int>(value);
     const int rhythm = std::max(choice - 1, 0) % kRhythms;
     subStepPace = rhythm + 1 == kTripletRhythm ? 3.0 : 4.0;
-    advanceSubStep(clock, lanes.performance);
+    stepsPerTick = clock.stepsPerTick;
+    advanceSubStep(lanes.performance);
     arpeggioRuns = choice > 0;
     if (!arpeggioRuns)
         return {false, base, 0};

@@ -5,6 +5,7 @@
 #include "base/Crossing.h"
 #include "base/LastSeen.h"
 #include "data/music/ChordTable.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWClock.h"
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"
@@ -16,7 +17,7 @@ namespace ormund {
 
 class Tracks;
 
-class KWNotes {
+class KWNotes : public MovesByInputsOnly {
 public:
     struct Settings {                       // written by setParameter, on any thread
         Crossing<int32_t> rootKey = 60;     // MIDI note
@@ -44,14 +45,12 @@ public:
     // `plays` is whether the step of the performance lane does.
     void tick(int pattern, const KWClock::Out&, const KWKeys::Out&, const KWLanes::Out&,
         const KWPerformance::Out&, bool plays);
-    // Whether another tick would change nothing but the arpeggio's clock, as long as nothing moves
-    // that it reads.
-    bool holds() const { return !arpeggioRuns; }
-    // Instead of so many ticks where it holds.
-    void rest(const KWClock::Out& clock, const KWLanes::Out& lanes, int ticks)
+    // engine/IdleTicks.h
+    int idleTicks(int most) const { return arpeggioRuns ? 0 : most; }
+    void skipTicks(int ticks, double /*position*/)
     {
         for (int i = 0; i < ticks; ++i)
-            advanceSubStep(clock, lanes.performance);
+            advanceSubStep(arpeggioLane.value());
     }
     // Whether the notes start in this tick: the trigger value has moved.
     bool triggers() { return triggered.changed(triggerValue); }
@@ -65,9 +64,9 @@ private:
         float subGate = 0; // 0 to 1
     };
 
-    void advanceSubStep(const KWClock::Out& clock, int lane)
+    void advanceSubStep(int lane)
     {
-        subStep = static_cast<float>(subStep + clock.stepsPerTick * subStepPace);
+        subStep = static_cast<float>(subStep + stepsPerTick * subStepPace);
         // Asked in every tick: the last sub-step often ends in the very tick that begins the next
         // step.
         const bool stepped = arpeggioLane.changed(lane);
@@ -89,6 +88,7 @@ private:
 
     LastSeen<int> arpeggioLane;
     float subStep = 0; // 0 to 4
+    double stepsPerTick = 0;
     double subStepPace = 4.0;
     bool arpeggioRuns = false;
     LastSeen<int> muteLane{-1};

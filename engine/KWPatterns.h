@@ -33,8 +33,13 @@ public:
 
     void tick(const KWClock::Out&, const KWKeys::Out&);
     const Out& out() const { return values; }
-    // Whether another tick would change nothing, as long as no setting, step, key or count moves.
-    bool holds() const { return isSettled && tracks.sequenceLoop.generation() == loopSeen; }
+    // engine/IdleTicks.h; a loop can be drawn without a counted change.
+    int idleTicks(int most) const { return isSettled ? most : 0; }
+    bool isIdleAt(double /*position*/) const
+    {
+        return tracks.sequenceLoop.generation() == loopSeen;
+    }
+    void skipTicks(int /*ticks*/, double /*position*/) { }
 
 private:
     void select(int pattern);

@@ -3,6 +3,7 @@
 
 #include "base/LastSeen.h"
 #include "base/ParkMiller.h"
+#include "engine/IdleTicks.h"
 #include "engine/KWLanes.h"
 
 #include <array>
@@ -27,7 +28,7 @@ enum class StepCommand : int {
     LastMod = 17,
 };
 
-class KWPerformance {
+class KWPerformance : public MovesByInputsOnly {
 public:
     struct Out {                                 // written by tick(), read by later stages
         StepCommand command = StepCommand::None; // of this step

@@ -47,7 +47,7 @@ int KWStrikes::nextIn() const
     return next;
 }
 
-void KWStrikes::rest(int ticks)
+void KWStrikes::skipTicks(int ticks, double /*position*/)
 {
     for (int i = 0; i < waiting; ++i)
         strikes[at(i)].in -= ticks;

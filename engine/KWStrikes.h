@@ -1,6 +1,7 @@
 // What a step makes of its notes in time: late, strummed, struck several times.
 #pragma once
 
+#include "engine/IdleTicks.h"
 #include "engine/KWClock.h"
 #include "engine/KWLanes.h"
 #include "engine/KWNotes.h"
@@ -17,7 +18,7 @@ class Tracks;
 // A plain step hands its notes to the schedule at once. Any other lays out its strikes, each of
 // which starts in a tick of its own; nothing starts before the tick that decided the step. What
 // does not fit into the list is left out. Stopping drops what has not started. Audio thread.
-class KWStrikes {
+class KWStrikes : public MovesByInputsOnly {
 public:
     static constexpr int kMost = 64; // waiting at once; two steps of eight strikes of four notes
 
@@ -28,10 +29,9 @@ public:
     // The notes of the step that begins. True if it has any.
     bool begin(const KWClock::Out&, const KWLanes::Out&, const KWNotes::Out&, KWNoteSchedule&);
 
-    // How many ticks from now on start nothing, up to `most`.
-    int ticksHeld(int most) const { return waiting == 0 ? most : std::min(nextIn() - 1, most); }
-    // Instead of so many of them.
-    void rest(int ticks);
+    // engine/IdleTicks.h
+    int idleTicks(int most) const { return waiting == 0 ? most : std::min(nextIn() - 1, most); }
+    void skipTicks(int ticks, double position);
 
 private:
     struct Strike {

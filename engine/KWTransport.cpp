@@ -37,7 +37,7 @@ bool KWTransport::evaluate(const BlockTransport* block, int frames)
     tempo = usableTempo(*block, tempo);
 
     const double position = block->position;
-    if (!block->playing || !(position >= 0) || !std::isfinite(position)) {
+    if (!block->playing || !(position >= 0 && position < HUGE_VAL)) {
         moveTo(0);
         return setRunning(false);
     }

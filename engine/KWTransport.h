@@ -18,35 +18,17 @@ public:
     bool evaluate(const BlockTransport* block, int frames);
     // Moves on by `samples`, back to the cycle's start where its end is reached.
     void advance(int samples);
-    // Whether this block may jump back to the cycle's start.
-    bool mayWrap() const { return wrapArmed; }
-    // Where advance() would come to in the runs of a block that does not wrap: the first of its
-    // `ticks`, 1 and up, is `untilTick` samples from now. Quarter notes.
-    struct Course {
-        double firstTick;
-        double lastTick;
-        double end;
-    };
-    Course course(int ticks, int untilTick, int frames) const
-    {
-        const double first = info.songPositionPrecise + untilTick * positionIncrement;
-        double last = first;
-        for (int i = 1; i < ticks; ++i)
-            last += kTickSamples * positionIncrement;
-        const int behind = frames - untilTick - (ticks - 1) * kTickSamples;
-        return {first, last, last + behind * positionIncrement};
-    }
-    void moveTo(double position)
-    {
-        info.songPositionPrecise = position;
-        info.songPosition = static_cast<float>(position);
-    }
 
     // The tempo of this block as far as the host gave a usable one, else the stored tempo.
     double blockTempo() const { return tempo; }
 
 private:
     bool setRunning(bool running);
+    void moveTo(double position)
+    {
+        info.songPositionPrecise = position;
+        info.songPosition = static_cast<float>(position);
+    }
 
     KWSystemInfo& info;
     // What a block of so many frames moves by a sample, kept for the next one of its kind.

@@ -82,9 +82,9 @@ public:
     explicit LooperLink(SwingRing& ring) : swing(ring, SwingRing::Looper) { }
     float tick(float count, bool on, int steps, const StepSpeed& speed);
     bool isActive() const { return active; }
-    // Instead of tick() while it is not active and its input holds still: only its own count goes
+    // Instead of tick() while it is not active and its input is unchanged: only its own count goes
     // on. Gives the count that enters the ring.
-    float rest(double stepsPerTick)
+    float skipTick(double stepsPerTick)
     {
         advance(stepsPerTick);
         if (ownCount >= length)

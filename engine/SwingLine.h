@@ -82,13 +82,13 @@ public:
     }
     // How many ticks with the same arguments would give the same, up to `most`. Between two ticks
     // of the ring.
-    int ticksHeld(int most) const
+    int unchangedTicks(int most) const
     {
         size_t back = lateBy;
-        int held = 0;
-        for (; held < most && back > 0 && ring.past(line, back) == swung; ++held)
+        int same = 0;
+        for (; same < most && back > 0 && ring.past(line, back) == swung; ++same)
             --back;
-        return back > 0 || entered != swung ? held : most;
+        return back > 0 || entered != swung ? same : most;
     }
 
 private:

@@ -64,11 +64,14 @@ void Presets::scan()
             presetKindRow(kind).extension);
     const PresetTree& global = trees[at(PresetKind::Global)];
     const int midi = global.folderNamed(kMidiFolder);
-    std::vector<PresetFile> files;
+    takeMidiProgram(); // as long as the files are those it was chosen from
+    midiFiles.clear();
     for (int i = 0; i < std::min(global.fileCount(midi), ProgramBank::kPrograms); ++i)
-        files.push_back(*global.fileAt(midi, i));
-    takeMidiProgram();
-    midiPrograms.rebuild(files);
+        midiFiles.push_back(*global.fileAt(midi, i));
+    midiPrograms.rebuild(midiFiles.size(), [this](size_t program, KWChunk& chunk) {
+        return readChunkFile(midiFiles[program].path, chunk, LoadResult::NewerVersion)
+            == LoadResult::Done;
+    });
 }
 
 LoadResult Presets::report(LoadResult result, const std::string& path, bool quiet) const
@@ -332,8 +335,9 @@ void Presets::takeMidiProgram()
     parts.kept = {};
     parts.kept[at(PresetKind::Global)] = chosen->kept;
     rebuildPaths();
-    paths[at(PresetKind::Global)] = chosen->file.path;
-    position.names[at(PresetKind::Global)] = plainName(chosen->file.name);
+    const PresetFile& file = midiFiles[chosen->program];
+    paths[at(PresetKind::Global)] = file.path;
+    position.names[at(PresetKind::Global)] = plainName(file.name);
 }
 
 const std::string& Presets::name(PresetKind kind)

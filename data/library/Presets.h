@@ -2,9 +2,9 @@
 #pragma once
 
 #include "data/library/PresetTree.h"
-#include "data/library/ProgramBank.h"
 #include "data/library/Settings.h"
 #include "data/state/PackedChunk.h"
+#include "data/state/ProgramBank.h"
 #include "data/state/StateReader.h"
 
 #include <array>
@@ -15,8 +15,8 @@
 
 namespace ormund {
 
-// The thread of the user interface, but for midiProgram(). What goes wrong reaches showMessage
-// here, in one place; a failed load changes nothing.
+// The thread of the user interface. What goes wrong reaches showMessage here, in one place; a
+// failed load changes nothing.
 class Presets {
 public:
     Presets(Settings& userSettings, StateParts& stateParts);
@@ -71,8 +71,8 @@ public:
     // is given no name may go and ask for it by setProgram, and loses its state that way.
     std::string programName(int number) const;
 
-    // --- audio thread ---
-    bool midiProgram(int number) { return midiPrograms.apply(number, parts); }
+    // What MIDI program changes choose from, kept up to date by scan().
+    ProgramBank& programs() { return midiPrograms; }
 
 private:
     LoadResult report(LoadResult result, const std::string& path, bool quiet) const;
@@ -96,6 +96,7 @@ private:
     std::array<PresetTree, kPresetKinds> trees;
     std::array<std::string, kPresetKinds> paths;
     ProgramBank midiPrograms;
+    std::vector<PresetFile> midiFiles; // of its programs
     KWChunk stateChunk;
     PackedChunk savedState; // what the host gave last
 };

@@ -5,25 +5,6 @@
 
 namespace ormund {
 
-BlockTransport blockTransport(const VstTimeInfo& record)
-{
-    const auto has = [&](int flags) { return (record.flags & flags) == flags; };
-    return {
-        .position = record.ppqPos,
-        .tempo = record.tempo,
-        .playing = has(kVstTransportPlaying),
-        // Some hosts give a tempo and forget the flag.
-        .tempoValid = has(kVstTempoValid) || record.tempo > 0,
-        .loopOn = has(kVstCyclePosValid | kVstTransportCycleActive),
-        .loopStart = record.cycleStartPos,
-        .loopEnd = record.cycleEndPos,
-        .meterValid = has(kVstTimeSigValid),
-        .barStart = record.barStartPos,
-        .numerator = record.timeSigNumerator,
-        .denominator = record.timeSigDenominator,
-    };
-}
-
 MidiEvent midiEvent(const VstMidiEvent& event)
 {
     const auto byte = [&](int i) { return static_cast<uint8_t>(event.midiData[i]); };

@@ -10,7 +10,21 @@
 
 namespace ormund {
 
-BlockTransport blockTransport(const VstTimeInfo& record);
+inline BlockTransport blockTransport(const VstTimeInfo& record)
+{
+    const auto has = [&](int flags) { return (record.flags & flags) == flags; };
+    return {
+        .position = record.ppqPos,
+        .tempo = record.tempo,
+        .playing = has(kVstTransportPlaying),
+        // Some hosts give a tempo and forget the flag.
+        .tempoValid = has(kVstTempoValid) || record.tempo > 0,
+        .loopOn = has(kVstCyclePosValid | kVstTransportCycleActive),
+        .loopStart = record.cycleStartPos,
+        .loopEnd = record.cycleEndPos,
+    };
+}
+
 MidiEvent midiEvent(const VstMidiEvent& event);
 VstMidiEvent effectEvent(const MidiEvent& event);
 

@@ -1,34 +1,13 @@
-// The plug-in: it owns the tables, the stages of the tick and the synth, and runs them.
+// The plug-in: the sequencer and the user's library behind the effect interface.
 #pragma once
 
 #include "base/KWAligned.h"
 #include "base/RealTime.h"
 #include "data/library/Presets.h"
 #include "data/library/Settings.h"
-#include "data/music/KWKeyState.h"
-#include "data/music/KWSystemInfo.h"
-#include "data/parameters/Parameters.h"
-#include "data/parameters/ParameterSink.h"
-#include "data/state/MidiMap.h"
-#include "data/tracks/PatternStore.h"
-#include "data/tracks/Tracks.h"
-#include "engine/EventQueues.h"
-#include "engine/KWBend.h"
-#include "engine/KWChance.h"
-#include "engine/KWClock.h"
-#include "engine/KWKeys.h"
-#include "engine/KWLanes.h"
-#include "engine/KWMods.h"
-#include "engine/KWNotes.h"
-#include "engine/KWNoteSchedule.h"
-#include "engine/KWPatterns.h"
-#include "engine/KWPerformance.h"
-#include "engine/KWStrikes.h"
-#include "engine/KWTransport.h"
-#include "engine/ScreenValues.h"
+#include "engine/Sequencer.h"
 #include "host/effect/KWPluginBase.h"
 #include "host/plugin/EffectRecords.h"
-#include "synth/KWSynth.h"
 
 namespace ormund {
 
@@ -93,15 +72,10 @@ public:
     void queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING;
 
     // --- for the editor and the loaders --------------------------------------------------------
-    // What depends on the sample rate is derived anew from the stored values.
-    void reapplyParameters();
-    // All stages that must start afresh after a load watch this.
-    void countReload()
-    {
-        reloadCounter = reloadCounter + 1.0f;
-        info.changes.count();
-    }
-    float reloads() const { return reloadCounter; }
+    void reapplyParameters() { sequencer.reapplyParameters(); }
+    void countReload() { sequencer.countReload(); }
+    float reloads() const { return sequencer.reloads(); }
+    void setLockButton(bool down) { sequencer.setLockButton(down); }
     LoadResult loadPreset(PresetKind kind, const std::string& path);
     LoadResult savePreset(PresetKind kind, const std::string& path);
     // The state that the host gave last; false when it gave none.
@@ -114,123 +88,40 @@ public:
     // calls it at idle; without a window it runs at the host's own idle and before a state is
     // given away.
     void runDeferred();
-    void setLockButton(bool down)
-    {
-        patterns.settings.lockButton = down ? 1.0f : 0.0f;
-        info.changes.count();
-    }
-
-    KWSystemInfo info;
-    Parameters parameters;
-    Tracks tracks;
-    PatternStore patternStore;
-    MidiMap midiMap;
-    KWKeyState keyState;
-    ScreenValues screen;
-    Crossing<int32_t> remoteStep = 0; // the step that a learned controller writes
 
 private:
-    // What the readers of states and presets see of this object.
-    class StateLink final : public LoadInterlock {
-    public:
-        explicit StateLink(KWUniClient& client) : engine(client) { }
-        void stopBlocks(bool wait) override;
-        void resumeBlocks() override;
-        void stateLoaded(PresetKind kind) override;
+    Sequencer sequencer;
 
-    private:
-        KWUniClient& engine;
-    };
+public:
+    KWSystemInfo& info = sequencer.info;
+    Parameters& parameters = sequencer.parameters;
+    Tracks& tracks = sequencer.tracks;
+    PatternStore& patternStore = sequencer.patternStore;
+    MidiMap& midiMap = sequencer.midiMap;
+    KWKeyState& keyState = sequencer.keyState;
+    ScreenValues& screen = sequencer.screen;
+    Crossing<int32_t>& remoteStep = sequencer.remoteStep;
+
+    Settings settings;
+    Presets presets{settings, sequencer.state()};
+
+private:
     // host/plugin/KWUniClient.cpp
-    void dropOutdatedEvents();
-    void tick(int sample);
-    bool mayRest() const;
-    bool isUntouched() const;
-    bool mayRestAt(double position) const
-    {
-        return restsWithin.includes(position) && keys.isOnLine(static_cast<float>(position));
-    }
-    void restingTick();
-    bool restBlock(int frames);
-    void countRests(int ticks, double lastAt);
-    void playRuns(float** outputs, int frames);
-    void catchUp();
-    void handle(const InternalEvent& event);
-    void followTempo();
-    void renderRun(float** outputs, int frame, int samples);
-    void sendOutgoing(double songPosition);
-    void publish();
-    // host/plugin/KWUniClientParameters.cpp
-    void react(int tag, const Parameters::Stored& stored);
-    void reactTo(int tag, const Parameters::Stored& stored);
-    bool reactInstrument(int tag, const Parameters::Stored& stored);
-    bool reactFamilies(int tag, const Parameters::Stored& stored);
-    void stepChoice(int tag, int direction);
-    void reactGlobalEdit(int tag);
-    void applyDefaults();
-    // host/plugin/KWUniClientHost.cpp
-    void programChanged(int program);
+    void sendOutgoing(std::span<const MidiEvent> events, double songPosition);
     // host/plugin/KWUniClientState.cpp
     void stepPreset(int tag);
     void startSettings();
     void tellPresetChanged(bool listToo);
     bool isAudioThread() const; // and in its block
-    void waitForBlock() const;
     bool scriptLoadOrSave(VstIntPtr code, const char* path);
 
-    Crossing<float> reloadCounter = 0.0f;
-    OneWayFlag loadBypass;
-    OneWayFlag inBlock;
-    OneWayFlag eventsOutdated; // the host has suspended
     WrapperPort* wrapper = nullptr;
-    Crossing<int32_t> synthOn = 0;
-    Crossing<int32_t> ignoreProgramChange = 1;
-    Crossing<int32_t> keepMidiMap = 0; // a load leaves the user's controllers alone
     Crossing<int32_t> rendersOffline = 0;
-    Crossing<uintptr_t> blockThread = uintptr_t{0};
-    Mailbox deferredPreset; // a tag
-    PresetPosition presetPosition;
-    StateLink stateLink{*this};
-    StateParts stateParts{info, parameters, tracks, patternStore, midiMap, presetPosition, *this,
-        stateLink, keepMidiMap};
+    Crossing<uintptr_t> blockThread = uintptr_t{0}; // 0 outside a block
 
-public:
-    Settings settings;
-    Presets presets{settings, stateParts};
-
-private:
     // Audio thread.
-    InputQueue inputQueue;
-    OutgoingList outgoing;
+    BlockTransport blockSong; // of the last record
     EffectEventList sent;
-    KWNoteSchedule schedule;
-    KWTransport transport;
-    KWKeys keys;
-    KWClock clock;
-    KWPatterns patterns;
-    KWLanes lanes;
-    KWChance chance;
-    KWPerformance performance;
-    KWNotes notes;
-    KWStrikes strikes;
-    KWBend bend;
-    KWMods mods;
-    KWSynth synth;
-    // All that the stages behind the patterns read, but for the counters of their own.
-    struct StepInputs {
-        KWKeys::Out keys;
-        KWClock::Out clock;
-        KWPatterns::Out patterns;
-        uint32_t changes = 0;
-        friend bool operator==(const StepInputs&, const StepInputs&) = default;
-    };
-    LastSeen<StepInputs> stepInputs;
-    int restsLeft = 0;            // ticks in which nothing can move of itself
-    KWClock::Stretch restsWithin; // the song positions at which they may
-    int rested = 0;               // ticks that the stages' counters have not taken yet
-    bool synthTicked = false;     // the synth has had its control step for this period
-    alignas(32) float runLeft[kTickSamples]{};
-    alignas(32) float runRight[kTickSamples]{};
 };
 
 } // namespace ormund

@@ -1,9 +1,8 @@
-// What the host asks of the plug-in: names, texts, capabilities, and the events it sends.
+// What the host asks of the plug-in: names, texts, capabilities.
 
 #include "host/plugin/KWUniClient.h"
 
 #include "data/parameters/Tags.h"
-#include "host/plugin/EffectRecords.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -18,8 +17,6 @@ constexpr char kVendor[] = "Kelda Works";
 constexpr VstInt32 kVendorVersion = 1061;
 constexpr char kNoParameter[] = "empty";
 constexpr size_t kTextRoom = kVstMaxParamStrLen;
-// Hours: what a host means by more is no place in a block.
-constexpr VstInt32 kLastFrame = 1 << 28;
 
 constexpr const char* kCapabilities[] = {
     "receiveVstEvents",
@@ -127,30 +124,5 @@ VstInt32 KWUniClient::canDo(const char* text)
 }
 
 VstPlugCategory KWUniClient::getPlugCategory() { return kPlugCategSynth; }
-
-VstInt32 KWUniClient::processEvents(VstEvents* events)
-{
-    if (!wrapperMode())
-        queueEvents(events);
-    return 1;
-}
-
-void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKING
-{
-    if (!events)
-        return;
-    dropOutdatedEvents();
-    const int untilTick = kTickSamples - info.controlCounter;
-    // As many as it says, whatever the record's own two places.
-    const VstEvent* const* list = events->events;
-    for (VstInt32 i = 0; i < events->numEvents; ++i) {
-        const VstEvent* event = list[i];
-        if (!event || event->type != kVstMidiType)
-            continue;
-        if (const auto internal =
-                internalEvent(midiEvent(*reinterpret_cast<const VstMidiEvent*>(event)).bytes))
-            inputQueue.insert(*internal, std::clamp(event->deltaFrames, 0, kLastFrame) - untilTick);
-    }
-}
 
 } // namespace ormund

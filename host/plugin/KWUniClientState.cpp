@@ -10,29 +10,9 @@
 
 namespace ormund {
 
-void KWUniClient::StateLink::stopBlocks(bool wait)
-{
-    engine.loadBypass.raise();
-    if (wait)
-        engine.waitForBlock();
-}
-
-void KWUniClient::StateLink::resumeBlocks() { engine.loadBypass.lower(); }
-
-void KWUniClient::StateLink::stateLoaded(PresetKind kind)
-{
-    // Another sound is no other song: what plays keeps its place.
-    if (kind == PresetKind::Global) {
-        engine.tracks.selectRow(engine.patternStore.currentPattern);
-        engine.countReload();
-    }
-    engine.screen.redraw.raise();
-    engine.screen.presetNamesChanged.raise();
-}
-
 bool KWUniClient::isAudioThread() const
 {
-    return inBlock.isRaised() && blockThread == static_cast<uintptr_t>(pthread_self());
+    return blockThread == static_cast<uintptr_t>(pthread_self());
 }
 
 void KWUniClient::startSettings()
@@ -148,11 +128,6 @@ LoadResult KWUniClient::savePreset(PresetKind kind, const std::string& path)
 
 void KWUniClient::stepPreset(int tag)
 {
-    if (isAudioThread()) {
-        // A learned controller: files are read by the thread of the user interface.
-        deferredPreset.post(tag);
-        return;
-    }
     switch (tag) {
     case Tag::PreviousPreset:
         presets.setProgram(presets.program() - 1);
@@ -177,15 +152,9 @@ void KWUniClient::stepPreset(int tag)
 
 void KWUniClient::runDeferred()
 {
-    const int32_t tag = deferredPreset.take();
+    const int32_t tag = sequencer.presetRequest.take();
     if (tag != Mailbox::kEmpty)
         stepPreset(tag);
-}
-
-void KWUniClient::programChanged(int program)
-{
-    if (ignoreProgramChange == 0 && !midiMap.mapBusy.isRaised())
-        presets.midiProgram(program);
 }
 
 } // namespace ormund

@@ -1,10 +1,11 @@
 // The presets that MIDI program changes choose, ready for the audio thread.
 #pragma once
 
-#include "data/library/PresetTree.h"
 #include "data/state/StateParts.h"
 
 #include <atomic>
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,7 +13,9 @@
 
 namespace ormund {
 
-// Read, checked and decoded when the folders are scanned. A change of program then only copies
+class KWChunk;
+
+// Checked and decoded beforehand. A change of program then only copies
 // values: it allocates nothing and takes a bounded time.
 class ProgramBank {
 public:
@@ -23,10 +26,11 @@ public:
     ProgramBank(const ProgramBank&) = delete;
     ProgramBank& operator=(const ProgramBank&) = delete;
 
-    // The loader's thread. A file that cannot be read keeps its number and does nothing.
-    void rebuild(const std::vector<PresetFile>& files);
+    // The loader's thread. `read` fills the chunk of a program from 0 on, or gives false; a program
+    // that cannot be read keeps its number and does nothing.
+    void rebuild(size_t count, const std::function<bool(size_t program, KWChunk& chunk)>& read);
     struct Chosen {
-        PresetFile file;
+        size_t program = 0;
         std::string synthName; // of the synth preset that it was made with
         KeptRecords kept;      // what the file holds and this program does not know
     };

@@ -1,6 +1,5 @@
-#include "data/library/ProgramBank.h"
+#include "data/state/ProgramBank.h"
 
-#include "data/state/ChunkFile.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/StateReader.h"
 
@@ -121,15 +120,16 @@ void ProgramBank::Program::apply(StateParts& parts) const
 ProgramBank::ProgramBank() = default;
 ProgramBank::~ProgramBank() = default;
 
-void ProgramBank::rebuild(const std::vector<PresetFile>& files)
+void ProgramBank::rebuild(
+    size_t count, const std::function<bool(size_t program, KWChunk& chunk)>& read)
 {
     auto bank = std::make_unique<Bank>();
-    const size_t count = std::min(files.size(), static_cast<size_t>(kPrograms));
+    count = std::min(count, static_cast<size_t>(kPrograms));
     std::unique_ptr<DetachedSong> song;
     for (size_t i = 0; i < count; ++i) {
-        Bank::Place place{{files[i], {}, {}}, nullptr};
+        Bank::Place place{{i, {}, {}}, nullptr};
         KWChunk chunk;
-        if (readChunkFile(files[i].path, chunk, LoadResult::NewerVersion) == LoadResult::Done) {
+        if (read(i, chunk)) {
             if (!song)
                 song = std::make_unique<DetachedSong>();
             std::string& synthName = song->position.names[static_cast<size_t>(PresetKind::Synth)];
