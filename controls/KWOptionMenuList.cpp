@@ -165,7 +165,7 @@ void KWOptionMenu::closeList()
 {
     invalidateList();
     closeSub();
-    // Whoever only looked into a branch has chosen nothing.
+    // A look into a branch chooses nothing.
     if (entryBeforeBranch)
         currentEntry = *entryBeforeBranch;
     entryBeforeBranch.reset();
@@ -332,7 +332,7 @@ CMouseEventResult KWOptionMenu::listMouseUp(const CPoint& where, int buttons)
     return kMouseEventHandled;
 }
 
-// Closes before it tells: the listener may fill the menu anew, which ends this sub-menu. So nothing
+// Closes before it reports: the listener may fill the menu, which ends this sub-menu. So nothing
 // of this object is touched after the report.
 void KWOptionMenu::take(int index)
 {

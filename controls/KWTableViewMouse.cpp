@@ -239,7 +239,7 @@ void KWTableView::paintSpan(int dx)
         setNormalised(step, value01);
 }
 
-// A straight line from the pressed point to the pointer, made anew at every move.
+// A straight line from the pressed point to the pointer, made again at every move.
 void KWTableView::paintRamp()
 {
     const int target = static_cast<int>(screenToStep(mousePoint.x));

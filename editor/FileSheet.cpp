@@ -78,7 +78,7 @@ void FileSheet::ask(const KWFileChooser::Request& request, KWFileChooser::Answer
     std::error_code error;
     const bool isThere = fs::is_directory(asked.startFolder, error);
     enter(isThere ? asked.startFolder : homeFolder());
-    // Without its ending, which accept() adds: whoever goes on typing means the name.
+    // Without its ending, which accept() adds: typing on replaces the name.
     name = asked.kind == KWFileChooser::Kind::Save ? asked.fileName : "";
     if (name.ends_with("." + asked.extension))
         name.resize(name.size() - asked.extension.size() - 1);

@@ -11,7 +11,7 @@ namespace ormund {
 namespace {
 constexpr int kPerformanceZoneLow = 52;
 
-// Two equal velocities differ a little, so that every new key is a change for whoever compares.
+// Two equal velocities differ a little, so that every new key is a change to those that compare.
 constexpr float kVelocityOffsets[] = {1.2e-06f, 2.4e-06f, 3.6e-06f, 0.0f};
 constexpr float kVelocityScale = 0.0078125f;
 

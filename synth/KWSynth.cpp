@@ -202,7 +202,7 @@ void KWSynth::tuneVoices(float pitchOffset)
     }
 }
 
-// A voice's oscillators run for as long as its level is above 0. They start anew when it rises
+// A voice's oscillators run for as long as its level is above 0. They start again when it rises
 // from there; one that has ended is silent from this block on.
 void KWSynth::runGates()
 {

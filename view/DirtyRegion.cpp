@@ -28,7 +28,7 @@ void DirtyRegion::add(CRect rect)
             ++i;
             continue;
         }
-        // The grown rectangle may meet those that were passed before, so the search starts anew.
+        // The grown rectangle may meet those that were passed before, so the search starts over.
         rect.unite(other);
         removeAt(i);
         i = 0;

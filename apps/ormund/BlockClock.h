@@ -11,7 +11,7 @@ class BlockClock {
 public:
     BlockClock(double sampleRate, int frames);
     // The smoothed start of the block whose callback came at `now`. Blocks come one by one; a gap
-    // of several of them starts anew.
+    // of several of them starts over.
     int64_t blockStart(int64_t now);
     double nanosPerFrame() const { return period / frameCount; }
 

@@ -1,5 +1,5 @@
 // The panel has a play button of its own, which in a host only lets the sequencer run along. Here
-// it is the program's: whoever presses it, or the space bar on the panel, starts the transport.
+// it is the program's: pressing it, or the space bar on the panel, starts the transport.
 #pragma once
 
 namespace ormund {

@@ -124,7 +124,7 @@ void Settings::firstRun() const
 }
 
 // A link and no copy, so that a new version brings its new presets. One that leads nowhere any more
-// is made anew.
+// is made again.
 void Settings::linkShipped(PresetKind kind) const
 {
     const std::string factory = kindFolder(kind, kFactory);

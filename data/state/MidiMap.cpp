@@ -39,7 +39,7 @@ std::optional<CcAssignment> assignmentOfWords(int32_t tag, int32_t step)
     return assignment(low, step & 0xFFFF);
 }
 
-// The right to change the map from outside the audio thread. Whoever holds it only copies a few
+// The right to change the map from outside the audio thread. Its holder only copies a few
 // words, so the wait for another one is short.
 class MidiMap::Change {
 public:

@@ -55,7 +55,7 @@ TEST_F(Home, AFirstRunWritesItsPathsAndLinksTheShippedContent)
     EXPECT_TRUE(KWFileio::isFolder(folder / "content/Global Presets/User"));
     EXPECT_TRUE(KWFileio::exists(factory + "/Bass/a.kwe"));
 
-    // What the user has changed stays, and a link that leads nowhere is made anew.
+    // What the user has changed stays, and a link that leads nowhere is made again.
     settings.setPresetPath(PresetKind::Global, "/elsewhere");
     std::filesystem::remove(factory);
     std::filesystem::create_symlink(folder / "gone", factory);

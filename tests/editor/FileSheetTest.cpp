@@ -100,7 +100,7 @@ TEST_F(FileSheetTest, SavesUnderATypedNameAndAsksBeforeItReplaces)
     user.key({.key = CKey::Backspace});
     user.key({.character = U'a'});
     click(sheet->acceptRect());
-    EXPECT_FALSE(answer) << "a changed name is asked about anew";
+    EXPECT_FALSE(answer) << "a changed name is asked about again";
     click(sheet->acceptRect());
     EXPECT_EQ(answer, root + "/a.kwe");
 }

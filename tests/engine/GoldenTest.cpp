@@ -12,7 +12,7 @@
 namespace ormund {
 
 namespace {
-// With ORMUND_WRITE_GOLDEN set the trace is written anew; look at the difference before keeping it.
+// With ORMUND_WRITE_GOLDEN set the trace is written; look at the difference before keeping it.
 void expectGolden(const std::string& name, const std::string& trace)
 {
     const std::string path = std::string(ORMUND_SOURCE_DIR "/tests/golden/") + name;

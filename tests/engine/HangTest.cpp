@@ -14,9 +14,9 @@ namespace ormund {
 
 namespace {
 // Someone who tries everything, for reproducible hours.
-class Vandal {
+class Disturber {
 public:
-    Vandal(Player& victim, unsigned seed) : player(victim), random(seed) { }
+    Disturber(Player& victim, unsigned seed) : player(victim), random(seed) { }
 
     void act()
     {
@@ -111,11 +111,11 @@ TEST(Hang, AnHourOfAbuseLeavesNoNoteSounding)
     size_t notes = 0;
     for (unsigned seed = 0; seed < unsigned{rounds(12)}; ++seed) {
         Player player({.empty = false});
-        Vandal vandal(player, seed);
+        Disturber disturber(player, seed);
         player.start();
         for (int second = 0; second < 300; ++second) {
             for (int i = 0; i < 3; ++i)
-                vandal.act();
+                disturber.act();
             if (second % 40 == 0) // edits wear the content down
                 writeFactoryContent(player.engine().tracks, player.engine().patternStore);
             player.play(44100);

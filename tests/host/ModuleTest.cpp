@@ -377,7 +377,7 @@ TEST_F(Module, TheDoorSwitchesOfflineRenderingAndKeepsMessages)
     host.start();
     host.run(44100);
     EXPECT_FALSE(noteOns(host.events).empty());
-    // The key store keeps it for whoever starts next.
+    // The key store keeps it for the next instance.
     ScriptedHost next;
     start(next, {});
     next.processLevel = kVstProcessLevelOffline;

@@ -46,7 +46,7 @@ double instructionsPerFrame(const std::string& scene)
 }
 } // namespace
 
-// With ORMUND_WRITE_GOLDEN set the counts are recorded anew.
+// With ORMUND_WRITE_GOLDEN set the counts are recorded again.
 TEST(InstructionCounts, StayWithinThreeInAHundredOfTheRecord)
 {
 #if !defined(NDEBUG) || defined(__clang__) || defined(__SANITIZE_ADDRESS__)                        \

@@ -159,7 +159,7 @@ TEST(BlockClock, SmoothsCallbacksThatComeEarlyAndLate)
     EXPECT_LT(spread(starts), 0.05) << "of 2 ms that came in";
     EXPECT_LT(error, 0.5e6);
     EXPECT_NEAR(clock.nanosPerFrame(), 1.0002 * 1e9 / kRate, 10);
-    // After a gap it begins anew.
+    // After a gap it begins again.
     EXPECT_EQ(clock.blockStart(900000000000), 900000000000);
 }
 
@@ -193,7 +193,7 @@ TEST(PlayLink, TheUsersChangeMovesTheTransportAndTheEnginesDoesNot)
     EXPECT_EQ(look(false, true, 3), Wish::Nothing);
     EXPECT_EQ(look(false, true, 8), Wish::Stop);
     EXPECT_EQ(look(false, false, 20), Wish::Nothing);
-    // Keys that play move the button too, and that is nobody's wish.
+    // Keys that play move the button too, and nobody wants that.
     EXPECT_EQ(look(true, false, 20, false), Wish::Nothing);
 }
 

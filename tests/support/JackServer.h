@@ -63,7 +63,7 @@ public:
     bool waitFrame(unsigned wanted, int milliseconds = 20000) const;
     // Tempo that the server tells, 0 for none.
     double tempo() const;
-    // Gives bars and tempo (beats per minute) from now on, whoever did before; whole ticks.
+    // Gives bars and tempo (beats per minute) from now on, in place of another client; whole ticks.
     void lead(double beatsPerMinute);
     // Goes out when the transport comes to its frame; in rising order.
     void send(const Message& message) { toSend.push(message); }
