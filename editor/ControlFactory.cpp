@@ -343,7 +343,7 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
         display->alignment = kLeftText;
         display->fontSize = 9;
         display->textColor = look::kModulation;
-    } else { // the line of the head that tells what is waited for
+    } else { // the line of the head that names what is waited for
         display->showValue = false;
         display->fontSize = 10;
         display->textColor = look::kPitch;

@@ -403,7 +403,7 @@ void FileSheet::draw(CDrawContext* context)
     line.offset(0, 22);
     context->setFont(nullptr, 11, kNormalFace);
     context->setFontColor(look::kTextRaised);
-    // Of a long path the end tells where one is.
+    // Of a long path the end shows where one is.
     const bool fits = context->getStringWidth(folder) <= line.width();
     context->drawString(folder, line, false, fits ? kLeftText : kRightText);
 

@@ -112,7 +112,7 @@ void KWUniClientEditor::refreshMenus()
     }
 }
 
-// The line above the maker's name tells what the learning waits for.
+// The line above the maker's name shows what the learning waits for.
 void KWUniClientEditor::refreshHead()
 {
     const int tag = link.learnTag();

@@ -107,7 +107,7 @@ void KWFileChooser::poll()
 {
     if (!isOpen() || !dialog.poll())
         return;
-    // A host that collects all children takes the status too; the output then tells alone.
+    // A host that collects all children takes the status too; the output then decides alone.
     const bool isTaken = dialog.exitStatus() == 0
         || (dialog.exitStatus() < 0 && doubtful.empty() && !dialog.output().empty());
     if (!doubtful.empty()) {

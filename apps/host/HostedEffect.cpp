@@ -8,7 +8,7 @@ namespace ormund {
 
 namespace {
 
-// The instance that is being made calls its host before it can be told apart from others.
+// The instance that is being made calls its host before it is known from others.
 thread_local HostedEffect* hostInConstruction = nullptr;
 
 constexpr char kHostVendor[] = "Kelda Works";

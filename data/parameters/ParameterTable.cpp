@@ -14,7 +14,7 @@ constexpr Saved kPreset = Saved::Preset;
 constexpr Saved kBoth = Saved::PresetAndSynth; // in synth presets too
 constexpr Saved kSetting = Saved::Setting;
 
-// The columns "mapping": for a track or a loop it tells what backs the parameter instead.
+// The columns "mapping": for a track or a loop it names what backs the parameter instead.
 struct Form {
     Mapping mapping;
     Backing backing = Backing::Value;

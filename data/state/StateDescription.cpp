@@ -156,7 +156,7 @@ private:
         note(word, "s", std::move(meaning));
         return printable(std::move(value));
     }
-    // Adds the values one by one, so that a cut row is told as far as it goes.
+    // Adds the values one by one, so that a cut row is shown as far as it goes.
     void reals(Json& values, int count, std::string meaning)
     {
         const size_t word = chunk.cursor();
@@ -235,7 +235,7 @@ private:
             out.words.back().meaning = "file key "
                 + (entry ? std::to_string(key) + ", " + std::string(entry->name) : "unknown");
             const int32_t size = integer("words of the record");
-            // A file that was cut is told up to the cut; in a whole one this number is wrong.
+            // A file that was cut is shown up to the cut; in a whole one this number is wrong.
             const bool isCut = static_cast<size_t>(total) > chunk.words().size();
             const bool isLonger = size < 0 || static_cast<size_t>(size) > chunk.remaining();
             if (isLonger && (size < 0 || !isCut))

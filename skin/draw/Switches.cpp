@@ -97,7 +97,7 @@ void drawRecordMode(Paint& paint, int frame)
 {
     const ButtonFrame button = buttonFrame(frame);
     wordButton(paint, button.look, button.state == 0 ? "TRACK" : "STEP");
-    // A second state is told by the word; the bar at the edge makes it seen from afar.
+    // A second state is named by the word; the bar at the edge makes it seen from afar.
     if (button.state == 1)
         paint.rounded(2, 4, 2, 7, 1, kText);
 }

@@ -77,7 +77,7 @@ TEST_F(OnJack, SendsWhatTheModuleSendsToTheSample)
     Running program(home, {"--device", "jack", "--no-window", "--tempo", "132"});
     ASSERT_TRUE(listener->connectFrom(kMidiOut)) << program.said();
     expectSame(hearSong(*listener, frames), moduleNotes(frames, 132));
-    EXPECT_NEAR(listener->tempo(), 132, 1e-6) << "the tempo is told to JACK's other clients";
+    EXPECT_NEAR(listener->tempo(), 132, 1e-6) << "JACK's other clients get the tempo";
 }
 
 // The keys of the lowest octaves transpose, so what comes in shows in what goes out. Two clients,
@@ -108,7 +108,7 @@ TEST_F(OnJack, TakesTheNotesOfAnotherClientToTheSample)
     EXPECT_NE(heard, moduleNotes(frames, 120)) << "the keys change what is played";
 }
 
-// An old-fashioned one, that tells whole ticks.
+// An old-fashioned one, that gives whole ticks.
 TEST_F(OnJack, FollowsTheTempoOfTheClientThatLeads)
 {
     const int64_t frames = wholeBlocks(2);

@@ -99,7 +99,7 @@ TEST_F(ControlBase, AGateThatClosesUnderTheMouseTakesTheHintAway)
     EXPECT_FALSE(hint->isVisible());
 }
 
-// A modal control that writes down its end and can be told to open another.
+// A modal control that writes down its end and can be asked to open another.
 class Sheet : public KWControl {
 public:
     using KWControl::KWControl;

@@ -497,7 +497,7 @@ TEST_F(PresetMenu, AFileInAFolderIsReportedBehindTheHeadersAndGivesItsPath)
     user.key({.key = CKey::Escape});
 
     user.click({60, 28});
-    user.click(middleOf(*nested, 0)); // "Save Preset" is told of and not kept
+    user.click(middleOf(*nested, 0)); // "Save Preset" is reported and not kept
     EXPECT_EQ(ear.take(), "[ 466=0 ] ");
     EXPECT_TRUE(nested->getPresetPath(path, "kwe"));
     EXPECT_EQ(path, root.string() + "/Factory/Bass/two.kwe");

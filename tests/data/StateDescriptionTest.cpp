@@ -17,7 +17,7 @@ TEST(StateDescription, TellsEveryWordOfAFileOnce)
     randomise(*song, 11);
     for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth}) {
         const Words words = saved(*song, kind);
-        // The ending may lie: a whole file tells by itself which it is.
+        // The ending may lie: a whole file shows by itself which it is.
         const StateDescription told(words, "kws");
         EXPECT_FALSE(told.isBroken());
         size_t next = 0;

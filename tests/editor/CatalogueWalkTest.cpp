@@ -119,7 +119,7 @@ TEST_F(CatalogueWalk, SwitchesStayAndComeBack)
         if (row.kind != ControlClass::Button || row.buttonType != 1)
             continue;
         if (row.tag == Tag::KeyboardMode)
-            continue; // lies below its twin
+            continue; // lies below the second control of its value
         rig.show(row);
         const float first = rig.engine.parameters.mapped(firstControlOf(row.tag));
         for (int press = 0; press < row.states; ++press)

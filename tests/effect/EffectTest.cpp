@@ -1,5 +1,5 @@
 // The mapping between the C interface and the classes, on an effect that only notes what it is
-// asked, with a host that only notes what it is told.
+// asked, with a host that only notes what it hears.
 #include "host/effect/AEffGUIEditor.h"
 #include "host/effect/KWPluginBase.h"
 

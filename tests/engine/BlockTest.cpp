@@ -137,7 +137,7 @@ TEST(Block, AudioIsTheSameForEveryBlockSize)
 
 TEST(Block, AnEventWaitsForTheTickAtOrAfterItsFrame)
 {
-    // In mode 0 a held key plays, and the first note tells the tick.
+    // In mode 0 a held key plays, and the first note shows the tick.
     const auto noteTick = [](int frame, int block) {
         Player player({.block = block});
         player.writePlainNotes();

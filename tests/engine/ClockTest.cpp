@@ -180,7 +180,7 @@ TEST(Transport, SmallJumpsAreCaughtUpAndLargeOnesTakenOver)
     EXPECT_NEAR(player.engine().info.songPositionPrecise, 100.0, 0.01);
 }
 
-// Its block does not end where the loop does, and it tells of the return a block too late.
+// Its block does not end where the loop does, and it reports the return a block too late.
 TEST(Transport, ALoopsEndThatTheHostPassesIsNoJump)
 {
     Player player;

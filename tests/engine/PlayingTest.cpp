@@ -120,7 +120,7 @@ TEST(Mods, ATrackDrivesItsSynthParameter)
 
 namespace {
 
-// Sixteen patterns that are told apart by their pitch.
+// Sixteen patterns that differ in their pitch.
 Tracks& writeRowsByPitch(Player& player)
 {
     Tracks& tracks = player.engine().tracks;

@@ -68,7 +68,7 @@ protected:
         settings.setOption(Settings::kIgnoreProgramChange, false);
         settings.setOption(Settings::kKeepMidiMap, false);
     }
-    // A preset in which the swing tells which one it is.
+    // A preset whose swing shows which one it is.
     void preset(const std::string& name, float swing, PresetKind kind = PresetKind::Global)
     {
         const std::string path = folder / name;
@@ -272,7 +272,7 @@ TEST_F(PresetFiles, AMidiProgramIsTakenInTheTickAndTheSettingStopsIt)
     ASSERT_EQ(script(engine, 1, folder / "Global/User/Midi Programs/1.kwe"), 1);
     const Bytes loaded = chunkOf(engine);
     ASSERT_EQ(taken.size(), loaded.size());
-    // But for the place in the tree, which only a load of a file tells.
+    // But for the place in the tree, which only a load of a file gives.
     size_t different = 0;
     for (size_t i = 0; i < taken.size(); ++i)
         different += taken[i] != loaded[i];

@@ -104,7 +104,7 @@ TEST_P(TellingGuest, BypassAndButtonsComeBackWithTheSong)
     EXPECT_EQ(other->saveBytes(), host->saveBytes());
 }
 
-// The host cuts no block at the loop's end; the engine in the VST 2 module is told the same range.
+// The host cuts no block at the loop's end; the engine in the VST 2 module gets the same range.
 TEST_P(TellingGuest, LoopsToTheSampleWhereTheHostReportsTheRange)
 {
     for (const double end : {3.0, 4.0}) {

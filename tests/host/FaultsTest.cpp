@@ -163,7 +163,7 @@ TEST_F(Faults, AReadOnlyHomeIsToldOfAndChangesNothing)
     EXPECT_EQ(answer, 0);
 }
 
-// `limit` tells the disks apart. The old song must stand whatever was tried.
+// `limit` is what differs between the disks. The old song must stand whatever was tried.
 void expectAFullDiskIsBorne(const std::string& song, size_t limit)
 {
     ScriptedHost host;

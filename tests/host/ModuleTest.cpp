@@ -75,7 +75,7 @@ TEST_F(Module, ParametersHaveNamesTextsAndProperties)
 {
     EXPECT_EQ(host.text(effGetParamName, kRootKey), "Root_Key");
     EXPECT_EQ(host.text(effGetParamLabel, 38), "Modtrack_1_on_of_");
-    constexpr int kOwn = 330; // takes values, but tells none
+    constexpr int kOwn = 330; // takes values, but gives none
     set(kOwn, 0.75f);
     for (const int outside : {-1, 46, kOwn, 585, 100000}) {
         EXPECT_EQ(host.text(effGetParamName, outside), "empty") << outside;

@@ -261,7 +261,7 @@ void SystemWindow::poll(CFrame& frame)
         xcb_generic_event_t* event = xcb_poll_for_event(connection);
         if (!event)
             break;
-        // An error is an event of type 0. It tells of a window that the host has destroyed.
+        // An error is an event of type 0. It is about a window that the host has destroyed.
         if (event->response_type != 0)
             handle(event, frame);
         std::free(event);
