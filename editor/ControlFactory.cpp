@@ -259,6 +259,7 @@ KWControl* ControlFactory::makeList(const ControlRow& row)
     sheet.hue = hueOf(laneOf(row));
     sheet.background = BitmapTable::get(row.choiceBitmap);
     sheet.selection = BitmapTable::get(1093);
+    sheet.zeroText = "\u2013";
     return view;
 }
 

@@ -17,6 +17,8 @@ EditScope scopeOfParameter(const ControlRow& row)
     case Tag::ModTrackPage:
     case Tag::Page:
     case Tag::PageTwin:
+    case Tag::PerformancePage:
+    case Tag::Fill:
     case Tag::KeyboardMode:
     case Tag::KeyboardModeTwin:
         return EditScope::None;

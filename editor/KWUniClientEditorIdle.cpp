@@ -72,6 +72,7 @@ void KWUniClientEditor::refreshPages()
     wanted.separateLoops = values.index(Tag::LoopbarMode) != 0;
     wanted.modTrack = values.index(Tag::ModTrackPage) % kModTracks;
     wanted.keyMode = values.index(Tag::KeyboardMode) != 0 ? 1 : 0;
+    wanted.rules = values.index(Tag::PerformancePage) != 0;
     if (!pages.show(wanted) && pagesShown)
         return;
     pagesShown = true;

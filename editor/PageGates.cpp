@@ -14,6 +14,8 @@ bool PageGates::show(const Pages& wanted)
     bits.set(kSeparateLoops, pages.separateLoops);
     bits.set(kKeyMode0, pages.keyMode == 0);
     bits.set(kKeyMode1, pages.keyMode != 0);
+    bits.set(kStepsPage, !pages.rules);
+    bits.set(kRulesPage, pages.rules);
     for (int track = 0; track < kModTracks; ++track) {
         const bool chosen = track == pages.modTrack;
         bits.set(kTrackPages + track, chosen);

@@ -24,6 +24,11 @@ ScreenLane laneOf(const ControlRow& row)
     case 503:
     case 506:
         return ScreenLane::Gate;
+    case 586:
+    case 587:
+    case 588:
+    case 589:
+    case 590:
     case 337:
     case 339:
     case 341:

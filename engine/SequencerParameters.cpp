@@ -266,6 +266,10 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
         parameters.store(Tag::PageTwin, stored.raw);
         screen.pagesChanged.raise();
         break;
+    case Tag::PerformancePage:
+        tracks.performancePage = index;
+        screen.pagesChanged.raise();
+        break;
     case Tag::ModTrackPage:
         screen.pagesChanged.raise();
         break;

@@ -24,6 +24,12 @@ inline constexpr ChoiceGrid kChoiceGrids[] = {
     {1089, 6, 3, 18},  // arpeggio: a family in a row
     {1090, 9, 2, 17},  // random
     {1092, 8, 2, 16},  // pattern, repeats
+    // Without a picture: their cells are those of the line.
+    {1586, 10, 11, 101}, // chance
+    {1587, 7, 6, 42},    // condition
+    {1588, 6, 4, 22},    // ratchet
+    {1589, 8, 2, 16},    // late
+    {1590, 6, 5, 25},    // strum
 };
 
 } // namespace ormund

@@ -103,9 +103,10 @@ constexpr ControlRow switches(int tag, Place place, int bitmap, int running)
     return steps(ControlClass::SwitchLine, tag, place, bitmap, running, 1, kAlways, 0, 0);
 }
 
-constexpr ControlRow list(int tag, Place place, int bitmap, int running, int frames, int choices)
+constexpr ControlRow list(
+    int tag, Place place, int bitmap, int running, int frames, int choices, int group = kAlways)
 {
-    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, kAlways, 0, choices);
+    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, group, 0, choices);
 }
 
 constexpr ControlRow zone(int tag, Place place, int columns, int group = 0)
@@ -335,11 +336,11 @@ constexpr ControlRow kPanel[] = {
     push(  333, { 934, 288, 945, 299 }, 1026, kSettingsPage),
     hint(  334,  15, "manual Step action"),
     //      tag   place                     strip running frames  choice grid
-    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, 1087),
+    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, 1087, kStepsPage),
     hint(  338, 337, "pitch bend sequencer"),
-    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, 1088),
+    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, 1088, kStepsPage),
     hint(  340,  16, "mute action"),
-    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, 1086),
+    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, 1086, kStepsPage),
     hint(  342, 339, "chord sequencer"),
     hint(  343, 341, "octave sequencer"),
     menu(  344, kMenuOnly, 0, MenuItems::TwoPages, 0.5f, kNoGroup),
@@ -451,8 +452,8 @@ constexpr ControlRow kPanel[] = {
     value( 459,  36, "", GateMultiple, "    gate time multiply", kOwnerMapped),
     value( 460,   8, "Velocity Threshold  ", Percent),
     hint(  461,   7, "velocity gate action"),
-    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, 1089),
-    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, 1090),
+    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, 1089, kStepsPage),
+    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, 1090, kStepsPage),
     hint(  465, 464, "random sequencer"),
     menu(  466, { 318,  22, 502,  38 }, 1111, MenuItems::GlobalPresets, 1.0f, kAlways, GlobalPreset),
     value( 467,  17, "Synth Level  ", Percent),
@@ -564,6 +565,21 @@ constexpr ControlRow kPanel[] = {
     hint(  584, 585, "change keyboard mode here", 578),
     toggle(585, {  55, 628, 753, 646 }, 1046),
     plain(DragSource, kMidiDragTag, { 14, 305, 45, 331 }, 1050, kAlways, Binding::None, DragMidi),
+    // The second page of the performance lane.
+    list(  586, { 172, 389, 748, 405 }, 1125, 1126, 100, 1586, kRulesPage),
+    list(  587, { 172, 405, 748, 421 }, 1127, 1128,  41, 1587, kRulesPage),
+    list(  588, { 172, 421, 748, 437 }, 1129, 1130,  21, 1588, kRulesPage),
+    list(  589, { 172, 437, 748, 453 }, 1131, 1132,  15, 1589, kRulesPage),
+    list(  590, { 172, 453, 748, 469 }, 1133, 1134,  24, 1590, kRulesPage),
+    push(  592, {  12, 450,  53, 465 }, 1136),
+    toggle(593, {  42, 381,  75, 395 }, 1135),
+    hint(  594, 586, "chance that the step plays, in percent"),
+    hint(  595, 587, "condition of the step"),
+    hint(  596, 588, "ratchet: strikes of the step"),
+    hint(  597, 589, "step late, in 16ths of its length"),
+    hint(  598, 590, "strum of the step's chord"),
+    hint(  599, 592, "fill: held, steps with FILL play"),
+    hint(  600, 593, "page of the performance lines"),
     // The popups of the step views, which know a step.
     menu(kLearnStepsTag,     kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
     menu(kLearnStepsTag + 1, kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
@@ -574,6 +590,7 @@ constexpr ControlRow kExtra[] = {
     // clang-format off
     plain(Image, kSettingsBackTag, { 789, 49, 995, 370 }, 1117, kSettingsPage, Binding::None, Nothing, kNoMouse),
     plain(Display, kTrackNumberTag, { 93, 489, 106, 504 }, 0, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
+    plain(Image, kRuleNamesTag, { 84, 389, 157, 469 }, 1137, kRulesPage, Binding::None, Nothing, kNoMouse),
     push(kUndoTag, { 752, 22, 768, 38 }, 0, kAlways, Undo),
     push(kRedoTag, { 769, 22, 785, 38 }, 0, kAlways, Redo),
     menu(kPanelScaleTag, { 955, 22, 997, 38 }, 0, MenuItems::PanelScales, 1.0f, kAlways, PanelScale),
@@ -610,7 +627,7 @@ constexpr ControlRow targetSubMenu(int track, int group)
     return row;
 }
 
-constexpr int kControls = 675;
+constexpr int kControls = 689;
 
 constexpr std::array<ControlRow, kControls> buildCatalogue()
 {
@@ -658,12 +675,12 @@ constexpr long distinctTags()
 }
 
 static_assert(kCatalogue.back().tag == kLearnStepsTag + 1);
-static_assert(distinctTags() == 569);
+static_assert(distinctTags() == 583);
 static_assert(countOf(isOwnTag) == kModTracks * kControllerMenus + 2);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Knob; }) == 33);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Table; }) == 14);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Zone; }) == 13);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Hint && row.text; }) == 246);
+static_assert(countOf([](const ControlRow& row) { return row.kind == Hint && row.text; }) == 253);
 static_assert(countOf([](const ControlRow& row) { return row.group == kSynthPage; }) == 24);
 static_assert(countOf([](const ControlRow& row) { return row.group == kSettingsPage; }) == 15);
 static_assert(std::ranges::all_of(kCatalogue, [](const ControlRow& row) {

@@ -105,6 +105,8 @@ enum Group : int8_t {
     kKeyMode1 = 11,
     kTrackPages = 20, // 20 to 27
     kTrackLoops = 28, // 28 to 35
+    kStepsPage = 36,  // what the steps of the performance lane play
+    kRulesPage = 37,  // and when and how
 };
 
 enum ControlFlags : uint16_t {
@@ -123,7 +125,7 @@ struct ControlRow {
     int tag = 0;
     ControlClass kind = ControlClass::Display;
     Place place;
-    int16_t bitmap = 0; // 1000 to 1124; 0 for none
+    int16_t bitmap = 0; // 1000 to 1137; 0 for none
     int16_t runningBitmap = 0;
     int16_t frameHeight = 0; // strips: height of a frame
     int16_t frames = 0;      // strips: number of frames; zones: columns
@@ -136,7 +138,7 @@ struct ControlRow {
     float scale = 1.0f;
     uint16_t flags = 0;
     MenuItems items = MenuItems::None;
-    int16_t choiceBitmap = 0; // list lines: the sheet from which a cell is chosen
+    int16_t choiceBitmap = 0; // list lines: the sheet from which a cell is chosen, see ChoiceGrids
     // Hints: whose, what they say ("%d" is the mod track), and how they show a value.
     int owner = -1;
     int secondOwner = -1;
@@ -159,6 +161,7 @@ constexpr int kUndoTag = 2000010;
 constexpr int kRedoTag = 2000011;
 constexpr int kPanelScaleTag = 2000012;
 constexpr int kExtraHintsTag = 2000013;    // 3: of undo, redo and the panel's size
+constexpr int kRuleNamesTag = 2000016;     // names of the second page of performance lines
 constexpr int kTargetSubMenuTag = 2001000; // + 100 * track + group, 104 of them
 
 // All controls of the panel, in building order.

@@ -9,7 +9,7 @@
 namespace ormund {
 
 struct SkinSize {
-    int number;     // 1000 to 1124
+    int number;     // 1000 to 1137
     int frameWidth; // panel pixels
     int frameHeight;
     int frames; // one below the other

@@ -363,6 +363,7 @@ constexpr Row kRows[] = {
     {590, 10005, "StepStrum",          listLine(),                0,          kPreset,    -1},
     {591, 10006, "Chance_Seed",        plain(),                   0,          kPreset,    -1},
     {592,   -1, "Fill_Button",         button(),                  0,          kNone,      -1},
+    {593,   -1, "Performance_Page",    button(),                  0,          kNone,      -1},
 };
 // clang-format on
 static_assert(std::size(kRows) == kParameters);

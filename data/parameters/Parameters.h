@@ -12,7 +12,7 @@
 
 namespace ormund {
 
-constexpr int kParameters = 294;
+constexpr int kParameters = 295;
 constexpr int kPresetParameters = 123;
 constexpr int kSynthParameters = 23;
 constexpr int kSettingParameters = 2;

@@ -4,7 +4,7 @@
 
 namespace ormund {
 
-inline constexpr int kTagCount = 593; // 0 to 592, with holes
+inline constexpr int kTagCount = 594; // 0 to 593, with holes
 inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
 
@@ -210,6 +210,7 @@ constexpr int StepLate = 589;
 constexpr int StepStrum = 590;
 constexpr int ChanceSeed = 591;
 constexpr int Fill = 592;
+constexpr int PerformancePage = 593;
 
 // The tag `offset` places behind a mod track's first edit button; `track` 0 to 7. Track 1 alone
 // has another layout than the seven that follow it.

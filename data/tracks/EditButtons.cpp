@@ -261,15 +261,16 @@ bool performEdit(int tag, Tracks& tracks)
     }
     case Performance: {
         const auto [from, to] = regionOf(tracks.performanceLoop);
-        for (StepLine* line : {static_cast<StepLine*>(&tracks.performance),
-                 static_cast<StepLine*>(&tracks.arpeggio), static_cast<StepLine*>(&tracks.chord),
-                 static_cast<StepLine*>(&tracks.octave), static_cast<StepLine*>(&tracks.pitchBend)})
-            editLine(*line, operation, from, to);
-        if (operation == Random || operation == Mutate)
-            break; // what was drawn is heard whole: nothing else decides whether it plays
-        for (KWListLine* line :
-            {&tracks.chance, &tracks.condition, &tracks.ratchet, &tracks.late, &tracks.strum})
-            editLine(*line, operation, from, to);
+        const std::array<KWListLine*, 5> pages[] = {
+            {&tracks.performance, &tracks.arpeggio, &tracks.chord, &tracks.octave,
+                &tracks.pitchBend},
+            {&tracks.chance, &tracks.condition, &tracks.ratchet, &tracks.late, &tracks.strum},
+        };
+        const bool shownAlone = operation == Random || operation == Mutate || operation == Clear;
+        for (int page = 0; page < 2; ++page)
+            if (!shownAlone || page == tracks.performancePage)
+                for (KWListLine* line : pages[page])
+                    editLine(*line, operation, from, to);
         break;
     }
     case All:

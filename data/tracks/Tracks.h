@@ -68,6 +68,9 @@ public:
     KWListLine ratchet;
     KWListLine late;
     KWListLine strum;
+    // Which five lines of the performance lane are shown: 1 the rules above. What draws or clears
+    // keeps to them.
+    Crossing<int32_t> performancePage = 0;
     // --- rows that only display something ---
     KWTableXY modDisplay;   // 258
     KWTableXY bendDisplay;  // 336

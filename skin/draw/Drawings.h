@@ -110,6 +110,22 @@ void lockCell(Paint& paint, bool running);
 void muteCell(Paint& paint, bool running);
 void songCell(Paint& paint, int frame, bool running);
 void drawPatternCell(Paint& paint, int frame);
+template <Glyph glyph, bool running>
+void drawRuleCell(Paint& paint, int frame)
+{
+    drawLineCell(paint, frame, glyph, running);
+}
+
+// RuleGlyphs.cpp
+void chanceGlyph(Paint& paint, int index, double cx, double cy);
+void conditionGlyph(Paint& paint, int index, double cx, double cy);
+void ratchetGlyph(Paint& paint, int index, double cx, double cy);
+void lateGlyph(Paint& paint, int index, double cx, double cy);
+void strumGlyph(Paint& paint, int index, double cx, double cy);
+void drawPerformancePage(Paint& paint, int frame);
+void drawFill(Paint& paint, int frame);
+void drawRuleNames(Paint& paint, int frame);
+
 template <bool running>
 void drawLockCell(Paint& paint, int)
 {

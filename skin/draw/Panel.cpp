@@ -152,7 +152,7 @@ void leftColumn(Paint& paint)
     labels(paint, type::kLabel, kLabel,
         {{"ROOT", 35.5, 56.5, Align::Centre}, {"SCALE", 57.5, 94.5}, {"LOCK MAP", 28, 216.5},
             {"IGNORE PROGRAM CH.", 28, 236.5}, {"DRAG", 29.5, 298.5, Align::Centre},
-            {"BARS", 29.5, 353.5, Align::Centre}, {"MULTIPLY", 60.5, 311},
+            {"BARS", 29.5, 353.5, Align::Centre}, {"PAGE", 12, 388.5}, {"MULTIPLY", 60.5, 311},
             {"ON", 131, 496.5, Align::Right}, {"TO SYNTH", 57.5, 569.5}});
     paint.text("TRACK", 57.5, 496.5, {9, 0.4, Weight::SemiBold}, nameOf(kModulation));
     for (int track = 0; track < 8; ++track)

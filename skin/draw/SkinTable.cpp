@@ -137,6 +137,19 @@ constexpr SkinRow kTable[] = {
     { 1122,   41,  41,   1, "ring of a control that learns",                       drawLearnRing },
     { 1123,   23,  23,   1, "ring of the keyboard focus",                          drawFocusRing },
     { 1124,    1,   1,   1, "shadow",                                              drawShadow },
+    { 1125,   18,  16, 100, "chance, 99 to 0 %",                                   drawRuleCell<chanceGlyph, false> },
+    { 1126,   18,  16, 100, "chance, running",                                     drawRuleCell<chanceGlyph, true> },
+    { 1127,   18,  16,  41, "conditions",                                          drawRuleCell<conditionGlyph, false> },
+    { 1128,   18,  16,  41, "conditions, running",                                 drawRuleCell<conditionGlyph, true> },
+    { 1129,   18,  16,  21, "ratchets: 2 to 8 strikes, flat, rising, falling",     drawRuleCell<ratchetGlyph, false> },
+    { 1130,   18,  16,  21, "ratchets, running",                                   drawRuleCell<ratchetGlyph, true> },
+    { 1131,   18,  16,  15, "late by sixteenths of a step",                        drawRuleCell<lateGlyph, false> },
+    { 1132,   18,  16,  15, "late, running",                                       drawRuleCell<lateGlyph, true> },
+    { 1133,   18,  16,  24, "strums: eight widths up, down, by turns",             drawRuleCell<strumGlyph, false> },
+    { 1134,   18,  16,  24, "strums, running",                                     drawRuleCell<strumGlyph, true> },
+    { 1135,   33,  14,   6, "page of the performance lines",                       drawPerformancePage },
+    { 1136,   41,  15,   3, "fill",                                                drawFill },
+    { 1137,   73,  80,   1, "names of the second page of performance lines",       drawRuleNames },
 };
 // clang-format on
 

@@ -135,7 +135,12 @@ TEST(PageGates, ShowOnePageOfEachKind)
     EXPECT_TRUE(gate.test(kAlways));
     EXPECT_TRUE(gate.test(kSettingsPage));
     EXPECT_FALSE(gate.test(kSynthPage));
+    EXPECT_TRUE(gate.test(kStepsPage));
+    EXPECT_FALSE(gate.test(kRulesPage));
     EXPECT_FALSE(gates.show({}));
+    EXPECT_TRUE(gates.show({.rules = true}));
+    EXPECT_FALSE(gate.test(kStepsPage));
+    EXPECT_TRUE(gate.test(kRulesPage));
 
     EXPECT_TRUE(gates.show({.synth = true, .separateLoops = false, .modTrack = 5, .keyMode = 1}));
     EXPECT_TRUE(gate.test(kSynthPage));

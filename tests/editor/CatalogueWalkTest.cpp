@@ -53,7 +53,7 @@ std::set<int> tracksOf(const EditButton& edit)
     case EditTarget::Gate:
         return {431};
     case EditTarget::Performance:
-        return {464, 463, 339, 341, 337};
+        return {464, 463, 339, 341, 337, 586, 587, 588, 589, 590};
     case EditTarget::All:
         break;
     }

@@ -50,6 +50,7 @@ public:
     void show(const ControlRow& row)
     {
         engine.setParameter(Tag::Page, row.group == kSynthPage ? 1.0f : 0.0f);
+        engine.setParameter(Tag::PerformancePage, row.group == kRulesPage ? 1.0f : 0.0f);
         engine.setParameter(Tag::LoopbarMode, 1.0f);
         engine.setParameter(Tag::ModSelect, row.track > 0 ? (float(row.track) - 0.5f) / 8.0f : 0);
         idle();

@@ -111,7 +111,7 @@ TEST_F(Module, TheDoorReadsAnyParameter)
     float value = -1;
     EXPECT_EQ(read(330, &value), 1);
     EXPECT_EQ(value, 0.75f);
-    for (const float none : {-1.0f, 47.0f, 593.0f, 1e20f, std::nanf("")})
+    for (const float none : {-1.0f, 47.0f, 594.0f, 1e20f, std::nanf("")})
         EXPECT_EQ(read(none, &value), 0) << none;
     EXPECT_EQ(read(330, nullptr), 0);
     EXPECT_EQ(value, 0.75f);

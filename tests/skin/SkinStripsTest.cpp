@@ -122,7 +122,7 @@ TEST(SkinStrips, UnknownNumbersAndScalesGiveNothingOrAFittedImage)
 {
     SkinProvider provider;
     int width = 0, height = 0;
-    for (const long number : {-1L, 0L, 999L, 1125L}) {
+    for (const long number : {-1L, 0L, 999L, 1138L}) {
         EXPECT_FALSE(provider.getBitmapSize(number, width, height));
         EXPECT_EQ(provider.renderBitmap(number, 1), nullptr);
         EXPECT_TRUE(skinPart(int(number), 2, 0).empty());
@@ -339,8 +339,10 @@ TEST(SkinColours, TheRunningStepStandsOut)
 TEST(SkinChoiceGrids, SheetsFitTheirCellsAndHoldAllOfALinesValues)
 {
     for (const ChoiceGrid& grid : kChoiceGrids) {
-        EXPECT_EQ(skinRow(grid.bitmap).frameWidth, grid.width()) << grid.bitmap;
-        EXPECT_EQ(skinRow(grid.bitmap).frameHeight, grid.height()) << grid.bitmap;
+        if (grid.bitmap <= kLastBitmap) { // else its cells are the line's
+            EXPECT_EQ(skinRow(grid.bitmap).frameWidth, grid.width()) << grid.bitmap;
+            EXPECT_EQ(skinRow(grid.bitmap).frameHeight, grid.height()) << grid.bitmap;
+        }
         EXPECT_LE(grid.values, grid.columns * grid.rows);
         EXPECT_GT(grid.values, grid.columns * (grid.rows - 1));
     }
@@ -350,6 +352,8 @@ TEST(SkinChoiceGrids, SheetsFitTheirCellsAndHoldAllOfALinesValues)
     } lines[] = {{0, 1070}, {1, 1072}, {2, 1074}, {3, 1076}, {4, 1078}};
     for (const auto& line : lines)
         EXPECT_EQ(kChoiceGrids[line.grid].values, skinRow(line.strip).frames);
+    for (int rule = 0; rule < 5; ++rule) // these offer the dash too
+        EXPECT_EQ(kChoiceGrids[6 + rule].values, skinRow(1125 + 2 * rule).frames + 1);
 }
 
 TEST(SkinStrips, EveryPrintedWordCanBeRead)
