@@ -65,7 +65,7 @@ BENCHMARK(Voices)->Arg(64)->Arg(512);
 void SilentVoices(benchmark::State& state)
 {
     BenchSynth bench;
-    bench.synth.setParameter(24, 0.0f);
+    bench.synth.setParameter(Tag::SynthRelease, 0.0f);
     for (unsigned note = 0; note < 128; ++note)
         bench.synth.voices().noteEvent(note, 0);
     std::vector<float> left(64), right(64);

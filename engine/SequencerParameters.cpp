@@ -207,7 +207,7 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
 {
     const int index = stored.index;
     if (tag >= KWSynth::kFirstTag && tag <= KWSynth::kLastTag) {
-        synth.setParameter(tag, stored.raw);
+        synth.setParameter(tag, stored.mapped);
         return;
     }
     switch (tag) {

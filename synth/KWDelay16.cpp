@@ -42,11 +42,11 @@ void KWDelay16::setParameter(int index, float value)
     }
 }
 
-void KWDelay16::setTime(Channel& channel, float value)
+void KWDelay16::setTime(Channel& channel, float sixteenths)
 {
-    channel.rawTime = value;
-    const int sixteenths = static_cast<int>(value * 15.0f + 0.5f) + 1;
-    channel.target = sixteenths * kSixteenth * static_cast<double>(info.samplesPerBeat);
+    channel.sixteenths = sixteenths;
+    channel.target =
+        static_cast<double>(sixteenths) * kSixteenth * static_cast<double>(info.samplesPerBeat);
 }
 
 void KWDelay16::setMix(float value) { mixTarget = value; }
@@ -92,7 +92,7 @@ void KWDelay16::rebuild()
     const auto fourBeats = static_cast<int>(info.samplesPerBeat * kLongest + kSpare);
     length = std::min(fourBeats, capacity);
     for (Channel* channel : {&left, &right}) {
-        setTime(*channel, channel->rawTime);
+        setTime(*channel, channel->sixteenths);
         if (channel->current >= length)
             channel->current = channel->target;
     }

@@ -20,7 +20,8 @@ public:
     KWDelay16& operator=(const KWDelay16&) = delete;
 
     enum Parameter { LeftTime = 0, RightTime = 1, Feedback = 2 };
-    // `value` 0 to 1; times: 1 to 16 sixteenths, feedback: up to 0.99. Other indices do nothing.
+    // Times: 1 to 16 sixteenths; feedback: 0 to 1, of which 0.99 comes back. Other indices do
+    // nothing.
     void setParameter(int index, float value);
     // The share of the delayed signal, 0 to 1.
     void setMix(float value);
@@ -43,7 +44,7 @@ public:
 
 private:
     struct Channel {
-        Crossing<float> rawTime = 0.0f;
+        Crossing<float> sixteenths = 1.0f;
         Crossing<double> target = 0.0; // samples
         double current = 0;
         double step = 0; // a sample
@@ -52,7 +53,7 @@ private:
     };
 
     void reserve();
-    void setTime(Channel& channel, float value);
+    void setTime(Channel& channel, float sixteenths);
     static void aim(double& current, double& step, double target);
     void processRun(float* leftSignal, float* rightSignal, int samples);
     void processChannel(Channel& channel, float* signal, const double* wet, int samples);

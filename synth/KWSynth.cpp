@@ -1,6 +1,7 @@
 #include "synth/KWSynth.h"
 
 #include "base/OnlyCrossings.h"
+#include "data/parameters/Tags.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,15 +14,6 @@ constexpr float kTwoPi = 6.2831855f;
 constexpr float kNeverZero = 1e-18f; // ticks
 constexpr float kRampSnap = 0.0000001f;
 
-// 0 to 1; no number counts as 0.
-float unit(float value) { return value > 0 ? std::min(value, 1.0f) : 0.0f; }
-
-float envelopeMs(float value) { return value * value * value * 1000.0f; }
-
-float filterHertz(float value) { return value * value * 16000.0f + 45.0f; }
-
-int shownSixteenths(float value) { return static_cast<int>(value * 15.0f + 1.5f); }
-
 } // namespace
 
 KWSynth::KWSynth(KWSystemInfo& context, const AudioLoops& itsLoops)
@@ -31,86 +23,76 @@ KWSynth::KWSynth(KWSystemInfo& context, const AudioLoops& itsLoops)
     sampleRateChanged();
 }
 
-void KWSynth::setParameter(int tag, float value)
+void KWSynth::setParameter(int tag, float mapped)
 {
-    value = unit(value);
     switch (tag) {
-    case 17:
-        settings.velocityScale = 0.0078125f * value;
+    case Tag::SynthLevel:
+        settings.velocityScale = 0.0078125f * mapped;
         break;
-    case 18:
-        setPan(value);
+    case Tag::SynthPan:
+        settings.leftGain = std::sqrt(1.0f - mapped);
+        settings.rightGain = std::sqrt(mapped);
         break;
-    case 19:
-        setWave(value);
+    case Tag::SynthWave:
+        setWave(mapped);
         break;
-    case 20:
-        settings.detune = value * 0.5f;
+    case Tag::SynthDetune:
+        settings.detune = mapped;
         break;
-    case 21:
-        settings.amplitude.attack = envelopeMs(value);
+    case Tag::SynthAttack:
+        settings.amplitude.attack = mapped;
         break;
-    case 22:
-        settings.amplitude.decay = envelopeMs(value);
+    case Tag::SynthDecay:
+        settings.amplitude.decay = mapped;
         break;
-    case 23:
-        settings.amplitude.sustain = value;
+    case Tag::SynthSustain:
+        settings.amplitude.sustain = mapped;
         break;
-    case 24:
-        settings.amplitude.release = envelopeMs(value);
+    case Tag::SynthRelease:
+        settings.amplitude.release = mapped;
         break;
-    case 25:
-        settings.cutoff = filterHertz(value);
+    case Tag::FilterCutoff:
+        settings.cutoff = mapped;
         break;
-    case 26:
-        setResonance(value);
+    case Tag::SynthReso:
+        setResonance(mapped);
         break;
-    case 27:
-        settings.peak = filterHertz(value);
+    case Tag::SynthPeak:
+        settings.peak = mapped;
         break;
-    case 28:
-        settings.filter.attack = envelopeMs(value);
+    case Tag::FilterAttack:
+        settings.filter.attack = mapped;
         break;
-    case 29:
-        settings.filter.decay = envelopeMs(value);
+    case Tag::FilterDecay:
+        settings.filter.decay = mapped;
         break;
-    case 30:
-        settings.filter.sustain = value;
+    case Tag::FilterSustain:
+        settings.filter.sustain = mapped;
         break;
-    case 31:
-        settings.filter.release = envelopeMs(value);
+    case Tag::FilterRelease:
+        settings.filter.release = mapped;
         break;
-    case 32:
-        tempoDelay.setParameter(KWDelay16::LeftTime, value);
-        leftShown = shownSixteenths(value);
+    case Tag::DelayLeft:
+        tempoDelay.setParameter(KWDelay16::LeftTime, mapped);
         break;
-    case 33:
-        tempoDelay.setParameter(KWDelay16::RightTime, value);
-        rightShown = shownSixteenths(value);
+    case Tag::DelayRight:
+        tempoDelay.setParameter(KWDelay16::RightTime, mapped);
         break;
-    case 34:
-        tempoDelay.setParameter(KWDelay16::Feedback, value * 0.9f);
+    case Tag::DelayFeed:
+        tempoDelay.setParameter(KWDelay16::Feedback, mapped);
         break;
-    case 35:
-        tempoDelay.setMix(value * 0.5f);
+    case Tag::DelayMix:
+        tempoDelay.setMix(mapped);
         break;
     default:
         break;
     }
 }
 
-void KWSynth::setPan(float value)
-{
-    const float place = static_cast<float>(static_cast<int>(value * 999.99994f)) * 0.001f;
-    settings.leftGain = std::sqrt(1.0f - place);
-    settings.rightGain = std::sqrt(place);
-}
-
 // From saw over square to a thin pulse. The first half cross-fades, the second moves the width.
-void KWSynth::setWave(float value)
+void KWSynth::setWave(float wave)
 {
     constexpr float kWidths[] = {0.5f, 0.5f, 0.9f, 0.9f};
-    const float wave = static_cast<float>(static_cast<int>(value * 100.0f)) * 0.01f;
     const float t = 2.0f * wave;
     const float from = kWidths[static_cast<int>(t + 0.0000001f)];
     const float to = kWidths[static_cast<int>(t + 0.99999899f)];
@@ -121,9 +103,8 @@ void KWSynth::setWave(float value)
     settings.sawWeight = 1.0f - pulse;
 }
 
-void KWSynth::setResonance(float value)
+void KWSynth::setResonance(float r)
 {
-    const float r = value * 0.98f;
     settings.damping = std::clamp(2.0f * (1.0f - r), 0.02f, 2.0f);
     settings.outputGain = 0.5f / (1.0f + 2.0f * (r * r * r));
 }

@@ -3,6 +3,7 @@
 
 #include "base/Crossing.h"
 #include "data/music/KWSystemInfo.h"
+#include "data/parameters/Tags.h"
 #include "synth/AudioLoops.h"
 #include "synth/Envelope.h"
 #include "synth/KWDelay16.h"
@@ -17,12 +18,12 @@ class KWSynth {
 public:
     explicit KWSynth(KWSystemInfo& context, const AudioLoops& loops = fastestLoops());
 
-    // The tags that setParameter() takes: level (17) to delay mix (35).
-    static constexpr int kFirstTag = 17;
-    static constexpr int kLastTag = 35;
+    // The tags that setParameter() takes.
+    static constexpr int kFirstTag = Tag::SynthLevel;
+    static constexpr int kLastTag = Tag::DelayMix;
 
-    // `value` 0 to 1 as stored, clamped to that; another tag does nothing.
-    void setParameter(int tag, float value);
+    // `mapped` as the parameter's row maps it; another tag does nothing.
+    void setParameter(int tag, float mapped);
 
     // Where notes go. They are heard from the next control tick on.
     KWSimpleMidiManager<float, kVoices>& voices() { return slots; }
@@ -40,9 +41,6 @@ public:
     void sampleRateChanged();
 
     KWDelay16& delay() { return tempoDelay; }
-    // The delay times as shown, in sixteenths, 1 to 16.
-    int delayLeftShown() const { return leftShown; }
-    int delayRightShown() const { return rightShown; }
 
     // Hz and level of the voices as the last control tick left them.
     const Lanes& cutoffs() const { return bank.filter.cutoffs(); }
@@ -72,9 +70,8 @@ private:
         Crossing<float> outputGain = 0.5f;
     };
 
-    void setWave(float value);
-    void setResonance(float value);
-    void setPan(float value);
+    void setWave(float wave);
+    void setResonance(float resonance);
     EnvelopeTimes timesOf(const EnvelopeSettings&) const;
     void moveFilterTargets();
     void tuneVoices(float pitchOffset);
@@ -84,8 +81,6 @@ private:
     KWSystemInfo& info;
     const AudioLoops& loops;
     Settings settings;
-    Crossing<int> leftShown = 1;
-    Crossing<int> rightShown = 1;
 
     // Audio thread only.
     KWSimpleMidiManager<float, kVoices> slots;

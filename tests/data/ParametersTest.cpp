@@ -261,6 +261,13 @@ TEST(ParameterText, WhatIsShownCanBeTypedIn)
     EXPECT_FALSE(parameterFromText(Tag::SynthLevel, std::string(5000, '?')));
 }
 
+TEST(Parameters, DelayTimesAreWholeSixteenths)
+{
+    const Mapping& times = parameterEntry(Tag::DelayLeft)->mapping;
+    for (const auto& [raw, sixteenths] : {std::pair{0.0f, 1.0f}, {0.4398f, 8.0f}, {1.0f, 16.0f}})
+        EXPECT_EQ(mapValue(times, raw), sixteenths) << raw;
+}
+
 TEST(ControllerNames, StandAtTheirNumbers)
 {
     EXPECT_EQ(controllerName(1), "Modulation");

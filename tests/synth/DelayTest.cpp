@@ -73,14 +73,12 @@ TEST(Delay, AnImpulseReturnsAfterWholeSixteenthsOfTheTempo)
 {
     struct Case {
         double tempo;
-        float raw;
         int sixteenths;
     };
-    for (const Case& c :
-        {Case{120, 0, 1}, {120, 1, 16}, {125, 0.4398f, 8}, {60, 0.5298f, 9}, {240, 0.1f, 3}}) {
+    for (const Case& c : {Case{120, 1}, {120, 16}, {125, 8}, {60, 9}, {240, 3}}) {
         DelayPlayer player(c.tempo);
-        player.delay.setParameter(KWDelay16::LeftTime, c.raw);
-        player.delay.setParameter(KWDelay16::RightTime, 0.0f);
+        player.delay.setParameter(KWDelay16::LeftTime, static_cast<float>(c.sixteenths));
+        player.delay.setParameter(KWDelay16::RightTime, 1.0f);
         player.delay.setMix(1.0f);
         player.playSilence(kTickSamples);
         const double sixteenth = 44100 * 60 / c.tempo / 4;
@@ -173,7 +171,7 @@ TEST(Delay, StaysBoundedAtFullFeedbackUnderAnyInput)
 TEST(Delay, ATempoChangeGlidesToTheNewTimeWithinOneControlBlock)
 {
     DelayPlayer player(120);
-    player.delay.setParameter(KWDelay16::LeftTime, 1.0f);
+    player.delay.setParameter(KWDelay16::LeftTime, 16.0f);
     player.playSilence(kTickSamples * 2);
     player.setTempo(60);
     EXPECT_EQ(player.delay.bufferLength(), 4 * 44100 + 4);
@@ -196,9 +194,9 @@ TEST(Delay, RunsOfAnyLengthAndEveryInstructionSetGiveTheSameSamples)
         Stereo out;
         // Through moving times, moving mixes and several wraps of the lines.
         for (size_t part = 0; part < 6; ++part) {
-            player.delay.setParameter(KWDelay16::LeftTime, part == 3 ? 1.0f : 0.2f);
+            player.delay.setParameter(KWDelay16::LeftTime, part == 3 ? 16.0f : 4.0f);
             player.delay.setParameter(
-                KWDelay16::RightTime, 1.0f - 0.15f * static_cast<float>(part));
+                KWDelay16::RightTime, 16.0f - 2.0f * static_cast<float>(part));
             player.delay.setParameter(KWDelay16::Feedback, 0.8f);
             player.delay.setMix(0.1f * static_cast<float>(part));
             const auto from = static_cast<std::ptrdiff_t>(part * 10000);
@@ -226,7 +224,7 @@ TEST(Delay, ChangesOfRateAndTempoInMidGlideStayInsideTheLines)
     player.delay.setMix(0.5f);
     Dice dice(7);
     for (int i = 0; i < 3000; ++i) {
-        player.delay.setParameter(dice.below(2), dice.unit());
+        player.delay.setParameter(dice.below(2), static_cast<float>(1 + dice.below(16)));
         player.play(noise(1 + dice.below(90), 1), 1 + dice.below(32));
         if (dice.below(3) == 0)
             player.setTempo(30 + 480 * static_cast<double>(dice.unit()));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/ParkMiller.h"
+#include "data/parameters/Parameters.h"
 #include "synth/KWSynth.h"
 
 #include <complex>
@@ -33,7 +34,11 @@ public:
     // level low enough that the clip bends nothing.
     explicit SynthPlayer(float sampleRate = 44100, const AudioLoops& loops = fastestLoops());
 
-    void set(int tag, float value) { synth.setParameter(tag, value); }
+    // As a control does, 0 to 1.
+    void set(int tag, float value)
+    {
+        synth.setParameter(tag, mapValue(parameterEntry(tag)->mapping, sanitisedRaw(value)));
+    }
     void noteOn(unsigned note, unsigned velocity = 100) { voices().noteEvent(note, velocity); }
     void noteOff(unsigned note) { voices().noteEvent(note, 0); }
     KWSimpleMidiManager<float, kVoices>& voices() { return synth.voices(); }

@@ -216,17 +216,6 @@ TEST(Synth, OutputIsFiniteAndBoundedWhateverIsSet)
     }
 }
 
-TEST(Synth, ShowsTheDelayTimesInSixteenths)
-{
-    SynthPlayer player;
-    player.set(32, 0.0f);
-    player.set(33, 1.0f);
-    EXPECT_EQ(player.synth.delayLeftShown(), 1);
-    EXPECT_EQ(player.synth.delayRightShown(), 16);
-    player.set(32, 0.4398f);
-    EXPECT_EQ(player.synth.delayLeftShown(), 8);
-}
-
 } // namespace
 
 } // namespace ormund
