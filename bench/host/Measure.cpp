@@ -7,6 +7,7 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <numeric>
 #include <sched.h>
 #include <sys/resource.h>
 #if defined(__SSE__)
@@ -185,7 +186,9 @@ void measureCosts(std::vector<Result>& results, int rounds)
                 performances[i]->play(block, least[i]);
         for (size_t i = 0; i < results.size(); ++i) {
             std::sort(least[i].begin(), least[i].end());
-            results[i].cost[size] = {least[i][least[i].size() / 2], least[i].back()};
+            const double sum = std::accumulate(least[i].begin(), least[i].end(), 0.0);
+            results[i].cost[size] = {least[i][least[i].size() / 2], least[i].back(),
+                sum / static_cast<double>(least[i].size())};
             results[i].peak = performances[i]->peak;
             results[i].messages = performances[i]->messages;
         }

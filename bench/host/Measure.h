@@ -14,6 +14,7 @@ constexpr int kBlockSizes[] = {64, 512};
 struct BlockCost {
     double median = 0;
     double worst = 0;
+    double mean = 0;
 };
 
 struct Footprint {

@@ -88,6 +88,8 @@ void writeRatios(std::ostream& out, const std::vector<Result>& results)
         << rounded(whole->cost[0].worst / whole->cost[0].median) << '\n'
         << "sequencer over the synth at 64: "
         << number("%.1f", 100 * sequencer->cost[0].median / synth) << " %\n";
+    out << "sequencer alone, mean of all blocks: " << rounded(sequencer->cost[0].mean) << " (64), "
+        << rounded(sequencer->cost[1].mean) << " (512)\n";
     if (cheapest)
         out << "a voice of " << cheapest->entrant.name << " over one of ours: "
             << rounded(cheapest->cost[0].median / cheapest->entrant.voices / voice) << '\n';
