@@ -78,7 +78,7 @@ set(ORMUND_ALONE synth/AudioLoopsBaseline.cpp engine/KWNotes.cpp engine/Sequence
   controls/KWLocalLink.cpp controls/KWListLineViewMenu.cpp controls/KWOptionMenuList.cpp controls/KWTableViewMouse.cpp
   skin/SkinImages.cpp editor/StillControls.cpp panel/ControlCatalogue.cpp
   apps/ormund/JackDriver.cpp tests/data/PatternStoreTest.cpp tests/presets/SceneTest.cpp
-  tests/standalone/TimeTest.cpp tests/formats/Vst3Host.cpp tests/formats/EditorTest.cpp
+  tests/standalone/TimeTest.cpp tests/formats/Vst3Host.cpp tests/formats/GuestTest.cpp tests/formats/EditorTest.cpp
   tests/view/XServer.cpp tests/view/DropTarget.cpp tests/apps/StandaloneTest.cpp
   tests/host/WindowTest.cpp)
 

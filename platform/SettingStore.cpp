@@ -108,14 +108,14 @@ struct SettingStore::Shared {
 
 void SettingStore::Shared::work()
 {
-    using Clock = std::chrono::steady_clock;
+    using Time = std::chrono::steady_clock;
     std::unique_lock guard(lock);
-    Clock::time_point last = Clock::time_point::max();
+    Time::time_point last = Time::time_point::max();
     while (true) {
         changed.wait(guard, [this] { return over || !wishes.empty(); });
-        if (over && last == Clock::time_point::max())
-            last = Clock::now() + kPatienceAtTheEnd;
-        if (wishes.empty() || Clock::now() > last)
+        if (over && last == Time::time_point::max())
+            last = Time::now() + kPatienceAtTheEnd;
+        if (wishes.empty() || Time::now() > last)
             break;
         const auto [key, wish] = *wishes.begin();
         guard.unlock();

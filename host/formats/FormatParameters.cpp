@@ -9,7 +9,6 @@
 namespace ormund {
 
 namespace {
-constexpr float kOnFrom = 0.5f;
 
 // From this tag to the next row's.
 struct Section {

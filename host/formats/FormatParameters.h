@@ -11,6 +11,7 @@ namespace ormund {
 
 constexpr int kBypassNumber = 0; // in the list
 constexpr int kFirstNumber = 1;  // where the engine's begin
+constexpr float kOnFrom = 0.5f;  // a switch is on from here
 constexpr int kFormatParameters = kFirstNumber + kHostParameters;
 
 constexpr int tagOfNumber(int number) { return number - kFirstNumber; }

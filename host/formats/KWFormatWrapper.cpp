@@ -16,7 +16,6 @@ namespace {
 constexpr char kName[] = "Ormund";
 constexpr const char* kCapabilities[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
 constexpr float kSameValue = 2e-6f; // texts of six digits
-constexpr float kOnFrom = 0.5f;
 constexpr int kAnyFrame = std::numeric_limits<int>::max();
 constexpr int kNoteOn = 0x90;
 constexpr int kNoteOff = 0x80;
