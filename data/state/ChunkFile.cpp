@@ -11,7 +11,7 @@ LoadResult readChunkFile(const std::string& path, KWChunk& chunk, LoadResult ifN
 {
     std::array<uint32_t, kHeaderWords> header{};
     if (!KWFileio::read(path, header.data(), sizeof header))
-        return LoadResult::Unreadable;
+        return KWFileio::exists(path) ? LoadResult::Unreadable : LoadResult::NoFile;
     chunk.assign(header.data(), sizeof header);
     if (!chunk.readHeader())
         return LoadResult::NoFormat;

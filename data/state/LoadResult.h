@@ -9,8 +9,8 @@ namespace ormund {
 
 enum class LoadResult : uint8_t {
     Done,
-    NoFile,       // nothing was chosen
-    Unreadable,   // not there, not readable, or shorter than a header
+    NoFile,       // nothing was chosen, or it is not there
+    Unreadable,   // not readable, or shorter than a header
     NoFormat,     // the magic word is another, or the words do not add up
     WrongVersion, // another kind of chunk
     WrongFile,    // the second magic word is another

@@ -198,7 +198,8 @@ TEST(State, ASizeWordRulesWhereTheNextRecordBegins)
 TEST(State, WhatALaterProgramWroteIsSavedAgainAsItStands)
 {
     const auto places = [](const Words& file, const Words& sequence) {
-        return std::ranges::search(file, sequence).begin() - file.begin();
+        return std::search(file.begin(), file.end(), sequence.begin(), sequence.end())
+            - file.begin();
     };
     DetachedSong plain;
     const Words without = saved(plain);
