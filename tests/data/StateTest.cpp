@@ -2,6 +2,7 @@
 #include "tests/data/SongSupport.h"
 #include "tests/support/Checked.h"
 
+#include <algorithm>
 #include <bit>
 #include <gtest/gtest.h>
 #include <memory>
