@@ -13,7 +13,6 @@
 namespace ormund {
 
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::StartsWith;
 
 namespace {
@@ -168,7 +167,7 @@ TEST(HostState, LoadsWhileBlocksRunAndNoNoteHangs)
     EXPECT_EQ(player.soundingNotes(), 0);
 }
 
-TEST_F(PresetFiles, ANewerFileIsRefusedAndAMissingOneNamed)
+TEST_F(PresetFiles, ANewerFileIsRefusedAndAMissingOneSaysNothing)
 {
     KWUniClient engine(nullptr);
     Bytes file = chunkOf(engine);
@@ -180,7 +179,7 @@ TEST_F(PresetFiles, ANewerFileIsRefusedAndAMissingOneNamed)
     EXPECT_EQ(script(engine, 5, folder / "newer.kwe"), 0);
     EXPECT_EQ(message(engine), "midi map was written with a newer version of Ormund");
     EXPECT_EQ(script(engine, 1, folder / "nothing.kwe"), 0);
-    EXPECT_THAT(message(engine), EndsWith("nothing.kwe cannot be read"));
+    EXPECT_EQ(message(engine), "");
     EXPECT_EQ(script(engine, 6, folder / "missing/map.kwm"), 0);
     EXPECT_THAT(message(engine), StartsWith("saving cc map to "));
 }
