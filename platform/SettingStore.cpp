@@ -81,26 +81,38 @@ struct SettingStore::Shared {
     std::map<Key, Wish> wishes;         // not written yet
     std::map<Key, StoredSetting> known; // as last read or written
     int users = 0;
-    bool over = false;
+    bool over = false;    // nobody uses a store now: the writer has some seconds left
+    bool writing = false; // from the writer's start until it needs the lock no more
     std::thread writer;
 
-    ~Shared() { end(); }
+    ~Shared()
+    {
+        std::unique_lock guard(lock);
+        users = 0;
+        end(guard);
+    }
+    // All with `lock` held.
     void begin()
     {
-        over = false;
-        if (!writer.joinable())
-            writer = std::thread([this] { work(); });
-        changed.notify_all();
-    }
-    // Writes what waits, as far as that can be done in some seconds.
-    void end()
-    {
-        {
-            const std::lock_guard guard(lock);
-            over = true;
+        if (writing)
             changed.notify_all();
+        else {
+            joinIfDone();
+            writing = true;
+            writer = std::thread([this] { work(); });
         }
-        if (writer.joinable())
+    }
+    // Returns early when somebody begins to use a store meanwhile; the writer then goes on.
+    void end(std::unique_lock<std::mutex>& guard)
+    {
+        over = true;
+        changed.notify_all();
+        changed.wait(guard, [this] { return !writing || users > 0; });
+        joinIfDone();
+    }
+    void joinIfDone()
+    {
+        if (!writing && writer.joinable())
             writer.join();
     }
     void work();
@@ -108,14 +120,16 @@ struct SettingStore::Shared {
 
 void SettingStore::Shared::work()
 {
-    using Time = std::chrono::steady_clock;
+    using Moment = std::chrono::steady_clock;
     std::unique_lock guard(lock);
-    Time::time_point last = Time::time_point::max();
+    Moment::time_point last = Moment::time_point::max();
     while (true) {
         changed.wait(guard, [this] { return over || !wishes.empty(); });
-        if (over && last == Time::time_point::max())
-            last = Time::now() + kPatienceAtTheEnd;
-        if (wishes.empty() || Time::now() > last)
+        if (!over)
+            last = Moment::time_point::max();
+        else if (last == Moment::time_point::max())
+            last = Moment::now() + kPatienceAtTheEnd;
+        if (over && (wishes.empty() || Moment::now() > last))
             break;
         const auto [key, wish] = *wishes.begin();
         guard.unlock();
@@ -131,6 +145,8 @@ void SettingStore::Shared::work()
             wishes.erase(now);
     }
     wishes.clear();
+    writing = false;
+    changed.notify_all();
 }
 
 SettingStore::Shared& SettingStore::shared()
@@ -144,17 +160,16 @@ SettingStore::SettingStore(std::string filePath) : path(std::move(filePath))
     Shared& all = shared();
     const std::lock_guard guard(all.lock);
     ++all.users;
+    all.over = false;
+    all.changed.notify_all();
 }
 
 SettingStore::~SettingStore()
 {
     Shared& all = shared();
-    {
-        const std::lock_guard guard(all.lock);
-        if (--all.users > 0 || !all.writer.joinable())
-            return;
-    }
-    all.end();
+    std::unique_lock guard(all.lock);
+    if (--all.users == 0)
+        all.end(guard);
 }
 
 size_t SettingStore::waiting()

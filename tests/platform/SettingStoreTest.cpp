@@ -92,11 +92,37 @@ TEST(SettingStore, WhatStillWaitsIsWrittenAtTheEnd)
     EXPECT_EQ(stored(path, "late"), 5);
 }
 
+TEST(SettingStore, TheLastUserAndANextFirstOneMeet)
+{
+    const TestFolder folder;
+    const std::string path = folder / "settings.db";
+    KeyValueStore(path).writeInt("first", 1);
+    const auto live = [&path](int user) {
+        for (int i = 0; i < 40; ++i) {
+            const SettingStore store(path);
+            EXPECT_TRUE(store.writeInt(("key" + std::to_string(user)).c_str(), i));
+        }
+    };
+    // Held long enough for a writer to begin.
+    std::thread other([&path] {
+        for (int i = 0; i < 8; ++i) {
+            Holder holder(path);
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+    });
+    std::thread second([&live] { live(2); });
+    live(1);
+    second.join();
+    other.join();
+    EXPECT_EQ(stored(path, "key1"), 39);
+    EXPECT_EQ(stored(path, "key2"), 39);
+}
+
 TEST(SettingStore, AFileThatIsNoStoreIsSetAsideAndANewOneBegun)
 {
     const TestFolder whole;
     const std::string good = whole / "settings.db";
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 40; ++i)
         KeyValueStore(good).put(("a long key to fill pages " + std::to_string(i)).c_str(),
             std::string(100, 'x'), std::chrono::milliseconds(500));
     const auto spoil = [&](int way, const std::string& path) {
