@@ -65,12 +65,13 @@ public:
     // decide. The own clock does not follow the position.
     bool isIdleAt(double position) const
     {
-        constexpr double kMargin = 1e-6; // steps
+        constexpr double kRoundingMargin = 1e-6; // steps
         const double steps = static_cast<double>(settings.stepsPerBeat) * position;
         const double step = static_cast<double>(raw);
         // The position of a stopped host stays 0.
         return ownClockRuns
-            || (steps >= (raw > 0 ? step + kMargin : 0) && steps < step + 1 - kMargin);
+            || (steps >= (raw > 0 ? step + kRoundingMargin : 0)
+                && steps < step + 1 - kRoundingMargin);
     }
     void skipTicks(int ticks, double position);
 
