@@ -4,6 +4,7 @@
 #include "view/CBitmap.h"
 #include "view/CDrawContext.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace ormund {
@@ -43,7 +44,10 @@ void KWButton::draw(CDrawContext* context)
     if (CBitmap* const bitmap = getBackground()) {
         // For each state: normal, then pressed, then hover, as far as the strip has them.
         const int stride = 1 + std::popcount(frameMask & (kPressedFrame | kHoverFrame));
-        int index = static_cast<int>(getValue()) * stride;
+        // A momentary button is 1 while it is down, and its strip has one state alone.
+        const int states = bitmap->getHeight() / std::max(size.height() * stride, 1);
+        const int state = std::clamp(static_cast<int>(getValue()), 0, std::max(states - 1, 0));
+        int index = state * stride;
         if (mouseDown && (frameMask & kPressedFrame))
             index += 1;
         else if (hovered && (frameMask & kHoverFrame))

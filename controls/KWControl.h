@@ -57,6 +57,9 @@ public:
     static constexpr int kPopupMode = 2; // of beginModal, for a list over a control
     virtual void beginModal(int mode, const CPoint* where, long forTag);
     virtual void endModal(int result);
+    // Whether modal display ends when the window loses the system's focus. What a user has typed or
+    // reads stays.
+    virtual bool closesWithFocus() const { return false; }
     // The area that modal display covers.
     virtual void getViewRect(CRect& rect) const;
     virtual std::string getInfoText() const { return "no info"; }

@@ -129,10 +129,11 @@ bool KWFrame::onWheel(const CPoint& where, CMouseWheelAxis axis, float distance,
 
 void KWFrame::looseFocus()
 {
-    if (modalControl)
-        modalControl->endModal(0);
-    else
+    if (!modalControl)
         CFrame::looseFocus();
+    while (modalControl && modalControl->closesWithFocus())
+        modalControl->endModal(0);
+    endPress();
 }
 
 void KWFrame::letGo()
@@ -158,6 +159,10 @@ void KWFrame::idle()
         invalidAll();
         invalidateAll = 0;
     }
+    // A page that turns away during a drag takes the drag along.
+    const auto* pressed = dynamic_cast<KWControl*>(mouseDownView);
+    if (pressed && pressed->isEditing() && !pressed->isLive())
+        endPress();
     // By index: an update may add or remove a view.
     for (size_t i = 0; i < controls.size(); ++i)
         controls[i]->updateControl(nullptr);

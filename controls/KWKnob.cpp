@@ -215,7 +215,7 @@ CMouseEventResult KWKnob::onMouseUp(const CPoint& where, int)
     if (!mouseDown)
         return kMouseEventNotHandled;
     mouseDown = false;
-    if (rowHeight > 0 && !moved)
+    if (rowHeight > 0 && !moved && size.pointInside(where))
         takeRow(where);
     if (pressFlag)
         *pressFlag = 0.0f;

@@ -19,6 +19,7 @@ public:
     CMouseEventResult onMouseMoved(const CPoint& where, int buttons) override;
     void beginModal(int mode, const CPoint* where, long forTag) override;
     void endModal(int result) override;
+    bool closesWithFocus() const override { return true; }
     void updateControl(void* context) override;
     void getViewRect(CRect& rect) const override;
     bool onKeyDown(const CKeyEvent& event) override;

@@ -20,6 +20,7 @@ public:
     bool onWheel(const CPoint& where, float distance, int buttons) override;
     bool onKeyDown(const CKeyEvent& event) override;
     void endModal(int result) override;
+    bool closesWithFocus() const override { return true; }
     void getViewRect(CRect& rect) const override;
 
     // Leaves the modal chain; endModal closes the menu, which comes back to this.

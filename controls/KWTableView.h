@@ -121,8 +121,8 @@ private:
     void dragTilt(int dy);
     void dragFine(int dy);
     void dragLoop(const CPoint& where, int buttons);
-    void dragPaint(int dx, int buttons);
-    void paintSpan(int dx);
+    void dragPaint(int dx, int dy, int buttons);
+    void paintSpan(int dx, int dy);
     void paintRamp();
     void clearLoopFlags();
     void endStepEdit();

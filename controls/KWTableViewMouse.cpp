@@ -148,7 +148,7 @@ CMouseEventResult KWTableView::onMouseMoved(const CPoint& where, int buttons)
     else if (loopDrag)
         dragLoop(where, buttons);
     else
-        dragPaint(dx, buttons);
+        dragPaint(dx, dy, buttons);
     return kMouseEventHandled;
 }
 
@@ -207,7 +207,7 @@ void KWTableView::dragLoop(const CPoint& where, int buttons)
     setDirty(true);
 }
 
-void KWTableView::dragPaint(int dx, int buttons)
+void KWTableView::dragPaint(int dx, int dy, int buttons)
 {
     minDragX = std::min(minDragX, mousePoint.x);
     maxDragX = std::max(maxDragX, mousePoint.x);
@@ -219,7 +219,7 @@ void KWTableView::dragPaint(int dx, int buttons)
     if (ctrlDrag)
         paintRamp();
     else
-        paintSpan(dx);
+        paintSpan(dx, dy);
     setDirty(true);
     if (released) {
         clearLoopFlags();
@@ -228,15 +228,24 @@ void KWTableView::dragPaint(int dx, int buttons)
     }
 }
 
-// Every step that the pointer crossed, so that a fast sweep leaves no gaps.
-void KWTableView::paintSpan(int dx)
+// Every step that the pointer crossed, at the height at which the line between the two motions
+// crosses its middle: a fast sweep leaves no gaps and flattens nothing.
+void KWTableView::paintSpan(int dx, int dy)
 {
-    const int x = mousePoint.x;
-    const int from = static_cast<int>(screenToStep(std::min(x, x - dx)));
-    const int to = static_cast<int>(screenToStep(std::max(x, x - dx)));
-    const float value01 = screenToValue(mousePoint.y);
-    for (int step = from; step <= to; ++step)
-        setNormalised(step, value01);
+    const CPoint from{mousePoint.x - dx, mousePoint.y - dy};
+    const int first = static_cast<int>(screenToStep(from.x));
+    const int last = static_cast<int>(screenToStep(mousePoint.x));
+    const int direction = last < first ? -1 : 1;
+    for (int step = first; step != last; step += direction) {
+        const int middle = pixelOfStep(static_cast<float>(step) + 0.5f);
+        const int along = (middle - from.x) * direction;
+        // The step of the last motion has its value, unless the line passes its middle.
+        if (along < 0 && step == first)
+            continue;
+        const int way = std::clamp(along, 0, std::abs(dx));
+        setNormalised(step, screenToValue(from.y + dy * way / std::max(std::abs(dx), 1)));
+    }
+    setNormalised(last, screenToValue(mousePoint.y));
 }
 
 // A straight line from the pressed point to the pointer, made again at every move.

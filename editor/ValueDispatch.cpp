@@ -126,13 +126,19 @@ void ValueDispatch::preset(KWOptionMenu& menu, float value, PresetKind kind)
 }
 
 // Holding the roll area loops the last steps, as many as the pointer's height says: two at its
-// upper end, eight at its lower one. Letting go plays on.
+// upper end, eight at its lower one. Letting go plays on, and the looper is as it was.
 void ValueDispatch::roll(const KWMouseArea::State& state)
 {
-    const bool held = state.leftButton > 0.0f;
-    if (held)
+    if (state.leftButton > 0.0f) {
+        if (!beforeRoll)
+            beforeRoll = {*engine.raw(Tag::LooperSteps), *engine.raw(Tag::Looper)};
         engine.setParameterAutomated(Tag::LooperSteps, state.y);
-    engine.setParameterAutomated(Tag::Looper, held ? 1.0f : 0.0f);
+        engine.setParameterAutomated(Tag::Looper, 1.0f);
+    } else if (beforeRoll) {
+        engine.setParameterAutomated(Tag::LooperSteps, beforeRoll->steps);
+        engine.setParameterAutomated(Tag::Looper, beforeRoll->looper);
+        beforeRoll.reset();
+    }
 }
 
 } // namespace ormund

@@ -4,6 +4,8 @@
 #include "data/state/StateParts.h"
 #include "panel/ControlCatalogue.h"
 
+#include <optional>
+
 namespace ormund {
 
 class CControl;
@@ -27,6 +29,11 @@ public:
     static float parameterValue(const ControlRow& row, float value) { return value * row.scale; }
 
 private:
+    // What the roll area plays with.
+    struct Looping {
+        float steps;
+        float looper;
+    };
     void setParameter(const ControlRow& row, float value);
     void learn(KWOptionMenu& menu, float value);
     void learnOfSubMenu(KWOptionMenu& menu, float value);
@@ -35,6 +42,7 @@ private:
 
     EngineLink& engine;
     EditorActions& actions;
+    std::optional<Looping> beforeRoll; // while it is held
 };
 
 } // namespace ormund

@@ -49,6 +49,13 @@ void CControl::endEdit()
         listener->controlEndEdit(this);
 }
 
+void CControl::removed(CView* parent)
+{
+    while (isEditing())
+        endEdit();
+    CView::removed(parent);
+}
+
 void CControl::tellListener()
 {
     if (listener)

@@ -34,6 +34,8 @@ public:
     virtual void beginEdit();
     virtual void endEdit();
     bool isEditing() const { return editDepth > 0; }
+    // Closes what is open.
+    void removed(CView* parent) override;
     void tellListener();
 
     bool isTypeOf(const char* className) const override;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace ormund {
 
@@ -20,6 +21,12 @@ std::unique_ptr<FrameWindow> windowFor(void* systemWindow)
     if (auto window = openSystemWindow(systemWindow))
         return window;
     return std::make_unique<OffscreenWindow>(1, 1);
+}
+
+bool isNear(const CPoint& one, const CPoint& other)
+{
+    return std::abs(one.x - other.x) <= kDoubleClickDistance
+        && std::abs(one.y - other.y) <= kDoubleClickDistance;
 }
 
 } // namespace
@@ -158,52 +165,67 @@ bool CFrame::getCurrentMouseLocation(CPoint& where) const
 
 void CFrame::windowMouseDown(const CPoint& where, int buttons, int button, uint32_t time)
 {
+    if (pressButton && pressButton != button && (buttons & pressButton))
+        return;
+    endPress(); // of a press whose release got lost
     const bool isSecond = button == lastPressButton && time - lastPressTime <= kDoubleClickMs
-        && std::abs(where.x - lastPressAt.x) <= kDoubleClickDistance
-        && std::abs(where.y - lastPressAt.y) <= kDoubleClickDistance;
+        && isNear(where, lastPressAt);
     // A third press within the time is a first one again.
     lastPressButton = isSecond ? 0 : button;
     lastPressTime = time;
     lastPressAt = where;
     mouseAt = where;
-    mouseButtons = buttons;
+    pressButton = button;
+    mouseButtons = heardOf(buttons);
     if (editor)
         editor->frameActivity(this);
-    onMouseDown(where, isSecond ? buttons | kDoubleClick : buttons);
+    onMouseDown(where, isSecond ? mouseButtons | kDoubleClick : mouseButtons);
 }
 
 void CFrame::windowMouseUp(const CPoint& where, int buttons)
 {
     mouseAt = where;
-    mouseButtons = buttons;
-    onMouseUp(where, buttons);
+    if (buttons & pressButton)
+        return;
+    const bool wasPress = std::exchange(pressButton, 0) != 0;
+    mouseButtons = heardOf(buttons);
+    if (wasPress)
+        onMouseUp(where, mouseButtons);
     // A drag that ended elsewhere leaves the pointer over another view, or over none.
-    if (!(buttons & kMouseButtons) && !size.pointInside(where))
-        onMouseExited(where, buttons);
-    else if (!(buttons & kMouseButtons))
-        onMouseMoved(where, buttons);
+    if (size.pointInside(where))
+        onMouseMoved(where, mouseButtons);
+    else
+        onMouseExited(where, mouseButtons);
 }
 
 void CFrame::windowMouseMoved(const CPoint& where, int buttons)
 {
     mouseAt = where;
-    mouseButtons = buttons;
-    onMouseMoved(where, buttons);
+    mouseButtons = heardOf(buttons);
+    // A release that got lost: the views see a move without buttons.
+    if (!(buttons & pressButton))
+        pressButton = 0;
+    // Two presses with a motion between them are two single clicks, also where the second one is
+    // at the place of the first.
+    if (!isNear(where, lastPressAt))
+        lastPressButton = 0;
+    onMouseMoved(where, mouseButtons);
 }
 
 void CFrame::windowMouseLeft(const CPoint& where, int buttons)
 {
     mouseAt = size.pointInside(where) ? kNowhere : where;
-    mouseButtons = buttons;
+    mouseButtons = heardOf(buttons);
     if (!mouseDownView)
-        onMouseExited(mouseAt, buttons);
+        onMouseExited(mouseAt, mouseButtons);
 }
 
 void CFrame::windowWheel(const CPoint& where, CMouseWheelAxis axis, float distance, int buttons)
 {
     mouseAt = where;
-    mouseButtons = buttons;
-    onWheel(where, axis, distance, buttons);
+    mouseButtons = heardOf(buttons);
+    if (!pressButton)
+        onWheel(where, axis, distance, mouseButtons);
 }
 
 bool CFrame::windowKeyDown(const CKeyEvent& event)
@@ -236,8 +258,11 @@ void CFrame::windowLostFocus() { looseFocus(); }
 
 void CFrame::endPress()
 {
-    if (mouseDownView)
-        onMouseUp(mouseAt, mouseButtons & ~kMouseButtons);
+    if (!pressButton && !mouseDownView)
+        return;
+    pressButton = 0;
+    mouseButtons = heardOf(mouseButtons);
+    onMouseUp(kNowhere, mouseButtons);
 }
 
 CMouseEventResult CFrame::onMouseDown(const CPoint& where, int buttons)
@@ -283,6 +308,8 @@ bool CFrame::isTypeOf(const char* className) const
 
 void CFrame::dropMouseViews(const CView* view)
 {
+    if (mouseDownView == view)
+        endPress();
     CViewContainer::dropMouseViews(view);
     if (focusView == view)
         setFocusView(nullptr);

@@ -58,6 +58,9 @@ public:
     // The window's entry points. Coordinates in panel pixels; `buttons` are all that are down
     // after the event, with the modifiers. windowMouseDown adds kDoubleClick by itself; `time` is
     // in milliseconds and `button` the one pressed.
+    //
+    // One gesture at a time: until the button that began it is released, other buttons and the
+    // wheel do nothing, and the views are not told of them.
     void windowMouseDown(const CPoint& where, int buttons, int button, uint32_t time);
     void windowMouseUp(const CPoint& where, int buttons);
     void windowMouseMoved(const CPoint& where, int buttons);
@@ -66,7 +69,8 @@ public:
     bool windowKeyDown(const CKeyEvent& event);
     bool windowKeyUp(const CKeyEvent& event);
     void windowLostFocus();
-    // As if the hand let go where the pointer is: for a window that goes during a press.
+    // As if the hand let go beside everything: for a window, a view or a focus that goes during a
+    // press. What the press began is closed, and nothing is chosen.
     void endPress();
     // What the mouse does before the views hear of it.
     CMouseEventResult onMouseDown(const CPoint& where, int buttons) override;
@@ -103,6 +107,8 @@ private:
     void viewGone(const CView* view);
     void collectDirty();
     void applyWindowSize();
+    // The modifiers, and of the buttons the one that began the gesture.
+    int heardOf(int buttons) const { return buttons & (~kMouseButtons | pressButton); }
 
     TextStores texts;
     std::unique_ptr<FrameWindow> window;
@@ -111,6 +117,7 @@ private:
     double scale = 1;
     CPoint mouseAt{-10000, -10000};
     int mouseButtons = 0;
+    int pressButton = 0; // the one that began the gesture; 0 between gestures
     CView* focusView = nullptr;
     CCursor cursorShown = CCursor::Arrow;
     uint32_t lastPressTime = 0;

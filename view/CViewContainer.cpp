@@ -110,9 +110,9 @@ void CViewContainer::setDirty(bool on)
 
 CMouseEventResult CViewContainer::onMouseDown(const CPoint& where, int buttons)
 {
-    // A further button during a drag belongs to the drag.
+    // One gesture at a time.
     if (mouseDownView)
-        return mouseDownView->onMouseDown(where, buttons);
+        return kMouseEventHandled;
     // A child may add or remove views while it handles the press, so the order is a copy and each
     // entry is looked up again.
     const std::vector<CView*> order(children.rbegin(), children.rend());

@@ -58,6 +58,29 @@ TEST_F(Buttons, ACycleWrapsAndOnlyMoreThanTwoStatesCanBeResetByTheRightButton)
     EXPECT_EQ(three->getValue(), 1);
 }
 
+// Normal, pressed, hover: a momentary button is 1 while it is down and has no second state to show.
+TEST_F(Buttons, AMomentaryButtonStaysInSightWhileItIsHeld)
+{
+    const auto strip = makeStrip(40, 20, 3);
+    auto* made = button(KWButton::kMomentary);
+    made->setBackground(strip.get());
+    made->frameMask = KWButton::kPressedFrame | KWButton::kHoverFrame;
+    EXPECT_EQ(shownFrame(20, 20), 0);
+    user.move({20, 20});
+    EXPECT_EQ(shownFrame(20, 20), 2);
+    user.press({20, 20});
+    EXPECT_EQ(shownFrame(20, 20), 1);
+    user.release({20, 20});
+    EXPECT_EQ(shownFrame(20, 20), 2);
+    // Two states have three pictures each.
+    const auto longer = makeStrip(40, 20, 6);
+    made->setBackground(longer.get());
+    made->buttonType = KWButton::kHeld;
+    user.press({20, 20});
+    EXPECT_EQ(shownFrame(20, 20), 4);
+    user.release({20, 20});
+}
+
 TEST_F(Buttons, AHeldButtonWaitsForTheLastMouseButton)
 {
     auto* held = button(KWButton::kHeld);

@@ -113,11 +113,13 @@ public:
         ++ends;
         KWControl::endModal(result);
     }
+    bool closesWithFocus() const override { return isMenu; }
     int draws = 0;
     int ends = 0;
+    bool isMenu = false;
 };
 
-TEST_F(ControlBase, ModalDisplayNestsAndLosingTheFocusGoesBackOneLevel)
+TEST_F(ControlBase, ModalDisplayNestsAndMenusAloneCloseWithTheFocus)
 {
     auto* first = add<Sheet>(CRect(0, 0, 100, 100), 1);
     auto* second = add<Sheet>(CRect(50, 50, 150, 150), 2);
@@ -132,8 +134,11 @@ TEST_F(ControlBase, ModalDisplayNestsAndLosingTheFocusGoesBackOneLevel)
     EXPECT_EQ(under->getValue(), 0); // the modal control alone sees the mouse
 
     frame->looseFocus();
-    EXPECT_EQ(frame->modalControl, first);
+    EXPECT_EQ(frame->modalControl, second);
+    second->isMenu = true;
     frame->looseFocus();
+    EXPECT_EQ(frame->modalControl, first);
+    first->endModal(0);
     EXPECT_EQ(frame->modalControl, nullptr);
     EXPECT_EQ(first->ends, 1);
     user.drag({220, 220}, {220, 200});

@@ -11,6 +11,7 @@
 namespace ormund {
 
 using testing::ElementsAre;
+using testing::FloatNear;
 
 namespace {
 
@@ -63,9 +64,11 @@ TEST_F(Grid, MapsPixelsToStepsAndValues)
 TEST_F(Grid, AFastSweepLeavesNoGapsAndIsOneGesture)
 {
     user.press({105, 150});
-    view->onMouseMoved({155, 125}, kLButton); // one event over five cells
-    EXPECT_THAT(steps(), ElementsAre(0.75f, 0.75f, 0.75f, 0.75f, 0.75f, 0.75f, 0, 0));
-    user.release({155, 125});
+    view->onMouseMoved({155, 100}, kLButton); // one event over five cells, halfway to the top
+    EXPECT_THAT(steps(),
+        ElementsAre(FloatNear(0.5f, 0.08f), FloatNear(0.6f, 0.08f), FloatNear(0.7f, 0.08f),
+            FloatNear(0.8f, 0.08f), FloatNear(0.9f, 0.08f), 1.0f, 0, 0));
+    user.release({155, 100});
     EXPECT_EQ(ear.take(), "[ ] ");
 }
 

@@ -152,18 +152,36 @@ TEST_F(FrameTest, APressGoesDownTheStackUntilAViewTakesIt)
     EXPECT_EQ(frame.getMouseDownView(), nullptr) << "a view that needs no more gets no more";
 }
 
-TEST_F(FrameTest, SecondButtonBelongsToTheDragAndTheDragEndsWithTheLast)
+// The pressed view hears of nothing but the button that pressed it.
+TEST_F(FrameTest, OneGestureAtATime)
 {
     Probe* held = addProbe({0, 0, 20, 20}, kRedCColor, "held");
     addProbe({50, 0, 70, 20}, kRedCColor, "other");
     user.press({5, 5});
     user.press({55, 5}, kRButton);
-    user.release({55, 5});
-    EXPECT_EQ(frame.getMouseDownView(), held);
+    user.wheel({55, 5}, 1);
     user.release({55, 5}, kRButton);
+    EXPECT_EQ(frame.getMouseDownView(), held);
+    user.press({6, 5}, kMButton);
+    user.release({6, 5});
+    user.move({56, 5});
+    user.release({56, 5}, kMButton);
     EXPECT_THAT(log,
-        ElementsAre(
-            "held down", "held down", "held up", "held up", "other entered", "other moved 55"));
+        ElementsAre("held down", "held up", "held entered", "held moved 6", "held exited",
+            "other entered", "other moved 56", "other moved 56"));
+
+    log.clear();
+    user.press({5, 5});
+    frame.removeView(held, false);
+    EXPECT_THAT(log, testing::Contains("held up")) << "a view that goes during a press";
+    EXPECT_EQ(frame.getMouseDownView(), nullptr);
+    frame.addView(held);
+
+    log.clear();
+    frame.windowMouseDown({5, 5}, kLButton, kLButton, 90000);
+    frame.windowMouseDown({55, 5}, kRButton, kRButton, 91000); // no release of the first came
+    frame.windowMouseUp({55, 5}, 0);
+    EXPECT_THAT(log, testing::IsSupersetOf({"held down", "held up", "other down", "other up"}));
 }
 
 TEST_F(FrameTest, EnteringAndLeavingFollowTheTopmostView)

@@ -16,6 +16,7 @@ constexpr int kMaxEventsPerPoll = 2000;
 // As long as the server may take to read the image before it is asked.
 constexpr int kMaxBusyPolls = 50;
 constexpr std::chrono::milliseconds kFocusPatience{250};
+constexpr int kAnyButton = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
 
 // In the order of CCursor; the arrow is whatever the host shows.
 const char* const kCursorNames[] = {
@@ -275,10 +276,11 @@ void SystemWindow::poll(CFrame& frame)
 void SystemWindow::handle(const xcb_generic_event_t* event, CFrame& frame)
 {
     const int type = event->response_type & 0x7F;
-    // Only the last of several moves in a row counts.
+    // Only the last of several moves in a row counts, except while a button is down: a line that is
+    // drawn has all its points. Painting waits for the end of the poll either way.
     if (type == XCB_MOTION_NOTIFY) {
         const auto& next = as<xcb_motion_notify_event_t>(event);
-        if (hasMotion && motion.state != next.state)
+        if (hasMotion && (motion.state != next.state || (next.state & kAnyButton)))
             flushMotion(frame);
         motion = next;
         hasMotion = true;
