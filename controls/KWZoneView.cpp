@@ -146,7 +146,9 @@ CMouseEventResult KWZoneView::onMouseDown(const CPoint& where, int buttons)
     if (!readsMouse(where))
         return kMouseEventNotHandled;
     const int column = columnAt(where.x);
-    if ((buttons & (kRButton | kApple)) && popupControl) {
+    if (buttons & (kRButton | kApple)) {
+        if (!popupControl) // the right button sets no loop
+            return kMouseEventNotHandled;
         setDirty(true);
         popupControl->setVisible(true);
         popupControl->setMenuTag(getTag());

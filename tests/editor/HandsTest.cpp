@@ -127,6 +127,27 @@ TEST_F(Hands, AFurtherButtonOrTheWheelInADragChangesNothingOfIt)
     EXPECT_NEAR(engine.parameters.raw(kLooperKnob), 0.2f, 1e-6);
 }
 
+TEST_F(Hands, ARightClickBesideALoopBarLeavesTheLoop)
+{
+    constexpr int kPitchLoop = 365;
+    KWZoneHandlerContainer& loop = *engine.tracks.zonesAt(kPitchLoop);
+    loop.setZone(loop.row(), {4, 7});
+    idle();
+    const Place& bar = findControl(kPitchLoop)->place;
+    moveTo({bar.right - 20, bar.top + 4});
+    user->press(3);
+    idle();
+    user->release(3);
+    idle();
+    EXPECT_EQ(loop.current().start, 4);
+    EXPECT_EQ(loop.current().end, 7);
+    user->press();
+    idle();
+    user->release();
+    idle();
+    EXPECT_GT(loop.current().start, 20) << "the left button draws a new one";
+}
+
 TEST_F(Hands, AKnobThatIsGrippedAgainAfterADragKeepsItsValue)
 {
     const CPoint knob = middle(kLooperKnob);
