@@ -20,6 +20,7 @@
 #include "editor/KeyZones.h"
 #include "editor/MidiDragPad.h"
 #include "editor/PatternCells.h"
+#include "editor/PlayheadColumn.h"
 #include "editor/RollArea.h"
 #include "editor/ScreenState.h"
 #include "editor/UndoButton.h"
@@ -354,11 +355,11 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
 
 KWControl* ControlFactory::makeImage(const ControlRow& row)
 {
-    auto* image =
-        new KWImage(rectOf(row.place), &listener, row.tag, &frame, bitmapOf(row), nullptr);
-    if (row.binding == Binding::Marker)
-        image->xSource = &screen.markerX[size_t(laneOf(row))];
-    return image;
+    if (row.binding == Binding::Marker) {
+        const ScreenLane lane = laneOf(row);
+        return new PlayheadColumn(&listener, row.tag, &frame, lane, screen.markerX[size_t(lane)]);
+    }
+    return new KWImage(rectOf(row.place), &listener, row.tag, &frame, bitmapOf(row), nullptr);
 }
 
 KWControl* ControlFactory::makeOverlay(const ControlRow& row)
