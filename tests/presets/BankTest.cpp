@@ -1,5 +1,7 @@
 #include "data/library/Settings.h"
 #include "platform/KWFileio.h"
+#include "presets/BankSource.h"
+#include "tests/presets/BankMeasure.h"
 #include "tests/support/Player.h"
 
 #include <cmath>
@@ -100,6 +102,53 @@ TEST(Bank, ANewInstanceFindsIt)
     EXPECT_GE(engine.presets.tree(PresetKind::Synth).folderCount(), 6);
     engine.setParameter(Tag::NextPreset, 0.0f);
     EXPECT_NE(engine.presets.name(PresetKind::Global), "");
+}
+
+// Songs with a line about themselves are whole pieces: their chain is played and measured.
+TEST(Bank, ThePiecesAreAsLoudAndAsVariedAsTheyShouldBe)
+{
+    const PresetTree tree = bank(PresetKind::Global);
+    std::vector<std::pair<std::string, SongMeasure>> pieces;
+    for (int folder = 0; folder < tree.folderCount(); ++folder)
+        for (int i = 0; i < tree.fileCount(folder); ++i) {
+            const PresetFile& file = *tree.fileAt(folder, i);
+            const std::string root = ORMUND_SOURCE_DIR "/presets";
+            DetachedSong song;
+            BankAbout about;
+            std::string error;
+            ASSERT_TRUE(readBankSource(
+                root + "/global/" + tree.folderName(folder) + "/" + file.name + ".txt", root, song,
+                error, &about))
+                << error;
+            if (!about.line.empty())
+                pieces.emplace_back(file.name, measureSong(file.path, about.tempo));
+        }
+    size_t wide = 0;
+    for (const auto& [name, piece] : pieces) {
+        std::string nearest;
+        double nearestBy = 2;
+        for (const auto& [otherName, other] : pieces)
+            if (otherName != name && distance(piece, other) < nearestBy) {
+                nearest = otherName;
+                nearestBy = distance(piece, other);
+            }
+        std::printf("%-22s %6.1f LUFS  peak %5.1f dB  correlation %5.2f  DC %4.0f dB  "
+                    "%2d of %2d bars  %2d patterns  %.2f to %s\n",
+            name.c_str(), piece.loudness, piece.truePeak, piece.correlation, piece.dc,
+            piece.differentBars, piece.bars, piece.patterns, nearestBy, nearest.c_str());
+        SCOPED_TRACE(name);
+        EXPECT_NEAR(piece.loudness, -20, 1.5);
+        EXPECT_LT(piece.truePeak, -1);
+        EXPECT_LT(piece.dc, -60);
+        EXPECT_LT(piece.firstSound, 0.5);
+        EXPECT_GE(piece.bars, 12);
+        EXPECT_GE(piece.differentBars * 2, piece.bars);
+        EXPECT_GE(piece.patterns, 5);
+        EXPECT_EQ(piece.bankSelects, 0);
+        EXPECT_GT(nearestBy, 0.3) << nearest;
+        wide += piece.correlation < 0.95;
+    }
+    EXPECT_GE(wide * 2, pieces.size());
 }
 
 } // namespace ormund
