@@ -1,6 +1,7 @@
 // How a menu fills itself from a folder of presets.
 #include "controls/KWMenuHelper.h"
 #include "controls/KWOptionMenu.h"
+#include "data/library/PresetTree.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -15,55 +16,6 @@ namespace fs = std::filesystem;
 
 constexpr int kMaxDepth = 8;
 constexpr const char* kNoPath = "none";
-
-struct FolderContent {
-    std::vector<std::string> folders;
-    std::vector<std::string> files; // without the suffix
-};
-
-std::string lowered(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-        [](unsigned char c) { return c < 128 ? static_cast<char>(std::tolower(c)) : c; });
-    return text;
-}
-
-bool namesInOrder(const std::string& a, const std::string& b)
-{
-    const std::string lowA = lowered(a);
-    const std::string lowB = lowered(b);
-    return lowA != lowB ? lowA < lowB : a < b;
-}
-
-// The first `most` come in order; whoever is behind them is not shown.
-void putFirstInOrder(std::vector<std::string>& names, size_t most)
-{
-    std::partial_sort(names.begin(),
-        names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), most)), names.end(),
-        namesInOrder);
-}
-
-// In the file system's order; no more than `most` names are looked at, and taken off. A folder that
-// cannot be read is empty.
-FolderContent readFolder(const std::string& folder, const std::string& suffix, size_t& most)
-{
-    FolderContent content;
-    std::error_code error;
-    fs::directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
-    for (; !error && entry != fs::directory_iterator() && most > 0; entry.increment(error)) {
-        --most;
-        const std::string name = entry->path().filename().string();
-        if (name.empty() || name.front() == '.')
-            continue;
-        std::error_code ignored;
-        if (entry->is_directory(ignored))
-            content.folders.push_back(name);
-        else if (name.size() > suffix.size() && name.ends_with(suffix)
-            && entry->is_regular_file(ignored))
-            content.files.push_back(name.substr(0, name.size() - suffix.size()));
-    }
-    return content;
-}
 
 } // namespace
 
@@ -117,13 +69,8 @@ void KWOptionMenu::fillFromFolder(ScanBudget& budget)
     removeAllEntries();
     addHeaders();
     if (!path.empty() && path != kNoPath && budget.folders-- > 0) {
-        const std::string suffix =
-            extension.empty() || extension.front() == '.' ? extension : "." + extension;
-        FolderContent content = readFolder(path, suffix, budget.names);
-        if (hasStyle(kSortFiles)) {
-            putFirstInOrder(content.folders, kMaxEntries);
-            putFirstInOrder(content.files, kMaxFiles);
-        }
+        const PresetTree::Listing content = PresetTree::list(
+            path, extension.substr(extension.starts_with('.') ? 1 : 0), budget.names);
         if (hasStyle(kNestedFolders)) {
             for (const std::string& name : content.folders)
                 if (getEntryCount() < kMaxEntries && budget.folders > 0)
@@ -131,7 +78,7 @@ void KWOptionMenu::fillFromFolder(ScanBudget& budget)
         }
         const size_t files = std::min(content.files.size(), static_cast<size_t>(kMaxFiles));
         for (size_t i = 0; i < files; ++i)
-            addEntry(content.files[i].c_str());
+            addEntry(content.files[i].name.c_str());
     }
 }
 

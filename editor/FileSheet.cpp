@@ -2,6 +2,7 @@
 
 #include "controls/KWFrame.h"
 #include "panel/Look.h"
+#include "platform/KWFileio.h"
 #include "platform/UserPlaces.h"
 #include "view/CDrawContext.h"
 
@@ -95,24 +96,16 @@ void FileSheet::enter(const std::string& newFolder)
     rows.clear();
     selected = hovered = -1;
     firstRow = 0;
-    std::error_code error;
-    std::string suffix = asked.extension;
-    suffix.insert(suffix.begin(), '.');
-    size_t looked = 0;
-    for (fs::directory_iterator each(folder, error), end;
-         !error && each != end && looked < kMaxNames; each.increment(error), ++looked) {
-        const std::string found = each->path().filename().string();
-        std::error_code unreadable;
-        const bool isFolder = each->is_directory(unreadable);
-        const bool isWanted = isFolder
+    const std::string suffix = "." + asked.extension;
+    size_t most = kMaxNames;
+    for (KWFileio::Entry& found : KWFileio::list(folder, most)) {
+        const bool isWanted = found.isFolder
             || (asked.kind != KWFileChooser::Kind::Folder
-                && (asked.extension.empty() || each->path().extension() == suffix));
-        if (!found.empty() && found[0] != '.' && isWanted && rows.size() < kMaxRows)
-            rows.push_back({found, isFolder});
+                && (asked.extension.empty() || fs::path(found.name).extension() == suffix));
+        if (found.name.front() != '.' && isWanted && rows.size() < kMaxRows)
+            rows.push_back({std::move(found.name), found.isFolder});
     }
-    std::ranges::sort(rows, [](const Row& a, const Row& b) {
-        return a.isFolder != b.isFolder ? a.isFolder : a.name < b.name;
-    });
+    std::ranges::stable_partition(rows, &Row::isFolder);
     if (folder != "/")
         rows.insert(rows.begin(), {"..", true});
     setDirty(true);

@@ -13,20 +13,27 @@ const std::string kNothing;
 
 bool hasExtension(const std::string& name, const std::string& extension)
 {
-    return name.size() > extension.size() + 1 && name.front() != '.' && name.ends_with(extension)
-        && name[name.size() - extension.size() - 1] == '.';
+    return extension.empty()
+        || (name.size() > extension.size() + 1 && name.ends_with(extension)
+            && name[name.size() - extension.size() - 1] == '.');
 }
 
 } // namespace
 
-std::vector<PresetFile> PresetTree::filesOf(const std::string& folder, const std::string& extension)
+PresetTree::Listing PresetTree::list(
+    const std::string& folder, const std::string& extension, size_t& most)
 {
-    std::vector<PresetFile> files;
-    size_t most = kMostNames;
-    for (const KWFileio::Entry& entry : KWFileio::list(folder, most))
-        if (!entry.isFolder && hasExtension(entry.name, extension))
-            files.push_back({KWFileio::join(folder, entry.name), KWFileio::nameOf(entry.name)});
-    return files;
+    Listing listing;
+    for (KWFileio::Entry& entry : KWFileio::list(folder, most)) {
+        if (entry.name.front() == '.')
+            continue;
+        if (entry.isFolder)
+            listing.folders.push_back(std::move(entry.name));
+        else if (hasExtension(entry.name, extension))
+            listing.files.push_back(
+                {KWFileio::join(folder, entry.name), KWFileio::nameOf(entry.name)});
+    }
+    return listing;
 }
 
 void PresetTree::scan(const std::vector<std::string>& roots, const std::string& fileExtension)
@@ -46,20 +53,12 @@ void PresetTree::add(const std::string& path, int depth)
 {
     if (foldersLeft-- <= 0)
         return;
-    Folder folder{path, path.substr(path.rfind('/') + 1), {}};
-    std::vector<std::string> below;
-    for (const KWFileio::Entry& entry : KWFileio::list(path, namesLeft)) {
-        std::string full = KWFileio::join(path, entry.name);
-        if (entry.isFolder && entry.name.front() != '.')
-            below.push_back(std::move(full));
-        else if (!entry.isFolder && hasExtension(entry.name, extension))
-            folder.files.push_back({std::move(full), KWFileio::nameOf(entry.name)});
-    }
-    if (!folder.files.empty())
-        folders.push_back(std::move(folder));
+    Listing listing = list(path, extension, namesLeft);
+    if (!listing.files.empty())
+        folders.push_back({path, path.substr(path.rfind('/') + 1), std::move(listing.files)});
     if (depth < kDeepest)
-        for (const std::string& inner : below)
-            add(inner, depth + 1);
+        for (const std::string& inner : listing.folders)
+            add(KWFileio::join(path, inner), depth + 1);
 }
 
 int PresetTree::fileCount(int folder) const

@@ -31,8 +31,14 @@ public:
     // was reached by another way; false, and nothing changed, when it is not in the tree.
     bool find(const std::string& path, int& folder, int& index) const;
 
-    // Files of one folder, as the tree would list them.
-    static std::vector<PresetFile> filesOf(const std::string& folder, const std::string& extension);
+    // What counts in one folder and in which order: for the tree, and for a menu or an arrow that
+    // shows one folder of it. No more than `most` names are looked at, and taken off. An empty
+    // extension takes all files. A folder that cannot be read is empty.
+    struct Listing {
+        std::vector<std::string> folders; // names
+        std::vector<PresetFile> files;
+    };
+    static Listing list(const std::string& folder, const std::string& extension, size_t& most);
 
 private:
     struct Folder {

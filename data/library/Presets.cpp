@@ -302,7 +302,9 @@ std::string Presets::currentFolder(PresetKind kind)
 void Presets::step(PresetKind kind, int direction)
 {
     const std::lock_guard guard(lock);
-    const auto files = PresetTree::filesOf(currentFolder(kind), presetKindRow(kind).extension);
+    size_t most = PresetTree::kMostNames;
+    const std::vector<PresetFile> files =
+        PresetTree::list(currentFolder(kind), presetKindRow(kind).extension, most).files;
     if (files.empty())
         return;
     const auto count = static_cast<int>(files.size());

@@ -425,7 +425,7 @@ TEST_F(PresetMenu, HeadersComeFirstThenFoldersAndFilesInOrder)
 {
     auto* nested = presets(kGlobal);
     EXPECT_THAT(texts(*nested),
-        ElementsAre("Save Preset", "Load Preset", "Factory", "User", "a", "b", "C"));
+        ElementsAre("Save Preset", "Load Preset", "Factory", "User", "C", "a", "b"));
     EXPECT_EQ(nested->path, root.string() + "/");
     EXPECT_THAT(texts(*nested->getSubMenu(2)), ElementsAre("Bass", "deep"));
     EXPECT_THAT(texts(*nested->getSubMenu(2)->getSubMenu(0)), ElementsAre("one", "two"));
@@ -435,7 +435,7 @@ TEST_F(PresetMenu, HeadersComeFirstThenFoldersAndFilesInOrder)
         | KWOptionMenu::kHeaderPresets | KWOptionMenu::kBracketHeaders);
     EXPECT_THAT(texts(*flat),
         ElementsAre(
-            "[Select Folder]", "[Save Preset]", "[Load Preset]", "--Presets--", "a", "b", "C"));
+            "[Select Folder]", "[Save Preset]", "[Load Preset]", "--Presets--", "C", "a", "b"));
     auto* saveOnly = presets(KWOptionMenu::kPresetMode | KWOptionMenu::kHeaderSave);
     EXPECT_EQ(saveOnly->findEntry("Save Preset"), 0);
     saveOnly->scanFolder((root / "missing").c_str(), nullptr);
@@ -513,10 +513,10 @@ TEST_F(PresetMenu, NextAndPreviousGoThroughAllFilesAndWrap)
         nested->valueChanged(&next);
         visited.push_back(nested->selectedText);
     }
-    EXPECT_THAT(visited, ElementsAre("one", "two", "deep", "a", "b", "C", "one"));
+    EXPECT_THAT(visited, ElementsAre("one", "two", "deep", "C", "a", "b", "one"));
     next.setTag(KWOptionMenu::kPrevious);
     nested->valueChanged(&next);
-    EXPECT_EQ(nested->selectedText, "C");
+    EXPECT_EQ(nested->selectedText, "b");
 }
 
 TEST_F(PresetMenu, ALinkBackToAnOuterFolderEnds)
