@@ -282,9 +282,19 @@ Presets::Place Presets::placeOf(int number) const
 void Presets::setProgram(int number)
 {
     const std::lock_guard guard(lock);
-    if (number == position.program)
-        return;
-    const Place place = placeOf(number);
+    if (number != position.program)
+        goTo(placeOf(number));
+}
+
+void Presets::stepProgram(int direction)
+{
+    const std::lock_guard guard(lock);
+    const bool begins = direction > 0 && path(PresetKind::Global).empty();
+    goTo(begins ? Place{} : placeOf(position.program + direction));
+}
+
+void Presets::goTo(Place place)
+{
     position.folder = place.folder;
     position.program = place.program;
     if (const PresetFile* file = tree(PresetKind::Global).fileAt(position.folder, position.program))

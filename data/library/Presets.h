@@ -55,6 +55,9 @@ public:
     // A number in the current folder of global presets; past its ends the neighbouring folder
     // follows, and the tree is a ring.
     void setProgram(int number);
+    // The neighbour of the current program. Where no preset is current yet, forwards begins with
+    // the first one.
+    void stepProgram(int direction);
     int program() const { return position.program; }
     int folder() const { return position.folder; }
     // The neighbour in the folder of the kind's current preset, a ring.
@@ -82,6 +85,7 @@ private:
         int program = 0;
     };
     Place placeOf(int number) const; // past a folder's ends in the neighbouring one
+    void goTo(Place place);
     void takeMidiProgram();
     void writeWhole(KWChunk& chunk);
     void rebuildPaths();

@@ -130,10 +130,10 @@ void KWUniClient::stepPreset(int tag)
 {
     switch (tag) {
     case Tag::PreviousPreset:
-        presets.setProgram(presets.program() - 1);
+        presets.stepProgram(-1);
         break;
     case Tag::NextPreset:
-        presets.setProgram(presets.program() + 1);
+        presets.stepProgram(1);
         break;
     case Tag::PreviousSynthPreset:
         presets.step(PresetKind::Synth, -1);

@@ -193,10 +193,10 @@ TEST_F(PresetFiles, ProgramsGoThroughTheTreeAndRoundItsEnds)
     ASSERT_TRUE(engine.getProgramNameIndexed(-1, 1, text));
     EXPECT_STREQ(text, "b");
     EXPECT_EQ(engine.presets.programName(2), "c"); // past the folder's end: what it brings
-    // The first file is only reached by leaving it, as the number 0 is where a new instance stands.
-    const std::pair<int, float> ways[] = {{Tag::NextPreset, 0.2f}, {Tag::NextPreset, 0.3f},
-        {Tag::NextPreset, 0.4f}, {Tag::NextPreset, 0.5f}, {Tag::NextPreset, 0.1f},
-        {Tag::PreviousPreset, 0.5f}, {Tag::PreviousPreset, 0.4f}, {Tag::PreviousPreset, 0.3f}};
+    const std::pair<int, float> ways[] = {{Tag::NextPreset, 0.1f}, {Tag::NextPreset, 0.2f},
+        {Tag::NextPreset, 0.3f}, {Tag::NextPreset, 0.4f}, {Tag::NextPreset, 0.5f},
+        {Tag::NextPreset, 0.1f}, {Tag::PreviousPreset, 0.5f}, {Tag::PreviousPreset, 0.4f},
+        {Tag::PreviousPreset, 0.3f}};
     for (const auto& [tag, expected] : ways) {
         const float before = swing(engine);
         engine.setParameter(tag, 1.0f); // a press does nothing
@@ -315,21 +315,21 @@ TEST_F(PresetFiles, AControllerThatStepsPresetsWaitsForTheScreensThread)
     learn(engine, Tag::NextPreset, 0);
     player.send(0xB0, 20, 0);
     player.play(512);
-    EXPECT_NE(swing(engine), 0.2f);
+    EXPECT_NE(swing(engine), 0.1f);
     engine.runDeferred();
-    EXPECT_EQ(swing(engine), 0.2f);
+    EXPECT_EQ(swing(engine), 0.1f);
     // A host without the window: its own idle, or the state that it asks for.
     learn(engine, Tag::NextPreset, 0);
     player.send(0xB0, 20, 0);
     player.play(512);
     EXPECT_EQ(engine.dispatcher(effIdle, 0, 0, nullptr, 0), 1);
-    EXPECT_EQ(swing(engine), 0.3f);
+    EXPECT_EQ(swing(engine), 0.2f);
     learn(engine, Tag::NextPreset, 0);
     player.send(0xB0, 20, 0);
     player.play(512);
     void* state = nullptr;
     engine.getChunk(&state, false);
-    EXPECT_EQ(swing(engine), 0.4f);
+    EXPECT_EQ(swing(engine), 0.3f);
 }
 
 TEST_F(PresetFiles, TheDefaultPresetOpensANewInstance)
