@@ -39,7 +39,6 @@ private:
     KWControl* makeKnob(const ControlRow&);
     KWControl* makeButton(const ControlRow&);
     KWControl* makeMenu(const ControlRow&);
-    KWControl* makeTargets(const ControlRow&);
     KWControl* makeTable(const ControlRow&);
     KWControl* makeSwitches(const ControlRow&);
     KWControl* makeList(const ControlRow&);
