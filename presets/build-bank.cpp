@@ -1,6 +1,7 @@
 // Makes the factory bank from the texts in this folder: build-bank SOURCE-FOLDER TARGET-FOLDER
 #include "data/library/Settings.h"
 #include "data/state/ChunkFile.h"
+#include "data/state/PresetAbout.h"
 #include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
@@ -14,17 +15,23 @@ namespace {
 
 constexpr size_t kMostNames = 10'000; // far more than there are
 constexpr char kSourceEnding[] = ".txt";
+constexpr char kAuthor[] = "Kelda Works";
 
 bool buildOne(
     const std::string& source, const std::string& root, const std::string& target, PresetKind kind)
 {
     const auto song = std::make_unique<DetachedSong>();
     std::string error;
-    if (!readBankSource(source, root, *song, error)) {
+    BankAbout about;
+    if (!readBankSource(source, root, *song, error, &about)) {
         std::fprintf(stderr, "%s\n", error.c_str());
         return false;
     }
     song->position.names[static_cast<size_t>(kind)] = KWFileio::nameOf(target);
+    const bool isSong = kind == PresetKind::Global;
+    if (!about.line.empty() || !about.tags.empty())
+        setAbout(song->parts.kept[static_cast<size_t>(kind)],
+            {kAuthor, about.tags, about.line, isSong ? static_cast<float>(about.tempo) : 0.0f});
     KWChunk chunk;
     writeState(chunk, song->parts, kind);
     if (!KWFileio::makeFolder(KWFileio::folderOf(target)) || !writeChunkFile(target, chunk)) {

@@ -2,6 +2,7 @@
 
 #include "apps/options/CommandLine.h"
 #include "data/parameters/Tags.h"
+#include "data/state/PresetAbout.h"
 
 #include <charconv>
 
@@ -52,8 +53,8 @@ std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions
         "--bars", options.bars, "Length in bars (16, or the MIDI file's)", "N", {0.25, 100000});
     line.number("--seconds", options.seconds, "Length in seconds", "S", {0.001, 86400});
     line.excludes("--seconds", "--bars");
-    line.number(
-        "--tempo", options.tempo, "Beats per minute (120, or the MIDI file's)", "BPM", {45, 499});
+    line.number("--tempo", options.tempo,
+        "Beats per minute (the MIDI file's, the preset's, else 120)", "BPM", {45, 499});
     line.number("--rate", options.rate, "Sample rate (44100)", "HZ", {11050, 196000});
     line.number("--block", options.block, "Frames in a block (512)", "N", {1, 65536});
     line.text("--wav", options.wav, "Write the sound: .wav, .flac or .ogg", "FILE");
@@ -74,6 +75,8 @@ std::optional<int> parseRenderOptions(int count, char** arguments, RenderOptions
                 "--set takes TAG=VALUE, a tag of 0 to 585 and a value of 0 to 1, not " + text);
         options.settings.push_back(setting);
     }
+    if (const float tempo = summaryOfFile(options.preset).about.tempo; tempo > 0)
+        options.presetTempo = static_cast<double>(tempo);
     if (!options.list && options.describe.empty() && !options.rendersAnything())
         return line.refuse("nothing to write: give --wav, --midi, --png or --save");
     return {};

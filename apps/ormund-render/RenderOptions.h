@@ -20,7 +20,8 @@ struct RenderOptions {
 
     std::optional<double> bars;
     std::optional<double> seconds;
-    std::optional<double> tempo; // beats per minute; else the MIDI file's, else 120
+    std::optional<double> tempo; // beats per minute; else the MIDI file's, the preset's, else 120
+    double presetTempo = 120;
     double rate = 44100;
     int block = 512;
 

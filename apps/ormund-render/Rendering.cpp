@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double kDefaultBars = 16;
-constexpr double kDefaultTempo = 120;
 constexpr double kLowestTempo = 45; // what the plug-in keeps to
 constexpr double kHighestTempo = 499;
 
@@ -47,7 +46,7 @@ std::string loadState(ScriptedHost& host, const RenderOptions& options)
 double tempoFor(const RenderOptions& options, const MidiFile& file, double beat)
 {
     const double wanted = options.tempo ? *options.tempo
-        : file.tempos.empty()           ? kDefaultTempo
+        : file.tempos.empty()           ? options.presetTempo
                                         : file.tempoAt(beat);
     return std::clamp(wanted, kLowestTempo, kHighestTempo);
 }

@@ -4,6 +4,8 @@
 #include "apps/ormund/ClockedBlocks.h"
 #include "apps/ormund/SilentDriver.h"
 #include "data/parameters/Tags.h"
+#include "data/state/KWChunk.h"
+#include "data/state/PresetAbout.h"
 
 #include <chrono>
 #include <thread>
@@ -14,6 +16,7 @@ extern "C" AEffect* VSTPluginMain(audioMasterCallback host);
 
 namespace {
 constexpr int64_t kTryAgainNanos = 2000000000;
+constexpr double kTempo = 120;
 constexpr int kMostWaitsForEnd = 200;
 constexpr int kWaitMs = 1;
 constexpr float kHalf = 0.5f;
@@ -22,9 +25,12 @@ constexpr float kFollowsHost = 2.0f / 3; // the last of three trigger modes
 
 Player::~Player() { end(); }
 
-std::string Player::start(double tempo)
+std::string Player::start(std::optional<double> tempo)
 {
-    return host.start(VSTPluginMain, tempo) ? "" : "the engine does not start: " + host.error();
+    keepsTempo = tempo.has_value();
+    return host.start(VSTPluginMain, tempo.value_or(kTempo))
+        ? ""
+        : "the engine does not start: " + host.error();
 }
 
 std::string Player::openSound(const SoundWishes& wishes)
@@ -50,6 +56,22 @@ void Player::idle()
         driver->idle();
     }
     followPanel();
+    followPreset();
+}
+
+void Player::followPreset()
+{
+    const std::string name = presetName();
+    if (keepsTempo || name == followedPreset)
+        return;
+    followedPreset = name;
+    void* bytes = nullptr;
+    const VstIntPtr count = host.dispatch(effGetChunk, 0, 0, &bytes);
+    KWChunk chunk;
+    if (bytes && count > 0)
+        chunk.assign(bytes, static_cast<size_t>(count));
+    if (const float tempo = summaryOf(chunk).about.tempo; tempo > 0)
+        setTempo(static_cast<double>(tempo));
 }
 
 void Player::playOnSilently()

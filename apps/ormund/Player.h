@@ -7,6 +7,7 @@
 #include "apps/ormund/PlayLink.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ormund {
@@ -17,7 +18,8 @@ public:
     ~Player();
 
     // Empty, or what is wrong.
-    std::string start(double tempo);
+    // With a tempo it is kept to; without one a preset may bring its own.
+    std::string start(std::optional<double> tempo);
     std::string openSound(const SoundWishes& wishes);
     std::string load(const std::string& file);
     void choosePreset(const std::string& file); // the window tells what is wrong
@@ -40,6 +42,7 @@ public:
 
 private:
     void followPanel();
+    void followPreset();
     void playOnSilently();
     void tryAgain();
 
@@ -49,6 +52,8 @@ private:
     bool isLost = false; // the sound; the driver is then a silent one
     int64_t nextTry = 0; // of opening it again, nanoseconds
     PlayLink link;
+    bool keepsTempo = false;
+    std::string followedPreset;
 };
 
 } // namespace ormund

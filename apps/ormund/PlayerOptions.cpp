@@ -41,7 +41,7 @@ std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions
         {16, kLargestBlock});
     line.text("--midi-in", options.sound.midiIn, "Connect the MIDI input to this port", "NAME");
     line.text("--midi-out", options.sound.midiOut, "Connect the MIDI output to this port", "NAME");
-    line.number("--tempo", options.tempo, "Beats per minute (120)", "BPM",
+    line.number("--tempo", options.tempo, "Beats per minute (the preset's, else 120)", "BPM",
         {LiveHost::kLowestTempo, LiveHost::kHighestTempo});
     line.flag("--play", options.play, "Start to play at once");
     bool noWindow = false;

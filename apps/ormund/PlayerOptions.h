@@ -11,7 +11,7 @@ namespace ormund {
 struct PlayerOptions {
     std::string file; // kwe, kws or kwm
     SoundWishes sound;
-    double tempo = 120; // beats per minute
+    std::optional<double> tempo; // beats per minute; else 120, and what a preset brings
     bool play = false;
     bool hasWindow = true;
     bool listDevices = false;

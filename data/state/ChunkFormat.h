@@ -53,6 +53,11 @@ constexpr int32_t kFormatMagic = 0x50E5;
 constexpr int32_t kWordPairRevision = 3; // from here on an assignment is two words
 
 constexpr int32_t kFirstLaterKey = 10001;
+// What a preset says about itself, each only where it says something. Strings, and tempo (f).
+constexpr int32_t kAuthorKey = 10201;
+constexpr int32_t kTagsKey = 10202; // words with a blank between
+constexpr int32_t kDescriptionKey = 10203;
+constexpr int32_t kTempoKey = 10204; // beats a minute
 constexpr int32_t kEndOfRecords = -1;
 constexpr int32_t kEndOfController = -2;
 constexpr int32_t kEndOfMap = -3;

@@ -3,6 +3,7 @@
 #include "data/state/ChunkFormat.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/KWChunk.h"
+#include "data/state/PresetAbout.h"
 #include "data/state/StateReader.h"
 #include "platform/KWFileio.h"
 
@@ -232,8 +233,9 @@ private:
             if (key == kEndOfRecords)
                 return;
             const ParameterEntry* entry = parameterOfKey(key);
-            out.words.back().meaning = "file key "
-                + (entry ? std::to_string(key) + ", " + std::string(entry->name) : "unknown");
+            const char* name = entry ? entry->name.data() : aboutName(key);
+            out.words.back().meaning =
+                "file key " + (name ? std::to_string(key) + ", " + name : std::string("unknown"));
             const int32_t size = integer("words of the record");
             // A file that was cut is shown up to the cut; in a whole one this number is wrong.
             const bool isCut = static_cast<size_t>(total) > chunk.words().size();
@@ -254,6 +256,11 @@ private:
     {
         Json& told = parameters.emplace_back(Json::object());
         told["key"] = key;
+        if (const char* name = aboutName(key)) {
+            told["name"] = name;
+            told["value"] = key == kTempoKey ? number(real(name)) : Json(string(name));
+            return;
+        }
         if (!entry) {
             told["words"] = size;
             told["unknown"] = true;

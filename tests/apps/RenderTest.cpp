@@ -67,6 +67,14 @@ std::vector<MidiFileEvent> noteOnsOf(const MidiFile& midi)
     return notes;
 }
 
+TEST_F(Renderer, ASongIsPlayedAtItsOwnTempoUnlessTheUserNamesOne)
+{
+    const std::string song = "--bars 1 --preset '" ORMUND_BIN_DIR
+                             "/../presets/Global Presets/Factory/Dub/Wet cement.kwe'";
+    EXPECT_NEAR(midiOf(song).tempos.at(0).beatsPerMinute, 70, 0.01);
+    EXPECT_NEAR(midiOf(song + " --tempo 100").tempos.at(0).beatsPerMinute, 100, 0.01);
+}
+
 TEST_F(Renderer, WritesSoundInEveryFormat)
 {
     for (const char* name : {"a.wav", "a.flac", "a.OGG"}) {

@@ -1,4 +1,5 @@
 #include "data/library/Settings.h"
+#include "data/state/PresetAbout.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 #include "tests/presets/BankMeasure.h"
@@ -94,6 +95,16 @@ void checkKind(PresetKind kind, size_t leastControllers)
 TEST(Bank, EveryGlobalPresetPlaysWithinTheScaleOfItsLevel) { checkKind(PresetKind::Global, 30); }
 
 TEST(Bank, EverySynthPresetSoundsAndNoneClips) { checkKind(PresetKind::Synth, 0); }
+
+TEST(Bank, APieceSaysWhoMadeItAndAtWhichTempo)
+{
+    const PresetTree tree = bank(PresetKind::Global);
+    const PresetFile& file = *tree.fileAt(tree.folderNamed("Dub"), 1);
+    const PresetSummary summary = summaryOfFile(file.path);
+    EXPECT_EQ(summary.about.author, "Kelda Works");
+    EXPECT_EQ(summary.about.tags, "dub heavy bass echo") << file.name;
+    EXPECT_EQ(summary.about.tempo, 70);
+}
 
 TEST(Bank, ANewInstanceFindsIt)
 {
