@@ -303,6 +303,9 @@ KWControl* ControlFactory::makeHint(const ControlRow& row)
         case HintFormat::Count:
             hint->valueToString = countText;
             break;
+        case HintFormat::NoteName:
+            hint->valueToString = noteNameText;
+            break;
         case HintFormat::GateMultiple:
             hint->valueToString = gateMultipleText;
             break;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string>
 
 namespace ormund {
 
@@ -34,6 +35,12 @@ void panText(float value, char* text)
 void integerText(float value, char* text) { std::snprintf(text, kRoom, "%d", int(value)); }
 
 void countText(float value, char* text) { integerText(value + 1.0f, text); }
+
+void noteNameText(float value, char* text)
+{
+    const int note = std::clamp(int(value), 0, kMidiNotes - 1);
+    std::snprintf(text, kRoom, "%s", std::string(kMidiNoteNames[size_t(note)]).c_str());
+}
 
 void gateMultipleText(float value, char* text)
 {

@@ -71,6 +71,7 @@ void KWUniClientEditor::refreshPages()
     wanted.synth = values.index(Tag::Page) != 0;
     wanted.separateLoops = values.index(Tag::LoopbarMode) != 0;
     wanted.modTrack = values.index(Tag::ModTrackPage) % kModTracks;
+    wanted.drum = values.index(Tag::DrumRow + wanted.modTrack) != 0;
     wanted.keyMode = values.index(Tag::KeyboardMode) != 0 ? 1 : 0;
     wanted.rules = values.index(Tag::PerformancePage) != 0;
     if (!pages.show(wanted) && pagesShown)

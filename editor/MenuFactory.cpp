@@ -26,10 +26,13 @@ CColor hueOfMenu(const ControlRow& row)
     switch (row.tag) {
     case 1:
     case 363:
+    case Tag::LaneSpeed:
         return look::kPitch;
     case 499:
+    case Tag::LaneSpeed + 2:
         return look::kVelocity;
     case 504:
+    case Tag::LaneSpeed + 3:
         return look::kGate;
     case 330:
     case 353:

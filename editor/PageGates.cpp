@@ -19,6 +19,8 @@ bool PageGates::show(const Pages& wanted)
     for (int track = 0; track < kModTracks; ++track) {
         const bool chosen = track == pages.modTrack;
         bits.set(kTrackPages + track, chosen);
+        bits.set(kTrackControllers + track, chosen && !pages.drum);
+        bits.set(kTrackDrums + track, chosen && pages.drum);
         bits.set(kTrackLoops + track, chosen && pages.separateLoops);
     }
     return changed;

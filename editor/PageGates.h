@@ -13,6 +13,7 @@ public:
         bool separateLoops = false; // each lane has its own loop, else all follow the pitch
         int modTrack = 0;           // 0 to 7
         int keyMode = 0;            // 0 or 1
+        bool drum = false;          // the track plays a drum, else it sends a controller
         bool rules = false;         // of the performance lane, else what its steps play
         friend bool operator==(const Pages&, const Pages&) = default;
     };

@@ -50,8 +50,16 @@ void KWBend::tick(const KWClock::Out& clock, const KWLanes::Out& lanes,
         latchedMidi = std::min(bend * kCentre + kCentre, 127.0f);
         latchedSemitones = bend * kSemitones;
     }
+    // A channel that is left behind is left straight.
+    unsent = channel != notes.channel && sentMidi != kCentre
+        && !outgoing.append(kPitchBendStatus | channel, 0, static_cast<int>(kCentre));
+    if (unsent)
+        return;
+    if (channel != notes.channel)
+        sentMidi = kCentre;
+    channel = notes.channel;
     if (latchedMidi != sentMidi
-        && outgoing.append(kPitchBendStatus, 0, static_cast<int>(latchedMidi)))
+        && outgoing.append(kPitchBendStatus | channel, 0, static_cast<int>(latchedMidi)))
         sentMidi = latchedMidi;
 }
 

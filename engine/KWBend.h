@@ -24,7 +24,7 @@ public:
     int idleTicks(int most) const
     {
         const bool isStraight = !(sweep > 0) && event == finishedEvent && latchedSemitones == 0
-            && latchedMidi == kCentre && sentMidi == kCentre;
+            && latchedMidi == kCentre && sentMidi == kCentre && !unsent;
         return isStraight ? most : 0;
     }
     void skipTicks(int ticks, double /*position*/)
@@ -59,6 +59,8 @@ private:
     float latchedMidi = kCentre;
     float latchedSemitones = 0;
     float sentMidi = kCentre;
+    int channel = 0;     // to which that was sent
+    bool unsent = false; // the list was full for the end of a bend on another channel
 };
 
 } // namespace ormund

@@ -88,6 +88,32 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
 
     values.masterStep = count * values.play;
     values.stepChange = keys.keyStep + values.masterStep;
+    followPart(count);
+}
+
+// An effect on time gives whole steps only, so the part of such a step is counted from its start.
+void KWClock::followPart(float count)
+{
+    constexpr double kBelow = 1.0 - 1e-9;
+    place.stepsPerBeat = static_cast<double>(settings.stepsPerBeat);
+    place.songStep = place.stepsPerBeat * info.songPositionPrecise;
+    const bool counted = partCount.changed(count);
+    if (values.play == 0 || values.manualStep) {
+        place.stepPart = 0;
+        place.followsSong = true;
+        return;
+    }
+    const bool plain = count == raw;
+    place.followsSong = plain && !ownClockRuns;
+    const double pace = settings.halfSpeed != 0 ? 0.5 : 1.0;
+    if (plain) {
+        const double steps = ownClockRuns ? ownClock : place.songStep + kPositionSlack;
+        place.stepPart = std::clamp(steps - static_cast<double>(raw), 0.0, kBelow);
+    } else if (counted) {
+        place.stepPart = 0;
+    } else {
+        place.stepPart = std::min(place.stepPart + values.stepsPerTick * pace, kBelow * pace);
+    }
 }
 
 int KWClock::idleTicks(int most) const

@@ -44,6 +44,13 @@ public:
         float ticksPerBeat = 0;
         friend bool operator==(const Out&, const Out&) = default;
     };
+    // What moves in every tick; lanes with a speed of their own need it.
+    struct Phase {
+        double stepPart = 0; // of the master step, 0 to below 1
+        double songStep = 0; // the song's place in steps
+        double stepsPerBeat = 0;
+        bool followsSong = false; // the part is the song's: no effect on time is on
+    };
     Settings settings;
 
     KWClock(KWSystemInfo& timeBase, ParameterSink& sink, const Crossing<float>& reloadCounter);
@@ -58,6 +65,7 @@ public:
     // its first step lasts as long as the others.
     void readSpeed();
     const Out& out() const { return values; }
+    const Phase& phase() const { return place; }
 
     // engine/IdleTicks.h
     int idleTicks(int most) const;
@@ -83,6 +91,7 @@ private:
     static constexpr double kOwnClockWrap = 32000.0;
 
     float playWanted(float gate);
+    void followPart(float count);
     static float stepOf(double steps) { return wholePart(std::min(steps, kMostSteps)); }
     float hostStep() const
     {
@@ -104,6 +113,8 @@ private:
     Crossing<float> swingDelayTicks = 0.0f;
 
     Out values;
+    Phase place;
+    LastSeen<float> partCount;
     LastSeen<float> gateEdge;
     LastSeen<float> playSent;
     LastSeen<float> startSeen;

@@ -3,12 +3,26 @@
 #include "data/tracks/Tracks.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace ormund {
 
 namespace {
 constexpr unsigned kSteps = 32;
+constexpr double kSlack = 1e-9; // rounding must never decide a step
+
+const LaneSpeed& speedAt(int places)
+{
+    return kLaneSpeedTable[static_cast<size_t>(kPlainLaneSpeed + places)];
 }
+
+float stepLength(int places)
+{
+    const LaneSpeed& row = speedAt(places);
+    return static_cast<float>(row.in) / static_cast<float>(row.steps);
+}
+} // namespace
 
 Lane::Lane(const KWZoneHandlerContainer& zone, int seed) : loop(zone), random(seed) { readLoop(0); }
 
@@ -35,10 +49,10 @@ void Lane::countPass(int32_t next)
     steps = next;
 }
 
-int Lane::position(float masterStep, PlaybackMode mode)
+int Lane::position(int64_t steps64, PlaybackMode mode)
 {
     // Before the song's start the count is below zero.
-    const auto count = static_cast<unsigned>(static_cast<int64_t>(masterStep));
+    const auto count = static_cast<unsigned>(steps64);
     const bool countMoved = countSeen.changed(count);
     if (countMoved || restarts)
         countPass(static_cast<int32_t>(count));
@@ -90,7 +104,7 @@ KWLanes::KWLanes(const Tracks& tracks)
 {
 }
 
-void KWLanes::tick(const KWClock::Out& clock, int pattern)
+void KWLanes::tick(const KWClock::Out& clock, const KWClock::Phase& phase, int pattern)
 {
     const bool stepped = stepChange.changed(clock.stepChange) && clock.stepChange > 0;
     const bool started = play.changed(clock.play);
@@ -103,14 +117,23 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
             lane.restart();
 
     const bool separate = settings.separateLoops != 0;
-    const int mainPosition = lanes[Main].position(
-        clock.masterStep, static_cast<PlaybackMode>(settings.mode[Main].load()));
-    const auto positionOf = [&](int index) {
+    ownSpeeds = false;
+    stepsPerBeat = phase.stepsPerBeat;
+    idleFrom = phase.songStep;
+    idleUntil = std::numeric_limits<double>::max();
+    const auto walk = [&](int index) {
         const auto i = static_cast<size_t>(index);
-        const int own =
-            lanes[i].position(clock.masterStep, static_cast<PlaybackMode>(settings.mode[i].load()));
+        const int speed = settings.speed[i];
+        return lanes[i].position(
+            speed == 0 ? static_cast<int64_t>(clock.masterStep) : countOf(speed, clock, phase),
+            static_cast<PlaybackMode>(settings.mode[i].load()));
+    };
+    const int mainPosition = walk(Main);
+    const auto positionOf = [&](int index) {
+        const int own = walk(index);
         return separate ? own : mainPosition;
     };
+    const auto followed = [&](int index) { return separate ? index : int{Main}; };
     values.main = mainPosition;
     values.performance = positionOf(Performance);
     const Lane& follows = lanes[separate ? Performance : Main];
@@ -118,8 +141,30 @@ void KWLanes::tick(const KWClock::Out& clock, int pattern)
     values.performancePass = follows.pass();
     values.velocity = positionOf(Velocity);
     values.gate = positionOf(Gate);
-    for (int mod = 0; mod < kModLanes; ++mod)
-        values.mods[static_cast<size_t>(mod)] = positionOf(FirstMod + mod);
+    values.gateStepLength = stepLength(settings.speed[static_cast<size_t>(followed(Gate))]);
+    for (int mod = 0; mod < kModLanes; ++mod) {
+        const auto k = static_cast<size_t>(mod);
+        const auto lane = static_cast<size_t>(followed(FirstMod + mod));
+        values.mods[k] = positionOf(FirstMod + mod);
+        values.modCount[k] = lanes[lane].count();
+        values.modStepLength[k] = stepLength(settings.speed[lane]);
+    }
+    if (ownSpeeds && !phase.followsSong)
+        idleUntil = idleFrom;
+}
+
+// The clock's whole steps and the part of the one that runs, at the speed of a lane. From the
+// count itself rather than by adding up, so that a lane is in phase wherever play begins.
+int64_t KWLanes::countOf(int index, const KWClock::Out& clock, const KWClock::Phase& phase)
+{
+    ownSpeeds = true;
+    const LaneSpeed& speed = speedAt(index);
+    const auto whole = static_cast<double>(clock.masterStep);
+    const double steps = (whole + phase.stepPart) * speed.steps / speed.in;
+    const double count = std::floor(steps + kSlack);
+    idleUntil =
+        std::min(idleUntil, idleFrom + std::max(count + 1.0 - steps, 0.0) * speed.in / speed.steps);
+    return static_cast<int64_t>(count);
 }
 
 } // namespace ormund

@@ -26,17 +26,17 @@ constexpr int kAftertouchTarget = 128;
 constexpr int kProgramTarget = 129;
 constexpr int kPitchBendTarget = 130;
 
-bool send(OutgoingList& outgoing, int target, int value)
+bool send(OutgoingList& outgoing, int channel, int target, int value)
 {
     if (target < kAftertouchTarget)
-        return outgoing.append(0xB0, target, value);
+        return outgoing.append(0xB0 | channel, target, value);
     switch (target) {
     case kAftertouchTarget:
-        return outgoing.append(0xD0, value, 127);
+        return outgoing.append(0xD0 | channel, value, 127);
     case kProgramTarget:
-        return outgoing.append(0xC0, value, value);
+        return outgoing.append(0xC0 | channel, value, value);
     case kPitchBendTarget:
-        return outgoing.append(0xE0, 0, value);
+        return outgoing.append(0xE0 | channel, 0, value);
     default:
         return true; // nothing to send
     }
@@ -64,18 +64,24 @@ void KWMods::tick(const KWLanes::Out& lanes, const KWPerformance::Out& performan
         if (enabled && settings.on[k] != 0)
             cell.held = cell.cell; // off freezes: the last value stands
         values[k] = cell.held * notes.unmuted;
-        const float midi = values[k] * 127.0f;
-        if (midi == cell.sentMidi)
+        if (settings.drum[k] != 0)
             continue;
-        if (send(outgoing, settings.target[k], static_cast<int>(midi)))
+        const float midi = values[k] * 127.0f;
+        const int channel = settings.channel[k];
+        if (midi == cell.sentMidi && channel == cell.channel)
+            continue;
+        if (send(outgoing, channel, settings.target[k], static_cast<int>(midi))) {
             cell.sentMidi = midi;
-        else
+            cell.channel = channel;
+        } else {
             unsent = true;
+        }
     }
     for (const int track : kSynthOrder) {
         const auto k = static_cast<size_t>(track);
         Cells& cell = cells[k];
-        const bool drives = enabled && settings.on[k] != 0 && settings.toSynth[k] != 0;
+        const bool drives =
+            settings.drum[k] == 0 && enabled && settings.on[k] != 0 && settings.toSynth[k] != 0;
         if (drives && values[k] != cell.sentToSynth) {
             cell.sentToSynth = values[k];
             sink.setParameter(kSynthTargets[k], values[k]);

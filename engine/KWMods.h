@@ -28,6 +28,11 @@ public:
         std::array<Crossing<int32_t>, kTracks> on{};
         std::array<Crossing<int32_t>, kTracks> target{}; // 0 to 129
         std::array<Crossing<int32_t>, kTracks> toSynth{};
+        std::array<Crossing<int32_t>, kTracks> channel{}; // 0 to 15
+        // Tracks that play a note instead: their values are velocities, KWDrums reads them.
+        std::array<Crossing<int32_t>, kTracks> drum{};
+        std::array<Crossing<int32_t>, kTracks> drumNote{};
+        std::array<Crossing<int32_t>, kTracks> drumGate{}; // 1 to 100 % of a step
     };
     Settings settings;
 
@@ -48,6 +53,7 @@ private:
         float held = 0;
         float sentMidi = 0;
         float sentToSynth = 0;
+        int channel = 0; // to which `sentMidi` went
     };
 
     const Tracks& tracks;

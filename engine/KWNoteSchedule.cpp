@@ -12,14 +12,13 @@ constexpr int kNodesPerNote = 3; // the end of the old note, the start and the e
 
 KWNoteSchedule::KWNoteSchedule() = default;
 
-int16_t KWNoteSchedule::allocate(int note, int velocity, int channel)
+int16_t KWNoteSchedule::allocate(const Message& message)
 {
     int16_t place = kNone;
     do {
         place = static_cast<int16_t>(counter++ % kPool);
     } while (at(place).waits); // the caller has made sure of a free one
-    at(place) = {static_cast<uint8_t>(kNoteOnStatus | (channel & 15)), static_cast<uint8_t>(note),
-        static_cast<uint8_t>(velocity), true, 0, kNone};
+    at(place) = message;
     ++used;
     return place;
 }
@@ -35,7 +34,7 @@ void KWNoteSchedule::unlinkAfter(int16_t before, bool passOn)
     --used;
 }
 
-bool KWNoteSchedule::removeNote(int note)
+bool KWNoteSchedule::removeNote(int status, int note, bool& toSynth)
 {
     bool isFirst = true;
     bool sounds = false;
@@ -43,10 +42,12 @@ bool KWNoteSchedule::removeNote(int note)
     for (int16_t place = head; place != kNone;) {
         const Message& message = at(place);
         const int16_t after = message.next;
-        if (message.note == note) {
+        if (message.isOf(status, note)) {
             const bool isOff = message.velocity == 0;
-            if (isFirst)
+            if (isFirst) {
                 sounds = isOff;
+                toSynth = message.toSynth;
+            }
             // Deliberate: a start that has not happened takes its own wait with it.
             unlinkAfter(before, !isFirst || isOff);
             isFirst = false;
@@ -66,11 +67,14 @@ void KWNoteSchedule::insertAfter(int16_t before, int16_t place, uint32_t delay)
     link = place;
 }
 
-void KWNoteSchedule::addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel)
+void KWNoteSchedule::addNote(
+    uint32_t delay, int note, int velocity, uint32_t duration, int channel, bool toSynth)
 {
     if (used + kNodesPerNote > kPool)
         return;
-    const bool sounds = removeNote(note);
+    const int status = kNoteOnStatus | (channel & 15);
+    bool endsVoice = true;
+    const bool sounds = removeNote(status, note, endsVoice);
 
     int16_t before = kNone;
     uint32_t remaining = delay;
@@ -84,21 +88,37 @@ void KWNoteSchedule::addNote(uint32_t delay, int note, int velocity, uint32_t du
             before = place;
         }
     };
-    const auto put = [&](int putVelocity, uint32_t putDelay) {
-        const int16_t place = allocate(note, putVelocity, channel);
+    const auto put = [&](int putVelocity, uint32_t putDelay, bool voice) {
+        const int16_t place = allocate({static_cast<uint8_t>(status), static_cast<uint8_t>(note),
+            static_cast<uint8_t>(putVelocity), true, voice, 0, kNone});
         insertAfter(before, place, putDelay);
         before = place;
     };
 
     walk();
     if (sounds) {
-        put(0, remaining);
+        put(0, remaining, endsVoice);
         remaining = 0;
     }
-    put(velocity, remaining);
+    put(velocity, remaining, toSynth);
     remaining = duration;
     walk();
-    put(0, remaining);
+    put(0, remaining, toSynth);
+}
+
+bool KWNoteSchedule::soundsElsewhere(const Message& ended) const
+{
+    uint32_t seen = 1u << (ended.status & 15); // channels
+    for (int16_t place = head; place != kNone; place = at(place).next) {
+        const Message& message = at(place);
+        const uint32_t channel = 1u << (message.status & 15);
+        if (message.note != ended.note || (seen & channel) != 0)
+            continue;
+        seen |= channel;
+        if (message.velocity == 0 && message.toSynth)
+            return true;
+    }
+    return false;
 }
 
 void KWNoteSchedule::drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voices)
@@ -122,8 +142,9 @@ void KWNoteSchedule::drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voic
         const int16_t place = linkAfter(before);
         const Message message = at(place);
         if (outgoing.append(message.status, message.note, message.velocity)) {
-            voices.noteEvent(message.note, message.velocity);
             unlinkAfter(before, true);
+            if (message.toSynth && (message.velocity != 0 || !soundsElsewhere(message)))
+                voices.noteEvent(message.note, message.velocity);
         } else if (message.velocity == 0) {
             before = place;
         } else {
@@ -132,7 +153,7 @@ void KWNoteSchedule::drain(OutgoingList& outgoing, KWSimpleMidiManagerBase& voic
             int16_t previous = before;
             int ahead = due;
             for (int16_t i = linkAfter(before); i != kNone; i = at(i).next, --ahead) {
-                if (at(i).note == message.note) {
+                if (at(i).isOf(message.status, message.note)) {
                     unlinkAfter(previous, true);
                     due -= ahead > 0;
                     break;

@@ -25,9 +25,10 @@ public:
 
     // Starts `note` after `delay` samples and ends it `duration` samples later. A sounding note of
     // this pitch ends first, at the same place; one that has not started yet gives way. With no
-    // room for the whole note nothing changes. `velocity` 1 to 127, notes 0 to 127, all on
-    // channel 1.
-    void addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel);
+    // room for the whole note nothing changes. `velocity` 1 to 127, notes 0 to 127, channel 0 to
+    // 15; a note of another channel is another note. `toSynth`: our voices play it too.
+    void addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel,
+        bool toSynth = true);
 
     // Once a tick, at its end: hands what falls due inside the coming period to the list and to the
     // voices. A note off that finds the list full waits for the next tick; a note on is given up
@@ -56,18 +57,26 @@ private:
         uint8_t note = 0;
         uint8_t velocity = 0; // 0: the note's end
         bool waits = false;
+        bool toSynth = true;
+        bool isOf(int wantedStatus, int wantedNote) const
+        {
+            return status == wantedStatus && note == wantedNote;
+        }
         uint32_t delay = 0; // samples after the node before it
         int16_t next = kNone;
     };
 
     Message& at(int16_t place) { return pool[static_cast<size_t>(place)]; }
     const Message& at(int16_t place) const { return pool[static_cast<size_t>(place)]; }
-    int16_t allocate(int note, int velocity, int channel);
+    int16_t allocate(const Message& message);
     int16_t& linkAfter(int16_t before) { return before == kNone ? head : at(before).next; }
     // Takes the node behind `before` out; the node after it keeps its time if `passOn`.
     void unlinkAfter(int16_t before, bool passOn);
-    // Removes all nodes of the note. True if it was sounding: its first node was its end.
-    bool removeNote(int note);
+    // Removes all nodes of the note. True if it was sounding: its first node was its end, and
+    // `toSynth` becomes whether a voice plays it.
+    bool removeNote(int status, int note, bool& toSynth);
+    // Whether a voice must go on, as the pitch sounds on another channel too.
+    bool soundsElsewhere(const Message& ended) const;
     void insertAfter(int16_t before, int16_t place, uint32_t delay);
 
     std::array<Message, kPool> pool;

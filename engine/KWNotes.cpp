@@ -100,6 +100,8 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
         settings.masterGateOn != 0 ? settings.masterGate.load() : tracks.gateTime.step(lanes.gate);
     values.gate = orRandom(StepCommand::Gate, std::clamp(written, kShortestGate, 1.0f));
     values.duration = values.gate * clock.msPerStep * clock.samplesPerMs;
+    if (lanes.gateStepLength != 1.0f)
+        values.duration *= lanes.gateStepLength;
     if (!arp.runs)
         values.duration *= settings.gateMultiply * kStepsPerGateMultiple;
 
@@ -127,6 +129,8 @@ void KWNotes::tick(int pattern, const KWClock::Out& clock, const KWKeys::Out& ke
         values.note[at(i)] = static_cast<int>(note);
         values.velocity[at(i)] = std::clamp(static_cast<int>(noteVelocity), 0, 127);
     }
+
+    values.channel = settings.channel - 1;
 
     // Trigger
     const float latchSum = keys.gate + static_cast<float>(lanes.velocity) * clock.play + clock.play;

@@ -30,11 +30,13 @@ public:
         Crossing<int32_t> velocityGateOn = 0;
         Crossing<float> velocityThreshold = 0.0f; // 0.1 to 0.9
         Crossing<int32_t> mute = 0;
+        Crossing<int32_t> channel = 1; // 1 to 16
     };
     struct Out {            // written by tick(), read by later stages
         float gate = 0;     // of the step, as a part of it
         float duration = 0; // samples
         float unmuted = 1;  // 0 while muted, latched at the performance lane's steps
+        int channel = 0;    // 0 to 15
         std::array<int, kChordNotes> note{};     // 0 to 127
         std::array<int, kChordNotes> velocity{}; // 0 to 127, 0 starts nothing
     };

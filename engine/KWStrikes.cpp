@@ -34,7 +34,7 @@ void KWStrikes::tick(const KWClock::Out& clock, KWNoteSchedule& schedule)
         if (--strike.in > 0)
             strikes[at(kept++)] = strike;
         else
-            schedule.addNote(0, strike.note, strike.velocity, strike.length, 0);
+            schedule.addNote(0, strike.note, strike.velocity, strike.length, strike.channel);
     }
     waiting = kept;
 }
@@ -94,7 +94,8 @@ bool KWStrikes::begin(const KWClock::Out& clock, const KWLanes::Out& lanes,
         bool any = false;
         for (int i = 0; i < kChordNotes; ++i)
             if (notes.velocity[at(i)] != 0) {
-                schedule.addNote(0, notes.note[at(i)], notes.velocity[at(i)], length, 0);
+                schedule.addNote(
+                    0, notes.note[at(i)], notes.velocity[at(i)], length, notes.channel);
                 any = true;
             }
         return any;
@@ -121,9 +122,10 @@ bool KWStrikes::begin(const KWClock::Out& clock, const KWLanes::Out& lanes,
                 static_cast<int>(level * static_cast<float>(chord.velocity[at(n)]) + 0.5f);
             const double wait = start + static_cast<double>(strum.gap) * ticksPerStep * i;
             const Strike strike{static_cast<int32_t>(std::lround(wait)), strikeLength,
-                chord.note[at(n)], static_cast<uint8_t>(std::max(velocity, 1))};
+                chord.note[at(n)], static_cast<uint8_t>(std::max(velocity, 1)),
+                static_cast<uint8_t>(notes.channel)};
             if (strike.in == 0)
-                schedule.addNote(0, strike.note, strike.velocity, strike.length, 0);
+                schedule.addNote(0, strike.note, strike.velocity, strike.length, strike.channel);
             else
                 add(strike);
         }

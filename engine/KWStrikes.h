@@ -39,6 +39,7 @@ private:
         uint32_t length = 0; // samples
         uint8_t note = 0;
         uint8_t velocity = 0;
+        uint8_t channel = 0;
     };
     struct Chord {
         std::array<uint8_t, kChordNotes> note{};

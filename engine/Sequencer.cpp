@@ -49,6 +49,7 @@ Sequencer::Sequencer(const AudioLoops& loops)
     , strikes(tracks)
     , bend(tracks)
     , mods(tracks, *this)
+    , drums(tracks, mods.settings)
     , synth(info, loops)
 {
     applyDefaults();
@@ -188,7 +189,7 @@ void Sequencer::tick(int frame)
     clock.tick(info, keys.out());
     patterns.tick(clock.out(), keys.out());
     clock.readSpeed();
-    lanes.tick(clock.out(), patterns.out().pattern);
+    lanes.tick(clock.out(), clock.phase(), patterns.out().pattern);
     keys.record(lanes.out().main);
     chance.tick(clock.out(), lanes.out(), patterns.out().pattern);
     performance.tick(lanes.out());
@@ -198,6 +199,7 @@ void Sequencer::tick(int frame)
     strikes.tick(clock.out(), schedule);
     if (notes.triggers() && strikes.begin(clock.out(), lanes.out(), notes.out(), schedule))
         chance.noteStarted();
+    drums.tick(clock.out(), lanes.out(), notes.out(), schedule);
     synthTick();
     mods.tick(lanes.out(), performance.out(), notes.out(), outgoing);
     info.firstTick = 0;
@@ -282,6 +284,7 @@ void Sequencer::planIdleTicks()
     const bool moved = stepInputs.changed({.keys = keys.out(),
         .clock = clock.out(),
         .patterns = patterns.out(),
+        .lanes = lanes.out(),
         .changes = info.changes.load()});
     idleLeft = moved ? 0 : kMostIdleTicks;
     std::apply(

@@ -19,6 +19,7 @@
 #include "engine/KWBend.h"
 #include "engine/KWChance.h"
 #include "engine/KWClock.h"
+#include "engine/KWDrums.h"
 #include "engine/KWKeys.h"
 #include "engine/KWLanes.h"
 #include "engine/KWMods.h"
@@ -110,7 +111,7 @@ private:
     auto stages()
     {
         return std::tie(keys, clock, patterns, lanes, chance, performance, notes, bend, strikes,
-            mods, schedule);
+            drums, mods, schedule);
     }
     bool mayIdle();
     void idleTick();
@@ -152,12 +153,14 @@ private:
     KWStrikes strikes;
     KWBend bend;
     KWMods mods;
+    KWDrums drums;
     KWSynth synth;
     // All that the stages behind the patterns read, but for the counters of their own.
     struct StepInputs {
         KWKeys::Out keys;
         KWClock::Out clock;
         KWPatterns::Out patterns;
+        KWLanes::Out lanes;
         uint32_t changes = 0;
         friend bool operator==(const StepInputs&, const StepInputs&) = default;
     };

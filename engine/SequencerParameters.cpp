@@ -89,6 +89,7 @@ struct Sequencer::Reactions {
         {Tag::VelocityGateButton, index<kNotes, &Notes::velocityGateOn>},
         {Tag::VelocityThreshold, nullptr, mapped<kNotes, &Notes::velocityThreshold>},
         {Tag::Mute, index<kNotes, &Notes::mute>},
+        {Tag::MelodyChannel, index<kNotes, &Notes::channel>},
 
         {Tag::Play, index<kClock, &Clock::play>},
         {Tag::TriggerMode, index<kClock, &Clock::triggerMode>},
@@ -117,6 +118,8 @@ struct Sequencer::Reactions {
         {Tag::ModTrackOn, ofMod<&Mods::on>, nullptr, kModTracks},
         {Tag::ModTarget, ofMod<&Mods::target>, nullptr, kModTracks},
         {Tag::ModToSynth, ofMod<&Mods::toSynth>, nullptr, kModTracks},
+        {Tag::DrumNote, ofMod<&Mods::drumNote>, nullptr, kModTracks},
+        {Tag::DrumGate, ofMod<&Mods::drumGate>, nullptr, kModTracks},
 
         {Tag::IgnoreProgramChange, [](Sequencer& s, int) -> Index& { return s.ignoreProgramChange; }},
         {Tag::LockAssign, [](Sequencer& s, int) -> Index& { return s.keepMidiMap; }},
@@ -206,6 +209,19 @@ void Sequencer::reactGlobalEdit(int tag)
 void Sequencer::react(int tag, const Parameters::Stored& stored)
 {
     const int index = stored.index;
+    if (tag >= Tag::DrumRow && tag < Tag::DrumRow + kModTracks) {
+        mods.settings.drum[at(tag - Tag::DrumRow)] = index;
+        screen.pagesChanged.raise();
+        return;
+    }
+    if (tag >= Tag::ModChannel && tag < Tag::ModChannel + kModTracks) {
+        mods.settings.channel[at(tag - Tag::ModChannel)] = index - 1;
+        return;
+    }
+    if (tag >= Tag::LaneSpeed && tag < Tag::LaneSpeed + kStepLanes) {
+        lanes.settings.speed[at(tag - Tag::LaneSpeed)] = index - kPlainLaneSpeed;
+        return;
+    }
     if (tag >= KWSynth::kFirstTag && tag <= KWSynth::kLastTag) {
         synth.setParameter(tag, stored.mapped);
         return;

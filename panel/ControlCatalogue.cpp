@@ -179,6 +179,7 @@ using enum ControlClass;
 using enum Action;
 using enum HintFormat;
 constexpr auto kMenuOnly = Place{};
+constexpr float kLaneSpeedScale = 0.08334f;
 
 // How a tag of the mod track family runs over the eight tracks: the first track's, the second's,
 // and the step from there on.
@@ -260,13 +261,31 @@ constexpr FamilyRow kModTrackFamily[] = {
     // clang-format on
 };
 
+// ---- A mod track that plays a drum, its channel and its speed.
+
+constexpr FamilyRow kDrumFamily[] = {
+    // clang-format off
+    { { 605, 606,  1 }, toggle(605, {  57, 489,  93, 504 }, 1139, kTrackPages) },
+    { { 613, 614,  1 }, knob(  613, {  57, 540,  88, 553 }, 1140, 13, 128, kTrackDrums, kRoundFrame) },
+    { { 621, 622,  1 }, knob(  621, {  91, 540, 122, 553 }, 1142, 13, 100, kTrackDrums, kRoundFrame) },
+    { { 629, 630,  1 }, knob(  629, { 107, 563, 134, 576 }, 1141, 13,  16, kTrackPages, kRoundFrame) },
+    { { 641, 642,  1 }, menu(  641, { 132, 529, 155, 538 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kTrackLoops) },
+
+    { { 700, 701,  1 }, hint(  700, 0, "track %d: controller or drum"), { 605, 606,  1 } },
+    { { 710, 711,  1 }, value( 710, 0, "drum note  ", NoteName, "", kOwnerMapped), { 613, 614,  1 } },
+    { { 720, 721,  1 }, value( 720, 0, "drum gate  ", Integer, " %% of a step", kOwnerMapped), { 621, 622,  1 } },
+    { { 730, 731,  1 }, value( 730, 0, "track %d: MIDI channel  ", Integer, "", kOwnerMapped), { 629, 630,  1 } },
+    { { 741, 742,  1 }, hint(  741, 0, "speed of the lane"), { 641, 642,  1 } },
+    // clang-format on
+};
+
 // ---- The target of a mod track: a menu of thirteen sub-menus between two arrows.
 
 constexpr FamilyRow kTargetFamily[] = {
     // clang-format off
-    { {  48,  49,  1 }, menu(   48, {  68, 538, 140, 553 }, 1115, MenuItems::Targets, 0.007702308f, kTrackPages) },
-    { {  56,  58,  2 }, push(   56, {  57, 540,  68, 551 }, 1025, kTrackPages) },
-    { {  57,  59,  2 }, push(   57, { 140, 540, 151, 551 }, 1026, kTrackPages) },
+    { {  48,  49,  1 }, menu(   48, {  68, 538, 140, 553 }, 1115, MenuItems::Targets, 0.007702308f, kTrackControllers) },
+    { {  56,  58,  2 }, push(   56, {  57, 540,  68, 551 }, 1025, kTrackControllers) },
+    { {  57,  59,  2 }, push(   57, { 140, 540, 151, 551 }, 1026, kTrackControllers) },
     { {  72,  73,  1 }, hint(   72, 0, "select modulation target cc"), {  48,  49,  1 } },
     // clang-format on
 };
@@ -580,6 +599,17 @@ constexpr ControlRow kPanel[] = {
     hint(  598, 590, "strum of the step's chord"),
     hint(  599, 592, "fill: held, steps with FILL play"),
     hint(  600, 593, "page of the performance lines"),
+    // The speed of the lanes, and the melody's channel.
+    menu(  637, { 132,  88, 155,  97 }, 1138, MenuItems::Pictures, kLaneSpeedScale),
+    menu(  638, {  87, 438, 110, 447 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
+    menu(  639, { 132, 204, 155, 213 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
+    menu(  640, { 132, 307, 155, 316 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
+    hint(  752, 637, "speed of the lane"),
+    hint(  753, 638, "speed of the lane"),
+    hint(  754, 639, "speed of the lane"),
+    hint(  755, 640, "speed of the lane"),
+    knob(  601, { 843, 353, 870, 366 }, 1141, 13,  16, kSettingsPage, kRoundFrame),
+    value( 751, 601, "MIDI channel of the melody  ", Integer, "", kOwnerMapped),
     // The popups of the step views, which know a step.
     menu(kLearnStepsTag,     kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
     menu(kLearnStepsTag + 1, kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
@@ -627,7 +657,7 @@ constexpr ControlRow targetSubMenu(int track, int group)
     return row;
 }
 
-constexpr int kControls = 689;
+constexpr int kControls = 779;
 
 constexpr std::array<ControlRow, kControls> buildCatalogue()
 {
@@ -637,6 +667,9 @@ constexpr std::array<ControlRow, kControls> buildCatalogue()
         all[count++] = row;
     for (int track = 1; track <= kModTracks; ++track)
         for (const FamilyRow& family : kModTrackFamily)
+            all[count++] = member(family, track);
+    for (int track = 1; track <= kModTracks; ++track)
+        for (const FamilyRow& family : kDrumFamily)
             all[count++] = member(family, track);
     for (int track = 1; track <= kModTracks; ++track) {
         for (const FamilyRow& family : kTargetFamily)
@@ -675,14 +708,14 @@ constexpr long distinctTags()
 }
 
 static_assert(kCatalogue.back().tag == kLearnStepsTag + 1);
-static_assert(distinctTags() == 583);
+static_assert(distinctTags() == 673);
 static_assert(countOf(isOwnTag) == kModTracks * kControllerMenus + 2);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Knob; }) == 33);
+static_assert(countOf([](const ControlRow& row) { return row.kind == Knob; }) == 58);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Table; }) == 14);
 static_assert(countOf([](const ControlRow& row) { return row.kind == Zone; }) == 13);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Hint && row.text; }) == 253);
+static_assert(countOf([](const ControlRow& row) { return row.kind == Hint && row.text; }) == 298);
 static_assert(countOf([](const ControlRow& row) { return row.group == kSynthPage; }) == 24);
-static_assert(countOf([](const ControlRow& row) { return row.group == kSettingsPage; }) == 15);
+static_assert(countOf([](const ControlRow& row) { return row.group == kSettingsPage; }) == 16);
 static_assert(std::ranges::all_of(kCatalogue, [](const ControlRow& row) {
     const Place& p = row.place;
     return p.left >= 0 && p.top >= 0 && p.right <= kPanelWidth && p.bottom <= kPanelHeight

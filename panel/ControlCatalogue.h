@@ -67,7 +67,16 @@ enum class Action : uint8_t {
     PanelScale,
 };
 
-enum class HintFormat : uint8_t { None, Percent, Pan, Integer, Hundredths, Count, GateMultiple };
+enum class HintFormat : uint8_t {
+    None,
+    Percent,
+    Pan,
+    Integer,
+    Hundredths,
+    Count,
+    GateMultiple,
+    NoteName
+};
 
 enum class MenuItems : uint8_t {
     None,
@@ -103,10 +112,12 @@ enum Group : int8_t {
     kSeparateLoops = 5,
     kKeyMode0 = 10,
     kKeyMode1 = 11,
-    kTrackPages = 20, // 20 to 27
-    kTrackLoops = 28, // 28 to 35
-    kStepsPage = 36,  // what the steps of the performance lane play
-    kRulesPage = 37,  // and when and how
+    kTrackPages = 20,       // 20 to 27
+    kTrackLoops = 28,       // 28 to 35
+    kStepsPage = 36,        // what the steps of the performance lane play
+    kRulesPage = 37,        // and when and how
+    kTrackControllers = 40, // 40 to 47: the track sends a controller
+    kTrackDrums = 48,       // 48 to 55: it plays a drum
 };
 
 enum ControlFlags : uint16_t {
@@ -125,7 +136,7 @@ struct ControlRow {
     int tag = 0;
     ControlClass kind = ControlClass::Display;
     Place place;
-    int16_t bitmap = 0; // 1000 to 1137; 0 for none
+    int16_t bitmap = 0; // 1000 to 1142; 0 for none
     int16_t runningBitmap = 0;
     int16_t frameHeight = 0; // strips: height of a frame
     int16_t frames = 0;      // strips: number of frames; zones: columns

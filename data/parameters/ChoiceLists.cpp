@@ -1,5 +1,7 @@
 #include "data/parameters/ChoiceLists.h"
 
+#include <algorithm>
+
 namespace ormund {
 
 const std::array<std::string_view, kPlaybackModes> kPlaybackModeNames = {
@@ -27,6 +29,40 @@ const std::array<float, kGateMultiples> kGateMultiplyTable = {
 
 const std::array<std::string_view, kTriggerModes> kTriggerModeNames = {
     "keyboard", "toggle", "host"};
+
+// clang-format off
+const std::array<std::string_view, kLaneSpeeds> kLaneSpeedNames
+    = {"1 / 8", "1 / 6", "1 / 4", "1 / 3", "1 / 2", "2 / 3", "3 / 4", "x 1",  "3 / 2", "x 2",  "x 3",  "x 4"};
+const std::array<LaneSpeed, kLaneSpeeds> kLaneSpeedTable
+    = {{{1, 8}, {1, 6},  {1, 4},  {1, 3},  {1, 2},  {2, 3},  {3, 4},  {1, 1}, {3, 2},  {2, 1}, {3, 1}, {4, 1}}};
+// clang-format on
+
+namespace {
+constexpr size_t kNameLength = 4; // "C#-1"
+constexpr auto kNoteLetters = [] {
+    constexpr std::string_view kNames = "C C#D D#E F F#G G#A A#B ";
+    std::array<std::array<char, kNameLength>, kMidiNotes> letters{};
+    for (size_t note = 0; note < letters.size(); ++note) {
+        size_t length = 0;
+        for (const char c : kNames.substr(2 * (note % 12), 2))
+            if (c != ' ')
+                letters[note][length++] = c;
+        if (note < 12)
+            letters[note][length++] = '-';
+        letters[note][length] = static_cast<char>('0' + (note < 12 ? 1 : note / 12 - 1));
+    }
+    return letters;
+}();
+} // namespace
+
+constinit const std::array<std::string_view, kMidiNotes> kMidiNoteNames = [] {
+    std::array<std::string_view, kMidiNotes> names;
+    for (size_t note = 0; note < names.size(); ++note) {
+        const std::string_view whole(kNoteLetters[note].data(), kNameLength);
+        names[note] = whole.substr(0, std::min(whole.find('\0'), kNameLength));
+    }
+    return names;
+}();
 
 const std::array<int, kOctaveSteps> kOctaveOffsets = {0, 2, 1, -1, -2};
 

@@ -34,6 +34,21 @@ extern const std::array<float, kGateMultiples> kGateMultiplyTable;
 constexpr int kTriggerModes = 3;
 extern const std::array<std::string_view, kTriggerModes> kTriggerModeNames;
 
+// How fast a lane walks, in steps a step of the clock. 2 / 3 is dotted, 3 / 2 triplet.
+constexpr int kLaneSpeeds = 12;
+constexpr int kPlainLaneSpeed = 7;
+extern const std::array<std::string_view, kLaneSpeeds> kLaneSpeedNames;
+struct LaneSpeed {
+    int steps = 1; // in so many of the clock's
+    int in = 1;
+    friend constexpr bool operator==(const LaneSpeed&, const LaneSpeed&) = default;
+};
+extern const std::array<LaneSpeed, kLaneSpeeds> kLaneSpeedTable;
+
+// MIDI notes 0 to 127; 60 is C4.
+constexpr int kMidiNotes = 128;
+extern const std::array<std::string_view, kMidiNotes> kMidiNoteNames;
+
 // What an octave step adds.
 constexpr int kOctaveSteps = 5;
 extern const std::array<int, kOctaveSteps> kOctaveOffsets; // octaves

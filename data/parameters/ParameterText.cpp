@@ -39,6 +39,10 @@ std::span<const std::string_view> choicesOf(int tag)
     }
     if (tag >= Tag::ModTarget && tag < Tag::ModTarget + kModTracks)
         return controllerNames();
+    if (tag >= Tag::DrumNote && tag < Tag::DrumNote + kModTracks)
+        return kMidiNoteNames;
+    if (tag >= Tag::LaneSpeed && tag < Tag::LaneSpeed + kStepLanes)
+        return kLaneSpeedNames;
     const ParameterEntry* entry = parameterEntry(tag);
     if (!entry)
         return {};

@@ -12,8 +12,8 @@
 
 namespace ormund {
 
-constexpr int kParameters = 295;
-constexpr int kPresetParameters = 123;
+constexpr int kParameters = 340;
+constexpr int kPresetParameters = 168;
 constexpr int kSynthParameters = 23;
 constexpr int kSettingParameters = 2;
 constexpr int kPatternValues = 34; // a pattern stores so many parameters

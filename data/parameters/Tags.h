@@ -4,9 +4,10 @@
 
 namespace ormund {
 
-inline constexpr int kTagCount = 594; // 0 to 593, with holes
+inline constexpr int kTagCount = 649; // 0 to 648, with holes
 inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
+inline constexpr int kStepLanes = 4 + kModTracks; // pitch, performance, velocity, gate and these
 
 // Where a family of eight goes on, the name stands for its first and the comment tells the step.
 namespace Tag {
@@ -211,6 +212,15 @@ constexpr int StepStrum = 590;
 constexpr int ChanceSeed = 591;
 constexpr int Fill = 592;
 constexpr int PerformancePage = 593;
+
+constexpr int MelodyChannel = 601;
+// Eight each: a modulation track that plays a drum, and where a track sends
+constexpr int DrumRow = 605;
+constexpr int DrumNote = 613;
+constexpr int DrumGate = 621;
+constexpr int ModChannel = 629;
+// Twelve, in the order of the lanes: pitch, performance, velocity, gate, modulation tracks
+constexpr int LaneSpeed = 637;
 
 // The tag `offset` places behind a mod track's first edit button; `track` 0 to 7. Track 1 alone
 // has another layout than the seven that follow it.

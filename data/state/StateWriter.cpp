@@ -62,7 +62,8 @@ private:
         if (entry.tag == Tag::ChanceSeed && parts.tracks.chance.isClear())
             return true; // nobody asks for it
         if (entry.hasValue())
-            return parts.parameters.raw(entry.tag) == entry.defaultRaw;
+            return mapValue(entry.mapping, parts.parameters.raw(entry.tag))
+                == mapValue(entry.mapping, entry.defaultRaw);
         const StepLine* line = parts.tracks.lineAt(entry.tag);
         return line && line->isClear();
     }

@@ -167,6 +167,13 @@ void drawRandomCell(Paint& paint, int frame)
     drawLineCell(paint, frame, randomGlyph, running);
 }
 
+// TrackFields.cpp
+void drawLaneSpeed(Paint& paint, int frame);
+void drawTrackMode(Paint& paint, int frame);
+void drawDrumNote(Paint& paint, int frame);
+void drawChannel(Paint& paint, int frame);
+void drawDrumGate(Paint& paint, int frame);
+
 // Keyboard.cpp
 void drawKeyboardMode(Paint& paint, int frame);
 void drawKeyboardTwin(Paint& paint, int frame);

@@ -74,7 +74,8 @@ void drawSettingsPage(Paint& paint, int)
             {"TRIGGER", 838, 202.5, Align::Right}, {"KEY", 838, 228.5, Align::Right},
             {"SYNC", 838, 238.5, Align::Right}, {"NOTE", 951, 233.5},
             {"SPEED", 838, 293.5, Align::Right}, {"NOTE", 951, 293.5},
-            {"SWING", 838, 337.5, Align::Right}, {"%", 951, 337.5}});
+            {"SWING", 838, 337.5, Align::Right}, {"MELODY", 838, 359.5, Align::Right},
+            {"%", 951, 337.5}});
 }
 
 void drawSynthPage(Paint& paint, int)

@@ -154,7 +154,6 @@ void leftColumn(Paint& paint)
             {"IGNORE PROGRAM CH.", 28, 236.5}, {"DRAG", 29.5, 298.5, Align::Centre},
             {"BARS", 29.5, 353.5, Align::Centre}, {"PAGE", 12, 388.5}, {"MULTIPLY", 60.5, 311},
             {"ON", 131, 496.5, Align::Right}, {"TO SYNTH", 57.5, 569.5}});
-    paint.text("TRACK", 57.5, 496.5, {9, 0.4, Weight::SemiBold}, nameOf(kModulation));
     for (int track = 0; track < 8; ++track)
         paint.text(std::to_string(track + 1), 13.5, 560.5 - 10 * track, type::kLabel, kLabel,
             Align::Centre);

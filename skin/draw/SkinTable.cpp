@@ -150,6 +150,11 @@ constexpr SkinRow kTable[] = {
     { 1135,   33,  14,   6, "page of the performance lines",                       drawPerformancePage },
     { 1136,   41,  15,   3, "fill",                                                drawFill },
     { 1137,   73,  80,   1, "names of the second page of performance lines",       drawRuleNames },
+    { 1138,   23,   9,  12, "speed of a lane",                                     drawLaneSpeed },
+    { 1139,   36,  15,   6, "a modulation track, or a drum",                       drawTrackMode },
+    { 1140,   31,  13, 128, "note of a drum",                                      drawDrumNote },
+    { 1141,   27,  13,  16, "MIDI channel",                                        drawChannel },
+    { 1142,   31,  13, 100, "gate of a drum, 1 to 100 %",                          drawDrumGate },
 };
 // clang-format on
 

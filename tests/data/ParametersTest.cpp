@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <numeric>
 #include <set>
 #include <string>
 
@@ -43,20 +44,23 @@ TEST(Parameters, FileKeysAreForEver)
             EXPECT_TRUE(tagOfKey.emplace(entry.fileKey, entry.tag).second) << entry.fileKey;
         }
     // In the order of their keys: 0 to 120 without 118 and 119, then from 10001 on.
-    const std::vector<int> tags = {48, 49, 50, 51, 52, 53, 54, 55, 302, 303, 304, 305, 306, 307,
-        308, 309, 517, 518, 367, 89, 110, 132, 154, 176, 198, 220, 242, 262, 264, 267, 269, 272,
-        274, 277, 279, 282, 284, 287, 289, 292, 294, 297, 299, 4, 330, 493, 12, 10, 325, 337, 339,
-        341, 346, 347, 349, 353, 357, 363, 365, 0, 1, 387, 388, 396, 397, 6, 413, 430, 431, 8, 463,
-        464, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 486, 487,
-        499, 501, 504, 506, 509, 511, 513, 2, 3, 572, 575, 581, 585, 38, 39, 40, 41, 42, 43, 44, 45,
-        36, 378, 379, 571, 37, 586, 587, 588, 589, 590, 591};
+    std::vector<int> tags = {48, 49, 50, 51, 52, 53, 54, 55, 302, 303, 304, 305, 306, 307, 308, 309,
+        517, 518, 367, 89, 110, 132, 154, 176, 198, 220, 242, 262, 264, 267, 269, 272, 274, 277,
+        279, 282, 284, 287, 289, 292, 294, 297, 299, 4, 330, 493, 12, 10, 325, 337, 339, 341, 346,
+        347, 349, 353, 357, 363, 365, 0, 1, 387, 388, 396, 397, 6, 413, 430, 431, 8, 463, 464, 17,
+        18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 486, 487, 499, 501,
+        504, 506, 509, 511, 513, 2, 3, 572, 575, 581, 585, 38, 39, 40, 41, 42, 43, 44, 45, 36, 378,
+        379, 571, 37, 586, 587, 588, 589, 590, 591, 601};
+    tags.resize(tags.size() + 44);
+    std::iota(tags.end() - 44, tags.end(), 605);
     std::vector<int> actual;
     for (const auto& [key, tag] : tagOfKey)
         actual.push_back(tag);
     EXPECT_EQ(actual, tags);
     EXPECT_EQ(tagOfKey.begin()->first, 0);
-    EXPECT_EQ(tagOfKey.rbegin()->first, 10006);
+    EXPECT_EQ(tagOfKey.rbegin()->first, 10054);
     EXPECT_EQ(tagOfKey.at(10001), 586);
+    EXPECT_EQ(tagOfKey.at(10011), 605);
     EXPECT_FALSE(tagOfKey.contains(118) || tagOfKey.contains(119));
     EXPECT_EQ(parameterOfKey(65), parameterEntry(Tag::MasterGateTime));
     EXPECT_EQ(parameterOfKey(-1), nullptr);
@@ -65,8 +69,8 @@ TEST(Parameters, FileKeysAreForEver)
 
 TEST(Parameters, ListsHoldWhatTheyPromise)
 {
-    EXPECT_EQ(allParameters().size(), 295u);
-    EXPECT_EQ(presetParameters().size(), 123u);
+    EXPECT_EQ(allParameters().size(), 340u);
+    EXPECT_EQ(presetParameters().size(), 168u);
     EXPECT_EQ(settingParameters().size(), 2u);
     // A synth preset is a part of a global one.
     const std::set<const ParameterEntry*> preset(

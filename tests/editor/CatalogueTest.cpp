@@ -20,6 +20,12 @@ bool takesMouse(const ControlRow& row)
 
 bool onOnePage(const ControlRow& a, const ControlRow& b)
 {
+    const auto isIn = [](const ControlRow& row, int first) {
+        return row.group >= first && row.group < first + kModTracks;
+    };
+    if ((isIn(a, kTrackControllers) && isIn(b, kTrackDrums))
+        || (isIn(a, kTrackDrums) && isIn(b, kTrackControllers)))
+        return false;
     return a.group == b.group || a.group == kAlways || b.group == kAlways
         || (a.track > 0 && a.track == b.track) // a track's steps and its loop
         || a.group == kSeparateLoops || b.group == kSeparateLoops;

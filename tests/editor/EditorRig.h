@@ -46,13 +46,18 @@ public:
         user->click(where, button);
         idle();
     }
-    // Turns the page on which a control is live.
-    void show(const ControlRow& row)
+    // Turns the page on which a control is live. `modes`: makes its track one that has it, too,
+    // which is an edit.
+    void show(const ControlRow& row, bool modes = true)
     {
         engine.setParameter(Tag::Page, row.group == kSynthPage ? 1.0f : 0.0f);
         engine.setParameter(Tag::PerformancePage, row.group == kRulesPage ? 1.0f : 0.0f);
         engine.setParameter(Tag::LoopbarMode, 1.0f);
         engine.setParameter(Tag::ModSelect, row.track > 0 ? (float(row.track) - 0.5f) / 8.0f : 0);
+        const int group = row.group - kTrackControllers;
+        if (modes && group >= 0 && group < 2 * kModTracks)
+            engine.setParameter(
+                Tag::DrumRow + row.track - 1, row.group >= kTrackDrums ? 1.0f : 0.0f);
         idle();
     }
 

@@ -267,7 +267,9 @@ public:
     void play()
     {
         const ControlRow& row = *controls[size_t(below(int(controls.size())))];
-        rig.show(row);
+        rig.show(row, false);
+        if (!rig.editor.getControl(row.tag)->isLive())
+            return; // the track is of the other kind
         rig.user->wait(2000);
         const CPoint from = somewhere(row);
         switch (row.kind) {
