@@ -4,7 +4,7 @@
 namespace ormund {
 
 struct BlockTransport {
-    double position = 0; // quarter notes; anything below 0 or not finite counts as stopped
+    double position = 0; // quarter notes, below 0 in a count-in; not finite counts as stopped
     double tempo = 120;  // quarter notes a minute, used where `tempoValid`
     bool playing = false;
     bool tempoValid = false;

@@ -71,22 +71,19 @@ public:
     int idleTicks(int most) const;
     // In the step that the last tick found, but for places so close to its ends that rounding might
     // decide. The own clock does not follow the position.
-    bool isIdleAt(double position) const
+    bool isIdleAt(double place) const
     {
         constexpr double kRoundingMargin = 1e-6; // steps
-        const double steps = static_cast<double>(settings.stepsPerBeat) * position;
+        const double steps = static_cast<double>(settings.stepsPerBeat) * place;
         const double step = static_cast<double>(raw);
         // The position of a stopped host stays 0.
         return ownClockRuns
             || (steps >= (raw > 0 ? step + kRoundingMargin : 0)
                 && steps < step + 1 - kRoundingMargin);
     }
-    void skipTicks(int ticks, double position);
+    void skipTicks(int ticks, double place);
 
 private:
-    // Rounding must never decide a step: a position that is meant to be on the line counts as on
-    // it.
-    static constexpr double kPositionSlack = 1e-9;
     static constexpr double kMostSteps = 2e9;
     static constexpr double kOwnClockWrap = 32000.0;
 
@@ -95,8 +92,7 @@ private:
     static float stepOf(double steps) { return wholePart(std::min(steps, kMostSteps)); }
     float hostStep() const
     {
-        return stepOf(
-            static_cast<double>(settings.stepsPerBeat) * info.songPositionPrecise + kPositionSlack);
+        return stepOf(static_cast<double>(settings.stepsPerBeat) * info.placeRead());
     }
     double nextOwnClock() const
     {

@@ -201,7 +201,7 @@ void KWKeys::tick(const KWSystemInfo&)
     // Held keys act at once or on the next line of the grid.
     const ZoneSet& set = sets[mode];
     const int sync = settings.keySyncIndex;
-    if (grid.changed(gridLine(info.songPosition)) || sync == 0) {
+    if (grid.changed(gridLine(info.placeRead())) || sync == 0) {
         keyTranspose = set.transpose;
         keyPatternRaw = set.pattern;
     }

@@ -75,24 +75,18 @@ public:
 
     // engine/IdleTicks.h
     int idleTicks(int most) const { return most; }
-    bool isIdleAt(double position) const
+    bool isIdleAt(double place) const
     {
-        const bool isOnLine =
-            settings.keySyncIndex == 0 || gridLine(static_cast<float>(position)) == grid.value();
+        const bool isOnLine = settings.keySyncIndex == 0 || gridLine(place) == grid.value();
         return isOnLine && keyState.noteOn.isEmpty() && keyState.noteOff.isEmpty();
     }
-    void skipTicks(int /*ticks*/, double position)
-    {
-        grid.set(gridLine(static_cast<float>(position)));
-    }
+    void skipTicks(int /*ticks*/, double place) { grid.set(gridLine(place)); }
 
 private:
-    // The line of the grid that a song position has passed last.
-    int gridLine(float position) const
+    // The line of the grid that a place, read ahead, has passed last.
+    int gridLine(double place) const
     {
-        const double lines =
-            static_cast<double>(settings.keySyncFactor) * static_cast<double>(position) + 1e-9;
-        return static_cast<int>(std::min(lines, 2e9));
+        return static_cast<int>(std::min(static_cast<double>(settings.keySyncFactor) * place, 2e9));
     }
 
     static constexpr int kSlots = 4;

@@ -172,7 +172,8 @@ void Sequencer::playRuns(float* left, float* right, int frames)
         }
         const int run = std::min(kTickSamples - info.controlCounter, frames - i);
         renderRun(left, right, i, run);
-        transport.advance(run);
+        if (transport.advance(run))
+            idleLeft = 0;
         info.controlCounter += run;
         i += run;
     }
@@ -298,16 +299,16 @@ bool Sequencer::mayIdle()
 {
     if (idleLeft <= 0 || info.changes.load() != stepInputs.value().changes || !inputQueue.isEmpty())
         return false;
-    const double position = info.songPositionPrecise;
+    const double place = info.placeRead();
     return std::apply(
-        [&](const auto&... stage) { return (stage.isIdleAt(position) && ...); }, stages());
+        [&](const auto&... stage) { return (stage.isIdleAt(place) && ...); }, stages());
 }
 
 void Sequencer::idleTick()
 {
     --idleLeft;
     ++skipped;
-    skippedAt = info.songPositionPrecise;
+    skippedAt = info.placeRead();
     synthTick();
 }
 

@@ -167,7 +167,7 @@ private:
     LastSeen<StepInputs> stepInputs;
     int idleLeft = 0;         // ticks that may still be left out
     int skipped = 0;          // ticks left out that the stages have not counted yet
-    double skippedAt = 0;     // the song position of the last of them
+    double skippedAt = 0;     // the place, read ahead, of the last of them
     bool synthTicked = false; // the synth has had its control step for this period
     alignas(32) float runLeft[kTickSamples]{};
     alignas(32) float runRight[kTickSamples]{};

@@ -65,9 +65,13 @@ public:
 
     // Samples since the last tick. It starts at a whole period, so the first sample runs a tick.
     int controlCounter = kTickSamples;
-    int voiceCount = 4;                 // slots of the held-key table
-    float songPosition = 0;             // quarter notes, `songPositionPrecise` rounded
-    double songPositionPrecise = 0;     // quarter notes
+    int voiceCount = 4;      // slots of the held-key table
+    double songPosition = 0; // quarter notes
+    // Hosts round or cut their places to whole samples, so one that is meant to be on a line may
+    // lie just below it. Wherever a place is compared with a line it is read nearly half a sample
+    // ahead.
+    double readAhead = 0; // quarter notes
+    double placeRead() const { return songPosition + readAhead; }
     float firstTick = 1;                // 1 until the end of the first tick
     Crossing<float> hostRunning = 0.0f; // 1 while the host's transport runs
     Crossing<float> pitchWheel = 0.0f;  // incoming wheel, -1 to 1

@@ -157,7 +157,7 @@ void SoakRig::checkPosition()
 {
     if (!playing)
         return;
-    double off = std::abs(engine->info.songPositionPrecise - host.position());
+    double off = std::abs(engine->info.songPosition - host.position());
     const VstTimeInfo& time = host.transport.time;
     if ((time.flags & kVstTransportCycleActive) != 0) {
         // One of the two may stand a sample before the cycle's end, the other at its start.
