@@ -26,7 +26,7 @@ std::shared_ptr<const Presets::Moment> momentOf(KWUniClient& engine, const UndoH
 } // namespace
 
 EditRecorder::EditRecorder(KWUniClient& ownEngine)
-    : engine(ownEngine), cells(ownEngine), reloads(ownEngine.reloads())
+    : engine(ownEngine), cells(ownEngine), reloads(ownEngine.sequencer.reloads())
 {
 }
 
@@ -53,7 +53,7 @@ void EditRecorder::end()
     if (loadBefore) {
         if (auto after = momentOf(engine, history); *after != *loadBefore)
             level.load = {loadBefore, after};
-        reloads = engine.reloads();
+        reloads = engine.sequencer.reloads();
     }
     mapBefore.reset();
     loadBefore.reset();
@@ -66,9 +66,9 @@ void EditRecorder::end()
 void EditRecorder::watch()
 {
     // While a load is under way the count has not reached its end.
-    if (loadBefore || reloads == engine.reloads())
+    if (loadBefore || reloads == engine.sequencer.reloads())
         return;
-    reloads = engine.reloads();
+    reloads = engine.sequencer.reloads();
     history.clear();
 }
 
@@ -97,7 +97,7 @@ void EditRecorder::apply(const UndoHistory::Level& level, bool back)
         engine.midiMap.replace(back ? *level.map.before : *level.map.after, true, true);
     if (level.load.before) {
         engine.presets.comeBackTo(back ? *level.load.before : *level.load.after);
-        reloads = engine.reloads();
+        reloads = engine.sequencer.reloads();
     }
     engine.updateDisplay();
     engine.screen.redraw.raise();

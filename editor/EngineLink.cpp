@@ -64,7 +64,7 @@ void EngineLink::endEdit(int tag)
 
 void EngineLink::copyLockArea(const KWMouseArea::State& state)
 {
-    engine.setLockButton(state.leftButton > 0.0f);
+    engine.sequencer.setLockButton(state.leftButton > 0.0f);
 }
 
 void EngineLink::setLearnTarget(int tag, int step) { engine.midiMap.setLearnTarget(tag, step); }
@@ -103,7 +103,7 @@ void EngineLink::storePanelScale(double scale)
 }
 
 bool EngineLink::rendersOffline() const { return engine.settings.rendersOffline(); }
-void EngineLink::setRendersOffline(bool on) { engine.setRendersOffline(on); }
+void EngineLink::setRendersOffline(bool on) { engine.library.setRendersOffline(on); }
 
 std::string EngineLink::manualPath() const
 {
@@ -125,12 +125,12 @@ std::string EngineLink::presetName(PresetKind kind) const { return engine.preset
 
 void EngineLink::loadPreset(PresetKind kind, const std::string& path)
 {
-    engine.loadPreset(kind, path);
+    engine.library.load(kind, path);
 }
 
 void EngineLink::savePreset(PresetKind kind, const std::string& path)
 {
-    engine.savePreset(kind, path);
+    engine.library.save(kind, path);
 }
 
 std::string EngineLink::mapFolder() const { return engine.settings.mapFolder(); }
@@ -140,7 +140,7 @@ void EngineLink::saveMap(const std::string& path) { engine.presets.saveMap(path)
 
 void EngineLink::setSetting(int tag, bool on)
 {
-    engine.setSetting(parameterEntry(tag)->settingIndex(), on, true);
+    engine.library.setSetting(parameterEntry(tag)->settingIndex(), on, true);
 }
 
 } // namespace ormund

@@ -67,7 +67,7 @@ void KWUniClientEditor::close()
 void KWUniClientEditor::idle()
 {
     if (!frame) {
-        engine.runDeferred(); // hosts call idle for closed windows too
+        engine.library.runDeferred(); // hosts call idle for closed windows too
         recorder.watch();
         return;
     }

@@ -23,7 +23,7 @@ constexpr int kStepWidth = 18;
 
 void KWUniClientEditor::refresh()
 {
-    engine.runDeferred();
+    engine.library.runDeferred();
     recorder.watch();
     refreshLanes();
     fillValueRows(engine);

@@ -69,7 +69,7 @@ void KWFormatWrapper::doLateWork()
 {
     const std::unique_lock hold(screen, std::try_to_lock);
     if (hold && !window)
-        engine->runDeferred();
+        engine->library.runDeferred();
 }
 
 void KWFormatWrapper::setSampleRate(double hertz)

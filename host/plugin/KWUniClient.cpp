@@ -1,9 +1,11 @@
 #include "host/plugin/KWUniClient.h"
 
 #include "data/parameters/Tags.h"
+#include "host/plugin/ScriptInterface.h"
 #include "host/plugin/WrapperPort.h"
 
 #include <algorithm>
+#include <cstring>
 #include <pthread.h>
 
 namespace ormund {
@@ -46,7 +48,9 @@ private:
 } // namespace
 
 KWUniClient::KWUniClient(audioMasterCallback master, const AudioLoops& loops)
-    : KWPluginBase(master, kPrograms, kHostParameters), sequencer(loops)
+    : DescribedEffect(master, kPrograms, kHostParameters)
+    , sequencer(loops)
+    , library(sequencer, [this] { updateDisplay(); })
 {
     setNumInputs(kInputs);
     setNumOutputs(kOutputs);
@@ -54,8 +58,6 @@ KWUniClient::KWUniClient(audioMasterCallback master, const AudioLoops& loops)
     programsAreChunks();
     canProcessReplacing();
     isSynth();
-    startSettings();
-    sequencer.setPrograms(&presets.programs());
 }
 
 KWUniClient::~KWUniClient() = default;
@@ -64,7 +66,7 @@ void KWUniClient::open() { needIdle(); }
 
 VstInt32 KWUniClient::fxIdle()
 {
-    runDeferred();
+    library.runDeferred();
     return 1;
 }
 
@@ -76,21 +78,15 @@ void KWUniClient::resume() { wantEvents(); }
 void KWUniClient::setSampleRate(float rate)
 {
     if (sequencer.setSampleRate(rate))
-        KWPluginBase::setSampleRate(rate);
+        DescribedEffect::setSampleRate(rate);
 }
 
 void KWUniClient::setParameter(VstInt32 index, float value)
 {
     sequencer.setParameter(index, value);
     // A preset button acts at once, but files are never read inside a block.
-    if (isPresetButton(index) && !isAudioThread())
-        runDeferred();
-}
-
-void KWUniClient::setParameterAutomated(VstInt32 index, float value)
-{
-    if (index >= 0 && index < kHostParameters)
-        KWPluginBase::setParameterAutomated(index, value);
+    if (isPresetButton(index) && blockThread != static_cast<uintptr_t>(pthread_self()))
+        library.runDeferred();
 }
 
 float KWUniClient::getParameter(VstInt32 index)
@@ -102,7 +98,7 @@ float KWUniClient::getParameter(VstInt32 index)
 
 void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames)
 {
-    if (wrapperMode())
+    if (wrapper)
         clearOutputs(outputs, sampleFrames);
     else
         processBlock(outputs, sampleFrames);
@@ -111,11 +107,11 @@ void KWUniClient::processReplacing(float** /*inputs*/, float** outputs, VstInt32
 void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUND_NONBLOCKING
 {
     const ThreadScope blockRuns(blockThread);
-    if (!wrapperMode() && rendersOffline == 0
+    if (!wrapper && !library.rendersOffline()
         && getCurrentProcessLevel() == kVstProcessLevelOffline)
         return;
 
-    const VstTimeInfo* record = wrapperMode() ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
+    const VstTimeInfo* record = wrapper ? wrapper->timeRecord() : getTimeInfo(kTimeRequest);
     if (record)
         blockSong = blockTransport(*record);
     const auto events = sequencer.process(record ? &blockSong : nullptr, {},
@@ -126,7 +122,7 @@ void KWUniClient::processBlock(float** outputs, int sampleFrames) noexcept ORMUN
 
 void KWUniClient::sendOutgoing(std::span<const MidiEvent> events, double songPosition)
 {
-    if (!wrapperMode()) {
+    if (!wrapper) {
         sendVstEventsToHost(sent.fill(events));
     } else if (wrapper->hasMidiOutput()) {
         for (const MidiEvent& event : events)
@@ -136,7 +132,7 @@ void KWUniClient::sendOutgoing(std::span<const MidiEvent> events, double songPos
 
 VstInt32 KWUniClient::processEvents(VstEvents* events)
 {
-    if (!wrapperMode())
+    if (!wrapper)
         queueEvents(events);
     return 1;
 }
@@ -154,6 +150,53 @@ void KWUniClient::queueEvents(const VstEvents* events) noexcept ORMUND_NONBLOCKI
         const MidiEvent midi = midiEvent(*reinterpret_cast<const VstMidiEvent*>(event));
         sequencer.queue({&midi, 1});
     }
+}
+
+// --- the host's state --------------------------------------------------------------------------
+
+VstInt32 KWUniClient::getChunk(void** data, bool /*isPreset*/)
+{
+    library.runDeferred();
+    // One form for a bank and for a program: the present state.
+    const KWChunk& chunk = presets.state();
+    *data = const_cast<void*>(chunk.bytes());
+    return static_cast<VstInt32>(chunk.byteCount());
+}
+
+VstInt32 KWUniClient::setChunk(void* data, VstInt32 byteSize, bool /*isPreset*/)
+{
+    if (!data || byteSize <= 0)
+        return 0;
+    return library.loadState(data, static_cast<size_t>(byteSize)) ? 1 : 0;
+}
+
+// --- programs: places in the tree of presets ----------------------------------------------------
+
+VstInt32 KWUniClient::getProgram() { return presets.program(); }
+
+void KWUniClient::setProgram(VstInt32 program) { library.setProgram(program); }
+
+void KWUniClient::setProgramName(char* name)
+{
+    if (name)
+        library.setName({name, strnlen(name, kVstMaxProgNameLen)});
+}
+
+void KWUniClient::getProgramName(char* name)
+{
+    copyEffectText(name, presets.name(PresetKind::Global).c_str(), kVstMaxProgNameLen);
+}
+
+bool KWUniClient::getProgramNameIndexed(VstInt32 /*category*/, VstInt32 index, char* text)
+{
+    const std::string name = presets.programName(index);
+    copyEffectText(text, name.c_str(), kVstMaxProgNameLen);
+    return !name.empty();
+}
+
+VstIntPtr KWUniClient::vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr, float opt)
+{
+    return index == kUniqueId ? runScript(sequencer, library, value, ptr, opt) : 0;
 }
 
 } // namespace ormund

@@ -1,7 +1,4 @@
-// The door for scripts: what the editor does with files, learning and settings, through the effect
-// interface alone, so that tests and the offline renderer need no window.
-
-#include "host/plugin/KWUniClient.h"
+#include "host/plugin/ScriptInterface.h"
 
 #include "platform/Messages.h"
 
@@ -40,14 +37,33 @@ VstIntPtr takeMessage(void* ptr)
     return static_cast<VstIntPtr>(length);
 }
 
+bool loadOrSave(PluginLibrary& library, VstIntPtr code, const char* path)
+{
+    switch (code) {
+    case kLoadGlobal:
+        return library.load(PresetKind::Global, path) == LoadResult::Done;
+    case kLoadSynth:
+        return library.load(PresetKind::Synth, path) == LoadResult::Done;
+    case kSaveGlobal:
+        return library.save(PresetKind::Global, path) == LoadResult::Done;
+    case kSaveSynth:
+        return library.save(PresetKind::Synth, path) == LoadResult::Done;
+    case kLoadMap:
+        return library.presets.loadMap(path) == LoadResult::Done;
+    case kSaveMap:
+        return library.presets.saveMap(path) == LoadResult::Done;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
-VstIntPtr KWUniClient::vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr, float opt)
+VstIntPtr runScript(
+    Sequencer& sequencer, PluginLibrary& library, VstIntPtr code, void* ptr, float opt)
 {
-    if (index != kUniqueId)
-        return 0;
-    runDeferred();
-    switch (value) {
+    library.runDeferred();
+    switch (code) {
     case kLearn: {
         if (!ptr)
             return 0;
@@ -55,7 +71,8 @@ VstIntPtr KWUniClient::vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr
         std::memcpy(target, ptr, sizeof target);
         if (target[0] >= 0 && !parameterEntry(target[0]))
             return 0;
-        midiMap.setLearnTarget(target[0], std::clamp<int32_t>(target[1], 0, kTrackSteps - 1));
+        sequencer.midiMap.setLearnTarget(
+            target[0], std::clamp<int32_t>(target[1], 0, kTrackSteps - 1));
         return 1;
     }
     case kTakeMessage:
@@ -63,44 +80,24 @@ VstIntPtr KWUniClient::vendorSpecific(VstInt32 index, VstIntPtr value, void* ptr
     case kClearParameter:
         if (!(opt >= 0.0f && opt < static_cast<float>(kTagCount)))
             return 0;
-        midiMap.removeParameter(static_cast<int>(opt));
+        sequencer.midiMap.removeParameter(static_cast<int>(opt));
         return 1;
     case kLockButton:
-        setLockButton(opt >= 0.5f);
+        sequencer.setLockButton(opt >= 0.5f);
         return 1;
     case kRenderOffline:
-        setRendersOffline(opt >= 0.5f);
+        library.setRendersOffline(opt >= 0.5f);
         return 1;
     case kReadParameter: {
         const bool isTag = opt >= 0.0f && opt < static_cast<float>(kTagCount);
         if (!ptr || !isTag || !parameterEntry(static_cast<int>(opt)))
             return 0;
-        const float raw = parameters.raw(static_cast<int>(opt));
+        const float raw = sequencer.parameters.raw(static_cast<int>(opt));
         std::memcpy(ptr, &raw, sizeof raw);
         return 1;
     }
     default:
-        return ptr && scriptLoadOrSave(value, static_cast<const char*>(ptr)) ? 1 : 0;
-    }
-}
-
-bool KWUniClient::scriptLoadOrSave(VstIntPtr code, const char* path)
-{
-    switch (code) {
-    case kLoadGlobal:
-        return loadPreset(PresetKind::Global, path) == LoadResult::Done;
-    case kLoadSynth:
-        return loadPreset(PresetKind::Synth, path) == LoadResult::Done;
-    case kSaveGlobal:
-        return savePreset(PresetKind::Global, path) == LoadResult::Done;
-    case kSaveSynth:
-        return savePreset(PresetKind::Synth, path) == LoadResult::Done;
-    case kLoadMap:
-        return presets.loadMap(path) == LoadResult::Done;
-    case kSaveMap:
-        return presets.saveMap(path) == LoadResult::Done;
-    default:
-        return false;
+        return ptr && loadOrSave(library, code, static_cast<const char*>(ptr)) ? 1 : 0;
     }
 }
 

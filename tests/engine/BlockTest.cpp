@@ -71,13 +71,13 @@ TEST(Block, ASongOfAllPatternsIsTheSameForEveryBlockSize)
                 tracks.patternNumbers.setStep(i, static_cast<float>(half * 8 + i));
             player.playBeats(17);
             engine.setParameter(Tag::LockArea, 0.3f);
-            engine.setLockButton(true);
+            engine.sequencer.setLockButton(true);
             player.play(320);
-            engine.setLockButton(false);
+            engine.sequencer.setLockButton(false);
             player.playBeats(3);
-            engine.setLockButton(true);
+            engine.sequencer.setLockButton(true);
             player.play(320);
-            engine.setLockButton(false);
+            engine.sequencer.setLockButton(false);
         }
         return player.trace();
     };
@@ -166,7 +166,6 @@ TEST(Block, InAWrapperTheHostsOwnCallsOnlyClear)
     Port port;
     KWUniClient engine(nullptr);
     engine.setWrapperPort(&port);
-    EXPECT_TRUE(engine.wrapperMode());
     VstMidiEvent key{};
     key.type = kVstMidiType;
     key.byteSize = sizeof key;

@@ -50,10 +50,10 @@ public:
             engine.setParameter(Tag::LockArea, unit());
             break;
         case 9:
-            engine.setLockButton(roll(2) == 0);
+            engine.sequencer.setLockButton(roll(2) == 0);
             break;
         case 10:
-            engine.countReload();
+            engine.sequencer.countReload();
             break;
         default:
             player.setBlock(1 + roll(4096));

@@ -65,7 +65,7 @@ TEST(Numbers, NoParameterLetsABadValueThrough)
         for (const float value : kBadValues) {
             engine.setParameter(tag, value);
             for (int step = 0; step < 32; step += 31) {
-                engine.remoteStep = step;
+                engine.sequencer.remoteStep = step;
                 engine.setParameter(tag, value);
             }
             const float kept = engine.parameters.raw(tag);

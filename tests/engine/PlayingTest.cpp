@@ -217,13 +217,13 @@ TEST(Patterns, LockingHoldsAndUnlockingJumpsAtOnce)
     engine.setParameter(Tag::LockArea, 9.5f / 15.99f);
     player.play(64);
     EXPECT_EQ(engine.patternStore.currentPattern, 2);
-    engine.setLockButton(true);
+    engine.sequencer.setLockButton(true);
     player.play(64);
-    engine.setLockButton(false);
+    engine.sequencer.setLockButton(false);
     EXPECT_EQ(engine.patternStore.currentPattern, 9);
     player.playBeats(2);
     EXPECT_EQ(engine.patternStore.currentPattern, 9);
-    engine.setLockButton(true);
+    engine.sequencer.setLockButton(true);
     player.play(64);
     EXPECT_EQ(engine.patternStore.currentPattern, 2);
 }
@@ -238,7 +238,7 @@ TEST(Patterns, AReloadComesBackOnItsPattern)
     player.start();
     player.playBeats(1);
     ASSERT_EQ(engine.patternStore.currentPattern, 3);
-    engine.countReload();
+    engine.sequencer.countReload();
     player.play(32);
     EXPECT_EQ(engine.patternStore.currentPattern, 0);
     player.play(96);

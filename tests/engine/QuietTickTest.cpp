@@ -75,7 +75,7 @@ void disturb(Player& player, Dice& dice, bool withSynth)
         tracks.modLoops[mod].setZone(row, {step / 2, step});
         break;
     case 9:
-        engine.setLockButton(value < 0.5f);
+        engine.sequencer.setLockButton(value < 0.5f);
         break;
     case 10:
     case 17:
@@ -88,7 +88,7 @@ void disturb(Player& player, Dice& dice, bool withSynth)
         break;
     case 12:
         if (value < 0.3f)
-            engine.countReload();
+            engine.sequencer.countReload();
         break;
     case 13: // what decides when the next step comes
         engine.setParameter(kTimeTags[dice.below(std::ssize(kTimeTags))], value);

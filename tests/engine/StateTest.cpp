@@ -77,7 +77,7 @@ protected:
         for (int p = 0; p < kPatterns; ++p)
             maker.patternStore.write(Tag::Swing, p, swing);
         maker.presets.setName(PresetKind::Synth, "lead"); // what it was made with
-        ASSERT_EQ(maker.savePreset(kind, path), LoadResult::Done);
+        ASSERT_EQ(maker.library.save(kind, path), LoadResult::Done);
     }
     void presetTree()
     {
@@ -116,7 +116,7 @@ TEST(HostState, ComesBackByteForByteAndEqualsAPresetFile)
     EXPECT_EQ(file, chunkOf(second));
 
     second.setParameter(Tag::FilterCutoff, 0.9f);
-    ASSERT_TRUE(second.restoreSnapshot());
+    ASSERT_TRUE(second.library.restoreSnapshot());
     EXPECT_EQ(second.parameters.raw(Tag::FilterCutoff), 0.123f);
 }
 
@@ -250,12 +250,12 @@ TEST_F(PresetFiles, AMidiProgramIsTakenInTheTickAndTheSettingStopsIt)
     Player player({.empty = false});
     KWUniClient& engine = player.engine();
     engine.setParameter(Tag::Swing, 0.9f);
-    engine.setSetting(Settings::kIgnoreProgramChange, true, false);
+    engine.library.setSetting(Settings::kIgnoreProgramChange, true, false);
     player.send(0xC0, 1, 0);
     player.play(512);
     EXPECT_EQ(swing(engine), 0.9f);
     EXPECT_EQ(engine.parameters.raw(Tag::IgnoreProgramChange), 1.0f);
-    engine.setSetting(Settings::kIgnoreProgramChange, false, false);
+    engine.library.setSetting(Settings::kIgnoreProgramChange, false, false);
     player.send(0xC0, 1, 0);
     player.play(512);
     EXPECT_EQ(swing(engine), 0.5f);
@@ -290,7 +290,7 @@ TEST_F(PresetFiles, ProgramsAreTakenWhileFoldersAreScannedAndStatesSaved)
             engine.presets.scan();
             EXPECT_GT(chunkOf(engine).size(), 40000u);
             engine.midiMap.addAssignment(i, Tag::SynthPan, 0);
-            engine.runDeferred();
+            engine.library.runDeferred();
         }
         done = true;
     });
@@ -316,7 +316,7 @@ TEST_F(PresetFiles, AControllerThatStepsPresetsWaitsForTheScreensThread)
     player.send(0xB0, 20, 0);
     player.play(512);
     EXPECT_NE(swing(engine), 0.1f);
-    engine.runDeferred();
+    engine.library.runDeferred();
     EXPECT_EQ(swing(engine), 0.1f);
     // A host without the window: its own idle, or the state that it asks for.
     learn(engine, Tag::NextPreset, 0);
@@ -370,11 +370,11 @@ TEST_F(PresetFiles, AMapIsLearnedSavedLoadedAndKeptOverAPreset)
     EXPECT_TRUE(engine.midiMap.isAssigned(Tag::FilterCutoff, 0));
     EXPECT_TRUE(engine.midiMap.isAssigned(Tag::Chord, 5));
 
-    engine.setSetting(Settings::kKeepMidiMap, true, false);
+    engine.library.setSetting(Settings::kKeepMidiMap, true, false);
     ASSERT_EQ(script(engine, 1, folder / "Global/Factory/a.kwe"), 1);
     EXPECT_TRUE(engine.midiMap.isAssigned(Tag::Chord, 5));
     EXPECT_TRUE(engine.midiMap.isAssigned(Tag::Swing, 0));
-    engine.setSetting(Settings::kKeepMidiMap, false, false);
+    engine.library.setSetting(Settings::kKeepMidiMap, false, false);
     ASSERT_EQ(script(engine, 1, folder / "Global/Factory/a.kwe"), 1);
     EXPECT_FALSE(engine.midiMap.isAssigned(Tag::Chord));
     EXPECT_FALSE(engine.midiMap.isAssigned(Tag::Swing));

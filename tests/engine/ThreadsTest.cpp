@@ -98,8 +98,8 @@ TEST(Threads, TwoInstancesStartAndKeepSettingsAtOnce)
             KWUniClient& engine = player.engine();
             std::thread audio([&] { player.play(44100); });
             for (int k = 0; k < 4; ++k) {
-                engine.setSetting(Settings::kKeepMidiMap, k % 2 == 0, true);
-                engine.setRendersOffline(k % 2 == 0);
+                engine.library.setSetting(Settings::kKeepMidiMap, k % 2 == 0, true);
+                engine.library.setRendersOffline(k % 2 == 0);
             }
             audio.join();
         }

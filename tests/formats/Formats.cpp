@@ -21,7 +21,7 @@ TwoPresets::TwoPresets()
         maker.setParameter(Tag::Swing, swing);
         for (int pattern = 0; pattern < kPatterns; ++pattern)
             maker.patternStore.write(Tag::Swing, pattern, swing);
-        maker.savePreset(PresetKind::Global, folder / name);
+        maker.library.save(PresetKind::Global, folder / name);
     }
 }
 

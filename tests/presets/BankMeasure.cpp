@@ -136,7 +136,7 @@ SongMeasure measureSong(const std::string& path, double tempo)
 {
     SongMeasure measure;
     Player player({.tempo = tempo, .rate = kRate, .empty = false});
-    if (player.engine().loadPreset(PresetKind::Global, path) != LoadResult::Done)
+    if (player.engine().library.load(PresetKind::Global, path) != LoadResult::Done)
         return measure;
     const double beats = chainOf(player.engine(), measure.patterns);
     measure.bars = static_cast<int>(std::lround(beats / 4));

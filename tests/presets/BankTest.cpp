@@ -34,7 +34,7 @@ struct Heard {
 Heard play(PresetKind kind, const std::string& path)
 {
     Player player({.empty = false});
-    EXPECT_EQ(player.engine().loadPreset(kind, path), LoadResult::Done) << path;
+    EXPECT_EQ(player.engine().library.load(kind, path), LoadResult::Done) << path;
     player.keepAudio(true);
     player.start();
     player.playBeats(32);

@@ -33,12 +33,12 @@ void loadAndSave(const fs::path& file, const std::string& saved)
     }
     // A sound is saved with the patterns' values of the song that it was saved from.
     if (file.extension() == ".kws") {
-        ASSERT_EQ(engine.loadPreset(PresetKind::Global, file.parent_path() / "Everything.kwe"),
+        ASSERT_EQ(engine.library.load(PresetKind::Global, file.parent_path() / "Everything.kwe"),
             LoadResult::Done);
     }
     const PresetKind kind = file.extension() == ".kws" ? PresetKind::Synth : PresetKind::Global;
-    ASSERT_EQ(engine.loadPreset(kind, file), LoadResult::Done);
-    ASSERT_EQ(engine.savePreset(kind, saved), LoadResult::Done);
+    ASSERT_EQ(engine.library.load(kind, file), LoadResult::Done);
+    ASSERT_EQ(engine.library.save(kind, saved), LoadResult::Done);
 }
 
 } // namespace
@@ -74,11 +74,12 @@ TEST(Releases, DISABLED_WriteTheFilesOfThisVersion)
         engine.midiMap.addAssignment(controller, controller * 4, controller % 32);
     engine.midiMap.addAssignment(MidiMap::kPressure, 9, 0);
     const fs::path out(folder);
-    ASSERT_EQ(engine.savePreset(PresetKind::Global, out / "Everything.kwe"), LoadResult::Done);
-    ASSERT_EQ(engine.savePreset(PresetKind::Synth, out / "Sound.kws"), LoadResult::Done);
+    ASSERT_EQ(engine.library.save(PresetKind::Global, out / "Everything.kwe"), LoadResult::Done);
+    ASSERT_EQ(engine.library.save(PresetKind::Synth, out / "Sound.kws"), LoadResult::Done);
     ASSERT_EQ(engine.presets.saveMap(out / "Controllers.kwm"), LoadResult::Done);
     Player fresh({.empty = false});
-    ASSERT_EQ(fresh.engine().savePreset(PresetKind::Global, out / "Factory.kwe"), LoadResult::Done);
+    ASSERT_EQ(
+        fresh.engine().library.save(PresetKind::Global, out / "Factory.kwe"), LoadResult::Done);
 }
 
 } // namespace ormund

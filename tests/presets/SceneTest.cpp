@@ -52,7 +52,7 @@ uint64_t hashOf(const Player& player)
 void playPresets(Player& player, PresetKind kind, const PresetTree& tree, int folder)
 {
     for (int i = 0; i < tree.fileCount(folder); ++i) {
-        player.engine().loadPreset(kind, tree.fileAt(folder, i)->path);
+        player.engine().library.load(kind, tree.fileAt(folder, i)->path);
         player.engine().setParameter(Tag::SynthOn, 1);
         player.playBeats(3.3);
     }

@@ -40,7 +40,7 @@ void SoakVandal::act()
         --straightSeconds;
         straighten();
     }
-    engine.runDeferred();
+    engine.library.runDeferred();
     if (rig.isEditorOpen())
         rig.host.dispatch(effEditIdle);
 }
@@ -135,9 +135,9 @@ void SoakVandal::edit()
         tracks.writeStep(track.tag, roll(32), unit());
     tracks.pitchLoop.setZone(roll(16), {roll(32), roll(32)});
     if (roll(4) == 0)
-        rig.engine->setLockButton(roll(2) == 0);
+        rig.engine->sequencer.setLockButton(roll(2) == 0);
     if (roll(20) == 0)
-        rig.engine->countReload();
+        rig.engine->sequencer.countReload();
 }
 
 void SoakVandal::sendMidi()

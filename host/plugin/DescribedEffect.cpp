@@ -1,7 +1,6 @@
-// What the host asks of the plug-in: names, texts, capabilities.
+#include "host/plugin/DescribedEffect.h"
 
-#include "host/plugin/KWUniClient.h"
-
+#include "data/parameters/Parameters.h"
 #include "data/parameters/Tags.h"
 
 #include <algorithm>
@@ -32,28 +31,39 @@ void copyText(char (&to)[Size], const char* from)
 {
     std::snprintf(to, Size, "%s", from);
 }
+
+// Tags beyond the host's own parameters are the screen's.
+bool isShown(VstInt32 index) { return index >= 0 && index < kHostParameters; }
 } // namespace
 
-void KWUniClient::getParameterName(VstInt32 index, char* text)
+void DescribedEffect::getParameterName(VstInt32 index, char* text)
 {
-    const bool isShown = index >= 0 && index < kHostParameters;
     std::snprintf(
-        text, kTextRoom, "%s", isShown ? parameters.entry(index)->name.data() : kNoParameter);
+        text, kTextRoom, "%s", isShown(index) ? parameterEntry(index)->name.data() : kNoParameter);
 }
 
-void KWUniClient::getParameterLabel(VstInt32 index, char* text) { getParameterName(index, text); }
-
-void KWUniClient::getParameterDisplay(VstInt32 index, char* text)
+void DescribedEffect::getParameterLabel(VstInt32 index, char* text)
 {
-    if (index >= 0 && index < kHostParameters)
-        parameterText(index, parameters.raw(index), {text, kTextRoom});
+    getParameterName(index, text);
+}
+
+void DescribedEffect::getParameterDisplay(VstInt32 index, char* text)
+{
+    if (isShown(index))
+        parameterText(index, getParameter(index), {text, kTextRoom});
     else
         std::snprintf(text, kTextRoom, "%s", kNoParameter);
 }
 
-bool KWUniClient::string2parameter(VstInt32 index, const char* text)
+void DescribedEffect::setParameterAutomated(VstInt32 index, float value)
 {
-    if (index < 0 || index >= kHostParameters)
+    if (isShown(index))
+        KWPluginBase::setParameterAutomated(index, value);
+}
+
+bool DescribedEffect::string2parameter(VstInt32 index, const char* text)
+{
+    if (!isShown(index))
         return false;
     if (!text)
         return true;
@@ -63,11 +73,11 @@ bool KWUniClient::string2parameter(VstInt32 index, const char* text)
     return value.has_value();
 }
 
-bool KWUniClient::getParameterProperties(VstInt32 index, VstParameterProperties* properties)
+bool DescribedEffect::getParameterProperties(VstInt32 index, VstParameterProperties* properties)
 {
-    if (index < 0 || index >= kHostParameters || !properties)
+    if (!isShown(index) || !properties)
         return false;
-    const ParameterEntry& entry = *parameters.entry(index);
+    const ParameterEntry& entry = *parameterEntry(index);
     *properties = {};
     copyText(properties->label, entry.name.data());
     copyText(properties->shortLabel, entry.name.data());
@@ -75,19 +85,19 @@ bool KWUniClient::getParameterProperties(VstInt32 index, VstParameterProperties*
     return true;
 }
 
-void KWUniClient::beginEdit(VstInt32 index)
+void DescribedEffect::beginEdit(VstInt32 index)
 {
-    if (index >= 0 && index < kHostParameters)
+    if (isShown(index))
         KWPluginBase::beginEdit(index);
 }
 
-void KWUniClient::endEdit(VstInt32 index)
+void DescribedEffect::endEdit(VstInt32 index)
 {
-    if (index >= 0 && index < kHostParameters)
+    if (isShown(index))
         KWPluginBase::endEdit(index);
 }
 
-bool KWUniClient::getOutputProperties(VstInt32 index, VstPinProperties* properties)
+bool DescribedEffect::getOutputProperties(VstInt32 index, VstPinProperties* properties)
 {
     if (index < 0 || index >= 2 || !properties)
         return false;
@@ -98,31 +108,27 @@ bool KWUniClient::getOutputProperties(VstInt32 index, VstPinProperties* properti
     return true;
 }
 
-VstInt32 KWUniClient::getGetTailSize() { return static_cast<VstInt32>(info.sampleRate); }
-
-bool KWUniClient::getEffectName(char* name)
+bool DescribedEffect::getEffectName(char* name)
 {
     std::snprintf(name, kVstMaxEffectNameLen, "%s", kName);
     return true;
 }
 
-bool KWUniClient::getProductString(char* text) { return getEffectName(text); }
+bool DescribedEffect::getProductString(char* text) { return getEffectName(text); }
 
-bool KWUniClient::getVendorString(char* text)
+bool DescribedEffect::getVendorString(char* text)
 {
     std::snprintf(text, kVstMaxVendorStrLen, "%s", kVendor);
     return true;
 }
 
-VstInt32 KWUniClient::getVendorVersion() { return kVendorVersion; }
+VstInt32 DescribedEffect::getVendorVersion() { return kVendorVersion; }
 
-VstInt32 KWUniClient::canDo(const char* text)
+VstInt32 DescribedEffect::canDo(const char* text)
 {
     const auto* found = std::find_if(std::begin(kCapabilities), std::end(kCapabilities),
         [text](const char* capability) { return std::strcmp(text, capability) == 0; });
     return found != std::end(kCapabilities) ? 1 : -1;
 }
-
-VstPlugCategory KWUniClient::getPlugCategory() { return kPlugCategSynth; }
 
 } // namespace ormund
