@@ -96,7 +96,7 @@ void KWClock::followPart(float count)
 {
     constexpr double kBelow = 1.0 - 1e-9;
     place.stepsPerBeat = static_cast<double>(settings.stepsPerBeat);
-    place.songStep = place.stepsPerBeat * info.songPositionPrecise;
+    place.songStep = place.stepsPerBeat * info.placeRead();
     const bool counted = partCount.changed(count);
     if (values.play == 0 || values.manualStep) {
         place.stepPart = 0;
@@ -107,7 +107,7 @@ void KWClock::followPart(float count)
     place.followsSong = plain && !ownClockRuns;
     const double pace = settings.halfSpeed != 0 ? 0.5 : 1.0;
     if (plain) {
-        const double steps = ownClockRuns ? ownClock : place.songStep + kPositionSlack;
+        const double steps = ownClockRuns ? ownClock : place.songStep;
         place.stepPart = std::clamp(steps - static_cast<double>(raw), 0.0, kBelow);
     } else if (counted) {
         place.stepPart = 0;

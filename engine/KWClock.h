@@ -47,7 +47,7 @@ public:
     // What moves in every tick; lanes with a speed of their own need it.
     struct Phase {
         double stepPart = 0; // of the master step, 0 to below 1
-        double songStep = 0; // the song's place in steps
+        double songStep = 0; // the place of the song, read ahead, in steps
         double stepsPerBeat = 0;
         bool followsSong = false; // the part is the song's: no effect on time is on
     };
@@ -71,17 +71,17 @@ public:
     int idleTicks(int most) const;
     // In the step that the last tick found, but for places so close to its ends that rounding might
     // decide. The own clock does not follow the position.
-    bool isIdleAt(double place) const
+    bool isIdleAt(double at) const
     {
         constexpr double kRoundingMargin = 1e-6; // steps
-        const double steps = static_cast<double>(settings.stepsPerBeat) * place;
+        const double steps = static_cast<double>(settings.stepsPerBeat) * at;
         const double step = static_cast<double>(raw);
         // The position of a stopped host stays 0.
         return ownClockRuns
             || (steps >= (raw > 0 ? step + kRoundingMargin : 0)
                 && steps < step + 1 - kRoundingMargin);
     }
-    void skipTicks(int ticks, double place);
+    void skipTicks(int ticks, double at);
 
 private:
     static constexpr double kMostSteps = 2e9;
