@@ -105,7 +105,7 @@ void FileSheet::enter(const std::string& newFolder)
         if (found.name.front() != '.' && isWanted && rows.size() < kMaxRows)
             rows.push_back({std::move(found.name), found.isFolder});
     }
-    std::ranges::stable_partition(rows, &Row::isFolder);
+    std::stable_partition(rows.begin(), rows.end(), [](const Row& row) { return row.isFolder; });
     if (folder != "/")
         rows.insert(rows.begin(), {"..", true});
     setDirty(true);

@@ -90,9 +90,9 @@ public:
     {
         if (!ownSpeeds)
             return true;
-        constexpr double kMargin = 1e-6; // steps
+        constexpr double kRoundingMargin = 1e-6; // steps
         const double steps = stepsPerBeat * position;
-        return steps > idleFrom && steps < idleUntil - kMargin;
+        return steps > idleFrom && steps < idleUntil - kRoundingMargin;
     }
     void skipTicks(int /*ticks*/, double /*position*/) { }
 

@@ -19,7 +19,7 @@ struct TextRow {
     std::string PresetAbout::*text;
     size_t most; // bytes
 };
-constexpr TextRow kTexts[] = {
+constexpr TextRow kAboutTexts[] = {
     {kAuthorKey, &PresetAbout::author, 100},
     {kTagsKey, &PresetAbout::tags, 400},
     {kDescriptionKey, &PresetAbout::description, 1000},
@@ -45,7 +45,7 @@ std::string cleaned(std::string text, size_t most)
 // The first record of a key counts.
 void take(PresetAbout& about, int32_t key, KWChunk& words)
 {
-    for (const TextRow& row : kTexts)
+    for (const TextRow& row : kAboutTexts)
         if (row.key == key && (about.*row.text).empty())
             about.*row.text = cleaned(words.readString(), row.most);
     if (key == kTempoKey && about.tempo == 0) {
@@ -111,7 +111,7 @@ bool setAbout(KeptRecords& kept, const PresetAbout& about)
 {
     KeptRecords wanted;
     bool isRoom = true;
-    for (const TextRow& row : kTexts)
+    for (const TextRow& row : kAboutTexts)
         if (const std::string text = cleaned(about.*row.text, row.most); !text.empty())
             isRoom = isRoom && wanted.add(row.key, wordsOf(text));
     if (about.tempo > 0)
