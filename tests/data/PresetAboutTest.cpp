@@ -17,7 +17,7 @@ namespace {
 
 const PresetAbout kFull{"Ann O. Ther", "dark slow", "A line, \xC3\xA4 la carte", 92.5f};
 
-KWChunk saved(DetachedSong& song, PresetKind kind = PresetKind::Global)
+KWChunk chunkOf(DetachedSong& song, PresetKind kind = PresetKind::Global)
 {
     KWChunk chunk;
     writeState(chunk, song.parts, kind);
@@ -29,18 +29,18 @@ KWChunk saved(DetachedSong& song, PresetKind kind = PresetKind::Global)
 TEST(PresetAbout, GoesWithTheSongThroughAFileAndOnlyWhereItSaysSomething)
 {
     DetachedSong song;
-    const KWChunk plain = saved(song);
+    const KWChunk plain = chunkOf(song);
     KeptRecords& kept = song.parts.kept[0];
     ASSERT_TRUE(kept.add(29999, {7}));
     ASSERT_TRUE(setAbout(kept, kFull));
-    KWChunk chunk = saved(song);
+    KWChunk chunk = chunkOf(song);
     DetachedSong other;
     ASSERT_EQ(StateReader(other.parts).load(chunk, {}), LoadResult::Done);
     EXPECT_EQ(aboutOf(other.parts.kept[0]), kFull);
     EXPECT_EQ(other.parts.kept[0].all().back().key, 29999) << "what another program wrote stays";
     ASSERT_TRUE(setAbout(other.parts.kept[0], {}));
     other.parts.kept[0].clear();
-    EXPECT_EQ(saved(other).byteCount(), plain.byteCount());
+    EXPECT_EQ(chunkOf(other).byteCount(), plain.byteCount());
 }
 
 TEST(PresetAbout, IsReadFromAFileWithoutLoadingItWithASketchOfTheFirstPattern)
@@ -52,7 +52,7 @@ TEST(PresetAbout, IsReadFromAFileWithoutLoadingItWithASketchOfTheFirstPattern)
         song.tracks.pitch.setRowValue(0, step, static_cast<float>(step));
         song.tracks.velocity.setRowValue(0, step, step == 3 ? 0.0f : 0.5f);
     }
-    ASSERT_TRUE(writeChunkFile(folder / "a.kwe", saved(song)));
+    ASSERT_TRUE(writeChunkFile(folder / "a.kwe", chunkOf(song)));
     const PresetSummary summary = summaryOfFile(folder / "a.kwe");
     EXPECT_TRUE(summary.isReadable);
     EXPECT_EQ(summary.about, kFull);
@@ -78,7 +78,7 @@ TEST(PresetAbout, HostileRecordsCountAsMissing)
     // A state cut at every word is refused or read as far as it goes.
     DetachedSong song;
     setAbout(song.parts.kept[0], kFull);
-    const KWChunk whole = saved(song);
+    const KWChunk whole = chunkOf(song);
     for (size_t words = 0; words < whole.words().size(); words += 7) {
         KWChunk cut;
         cut.assign(whole.bytes(), words * sizeof(uint32_t));
