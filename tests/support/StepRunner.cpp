@@ -9,7 +9,7 @@ namespace ormund {
 namespace {
 constexpr int kLowestNote = 48;
 constexpr int kLowestPitch = -8;
-constexpr int kLargestBlock = 4096;
+constexpr int kLongestBlock = 4096;
 
 AEffect* makeEngine(audioMasterCallback callback)
 {
@@ -47,7 +47,7 @@ std::vector<SoundedStep> StepRunner::play(
     ScriptedHost host;
     host.keepOutput = false;
     const ScriptedHost::Setup setup{
-        .sampleRate = static_cast<float>(sampleRate), .blockSize = kLargestBlock};
+        .sampleRate = static_cast<float>(sampleRate), .blockSize = kLongestBlock};
     if (!(module.empty() ? host.attach(makeEngine, setup) : host.load(module, setup))) {
         problem = host.error();
         return {};
