@@ -46,33 +46,6 @@ CBitmap* bitmapOf(const ControlRow& row)
     return row.bitmap ? BitmapTable::get(row.bitmap) : nullptr;
 }
 
-// The place of a lane's hue in strips that hold all hues.
-int hueIndexOf(ScreenLane lane)
-{
-    if (lane == ScreenLane::Song)
-        return 0;
-    return std::min(int(lane), int(ScreenLane::Mod1)) + 1;
-}
-
-// The hue that belongs to a part of the panel.
-CColor hueOf(ScreenLane lane)
-{
-    switch (lane) {
-    case ScreenLane::Pitch:
-        return look::kPitch;
-    case ScreenLane::Velocity:
-        return look::kVelocity;
-    case ScreenLane::Gate:
-        return look::kGate;
-    case ScreenLane::Performance:
-        return look::kPerformance;
-    case ScreenLane::Song:
-        return look::kNeutral;
-    default:
-        return look::kModulation;
-    }
-}
-
 CColor withAlpha(CColor color, int alpha)
 {
     color.alpha = uint8_t(alpha);
@@ -215,7 +188,7 @@ KWControl* ControlFactory::makeButton(const ControlRow& row)
 
 KWControl* ControlFactory::makeTable(const ControlRow& row)
 {
-    const CColor hue = hueOf(laneOf(row));
+    const CColor hue = look::colourOf(row.hue);
     auto* view = new KWTableView(rectOf(row.place), &listener, row.tag, &frame, true);
     view->setTable(engine.table(row.tag));
     view->colorBack = look::kWell;
@@ -224,7 +197,7 @@ KWControl* ControlFactory::makeTable(const ControlRow& row)
     view->colorOther = withAlpha(hue, 140);
     view->colorLine = withAlpha(hue, 179);
     view->setStrip(BitmapTable::get(row.bitmap), row.frames);
-    if (row.tag == 397)
+    if (row.tag == Tag::Pitch)
         view->noteHeights = &kNoteHeights;
     return view;
 }
@@ -257,7 +230,7 @@ KWControl* ControlFactory::makeList(const ControlRow& row)
         sheet.setViewSize({row.place.left, row.place.top, row.place.left + grid.width(),
             row.place.top + grid.height()});
     }
-    sheet.hue = hueOf(laneOf(row));
+    sheet.hue = look::colourOf(row.hue);
     sheet.background = BitmapTable::get(row.choiceBitmap);
     sheet.selection = BitmapTable::get(1093);
     sheet.zeroText = "\u2013";
@@ -270,8 +243,8 @@ KWControl* ControlFactory::makeZone(const ControlRow& row)
         new KWZoneView(rectOf(row.place), &listener, row.tag, &frame, engine.zone(row.tag));
     view->columns = row.frames;
     view->strip = BitmapTable::get(row.bitmap);
-    view->firstFrame = 4 * hueIndexOf(laneOf(row));
-    view->zoneColor = hueOf(laneOf(row));
+    view->firstFrame = loopFrame(row.hue);
+    view->zoneColor = look::colourOf(row.hue);
     view->cellColor = look::kOutsideDash;
     return view;
 }
@@ -359,7 +332,7 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
 KWControl* ControlFactory::makeImage(const ControlRow& row)
 {
     if (row.binding == Binding::Marker) {
-        const ScreenLane lane = laneOf(row);
+        const ScreenLane lane = row.lane;
         return new PlayheadColumn(&listener, row.tag, &frame, lane, screen.markerX[size_t(lane)]);
     }
     return new KWImage(rectOf(row.place), &listener, row.tag, &frame, bitmapOf(row), nullptr);

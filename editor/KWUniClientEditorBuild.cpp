@@ -95,9 +95,9 @@ void KWUniClientEditor::bindRunningSteps()
 {
     for (const ControlRow& row : controlCatalogue()) {
         if (KWTableXY* table = engine.tracks.tableAt(row.tag))
-            runningCells.push_back({&table->runningPosition, laneOf(row)});
+            runningCells.push_back({&table->runningPosition, row.lane});
         else if (StepLine* line = engine.tracks.lineAt(row.tag))
-            runningCells.push_back({&line->runningStep, laneOf(row)});
+            runningCells.push_back({&line->runningStep, row.lane});
     }
 }
 

@@ -19,32 +19,6 @@ constexpr uint32_t kPresetStyle = KWOptionMenu::kPresetMode | KWOptionMenu::kNes
     | KWOptionMenu::kHeaderPresets | KWOptionMenu::kSortFiles | KWOptionMenu::kAlignLeft
     | KWOptionMenu::kCheckCurrent;
 
-CColor hueOfMenu(const ControlRow& row)
-{
-    if (row.track > 0)
-        return look::kModulation;
-    switch (row.tag) {
-    case 1:
-    case 363:
-    case Tag::LaneSpeed:
-        return look::kPitch;
-    case 499:
-    case Tag::LaneSpeed + 2:
-        return look::kVelocity;
-    case 504:
-    case Tag::LaneSpeed + 3:
-        return look::kGate;
-    case 330:
-    case 353:
-    case 466:
-    case 493:
-    case 515:
-        return look::kNeutral;
-    default:
-        return look::kPerformance;
-    }
-}
-
 bool isPreset(const ControlRow& row)
 {
     return row.items == MenuItems::GlobalPresets || row.items == MenuItems::SynthPresets;
@@ -85,7 +59,7 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
                 : row.flags & kPopupOnly ? uint32_t(KWOptionMenu::kAlignLeft)
                                          : kListStyle);
     dress(*menu);
-    menu->selectedBackColor = hueOfMenu(row);
+    menu->selectedBackColor = look::colourOf(row.hue);
     // The arrow is part of the field's picture; the low field of the scale has none.
     menu->textOffset = 1;
     menu->restRight = row.place.height() < 14 ? 0 : isPreset(row) ? 14 : 7;

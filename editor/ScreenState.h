@@ -1,27 +1,11 @@
 #pragma once
 
 #include "base/Crossing.h"
+#include "panel/ControlCatalogue.h"
 
 #include <array>
 
 namespace ormund {
-
-// The lanes that have a position of their own, in the order of the screen.
-enum class ScreenLane : int {
-    Pitch,
-    Velocity,
-    Gate,
-    Performance,
-    Mod1,
-    Mod8 = Mod1 + 7,
-    Song,
-    Count
-};
-struct ControlRow;
-// Which lane a step view, a loop or a marker belongs to.
-ScreenLane laneOf(const ControlRow& row);
-
-constexpr int kLanes = int(ScreenLane::Count);
 
 // What the editor works out from the running engine once an idle, for the controls to watch. They
 // compare and mark themselves dirty; nothing here is pushed. Screen thread.

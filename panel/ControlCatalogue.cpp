@@ -8,6 +8,27 @@ namespace {
 
 // The words of the table below: each makes a row of one class and leaves the rest at its default.
 
+using Lane = ScreenLane;
+
+constexpr EditScope scopeOf(Action action)
+{
+    switch (action) {
+    case Action::SetParameter:
+        return EditScope::Parameter;
+    case Action::GlobalPreset:
+    case Action::SynthPreset:
+        return EditScope::Load;
+    case Action::Learn:
+    case Action::LearnMenu:
+    case Action::LearnSubMenu:
+        return EditScope::Map;
+    case Action::RollArea:
+        return EditScope::Looper;
+    default:
+        return EditScope::None;
+    }
+}
+
 constexpr ControlRow knob(
     int tag, Place place, int bitmap, int height, int frames, int group = 0, int flags = 0)
 {
@@ -20,6 +41,7 @@ constexpr ControlRow knob(
     row.frames = int16_t(frames);
     row.group = int8_t(group);
     row.binding = Binding::Raw;
+    row.scope = EditScope::Parameter;
     row.flags = uint16_t(flags);
     return row;
 }
@@ -38,6 +60,7 @@ constexpr ControlRow button(
     row.states = int8_t(states);
     row.binding = type == 1 ? Binding::Mapped : Binding::None;
     row.action = action;
+    row.scope = scopeOf(action);
     row.scale = scale;
     return row;
 }
@@ -67,6 +90,7 @@ constexpr ControlRow menu(int tag, Place place, int bitmap, MenuItems items, flo
     row.group = int8_t(group);
     row.binding = Binding::Mapped;
     row.action = action;
+    row.scope = scopeOf(action);
     row.scale = scale;
     row.items = items;
     if (place.empty())
@@ -75,7 +99,7 @@ constexpr ControlRow menu(int tag, Place place, int bitmap, MenuItems items, flo
 }
 
 constexpr ControlRow steps(ControlClass kind, int tag, Place place, int bitmap, int running,
-    int frames, int group, int flags, int choices)
+    int frames, Lane lane, int group = kAlways, int choices = 0)
 {
     ControlRow row;
     row.tag = tag;
@@ -87,34 +111,37 @@ constexpr ControlRow steps(ControlClass kind, int tag, Place place, int bitmap, 
     row.frames = int16_t(frames);
     row.group = int8_t(group);
     row.binding = Binding::Steps;
-    row.flags = uint16_t(flags);
+    row.lane = lane;
+    row.hue = hueOf(lane);
+    row.scope = EditScope::Steps;
     row.choiceBitmap = int16_t(choices);
     return row;
 }
 
 constexpr ControlRow table(
-    int tag, Place place, int bitmap, int frames, int group = 0, int flags = 0)
+    int tag, Place place, int bitmap, int frames, Lane lane, int group = kAlways)
 {
-    return steps(ControlClass::Table, tag, place, bitmap, 0, frames, group, flags, 0);
+    return steps(ControlClass::Table, tag, place, bitmap, 0, frames, lane, group);
 }
 
-constexpr ControlRow switches(int tag, Place place, int bitmap, int running)
+constexpr ControlRow switches(int tag, Place place, int bitmap, int running, Lane lane)
 {
-    return steps(ControlClass::SwitchLine, tag, place, bitmap, running, 1, kAlways, 0, 0);
+    return steps(ControlClass::SwitchLine, tag, place, bitmap, running, 1, lane);
 }
 
-constexpr ControlRow list(
-    int tag, Place place, int bitmap, int running, int frames, int choices, int group = kAlways)
+constexpr ControlRow list(int tag, Place place, int bitmap, int running, int frames, int choices,
+    Lane lane, int group = kAlways)
 {
-    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, group, 0, choices);
+    return steps(
+        ControlClass::ListLine, tag, place, bitmap, running, frames, lane, group, choices);
 }
 
-constexpr ControlRow zone(int tag, Place place, int columns, int group = 0)
+constexpr ControlRow zone(int tag, Place place, int columns, Lane lane, int group = kAlways)
 {
-    return steps(ControlClass::Zone, tag, place, 1105, 0, columns, group, 0, 0);
+    return steps(ControlClass::Zone, tag, place, 1105, 0, columns, lane, group);
 }
 
-constexpr ControlRow marker(int tag, Place place, int group = 0)
+constexpr ControlRow marker(int tag, Place place, Lane lane, int group = kAlways)
 {
     ControlRow row;
     row.tag = tag;
@@ -123,6 +150,7 @@ constexpr ControlRow marker(int tag, Place place, int group = 0)
     row.bitmap = 1085;
     row.group = int8_t(group);
     row.binding = Binding::Marker;
+    row.lane = lane;
     row.action = Action::Nothing;
     row.flags = kNoMouse | kTransparent;
     return row;
@@ -139,6 +167,7 @@ constexpr ControlRow plain(ControlClass kind, int tag, Place place, int bitmap, 
     row.group = int8_t(group);
     row.binding = binding;
     row.action = action;
+    row.scope = scopeOf(action);
     row.flags = uint16_t(flags);
     return row;
 }
@@ -175,6 +204,19 @@ constexpr ControlRow mute(int tag)
     return row;
 }
 
+// Where a row is not as its kind is.
+constexpr ControlRow in(Hue hue, ControlRow row)
+{
+    row.hue = hue;
+    return row;
+}
+
+constexpr ControlRow changes(EditScope scope, ControlRow row)
+{
+    row.scope = scope;
+    return row;
+}
+
 using enum ControlClass;
 using enum Action;
 using enum HintFormat;
@@ -201,22 +243,22 @@ constexpr ControlRow kOpening[] = {
     // tag                    place                     bitmap
     menu(  kRightClickTag,    kMenuOnly,                0,    MenuItems::Learn, 1, kNoGroup, Learn),
     plain( Container, kAboutTag, { 300, 200, 701, 495 }, 1109, kNoGroup, Binding::None, Nothing),
-    marker(261, { 172, 493, 189, 494 }, 20),
-    marker(266, { 172, 493, 189, 494 }, 21),
-    marker(271, { 172, 493, 189, 494 }, 22),
-    marker(276, { 172, 493, 189, 494 }, 23),
-    marker(281, { 172, 493, 189, 494 }, 24),
-    marker(286, { 172, 493, 189, 494 }, 25),
-    marker(291, { 172, 493, 189, 494 }, 26),
-    marker(296, { 172, 493, 189, 494 }, 27),
-    marker(350, { 823, 654, 840, 655 }),
-    marker(362, { 172,  54, 189,  55 }),
-    marker(498, { 172, 163, 189, 164 }),
-    marker(503, { 172, 273, 189, 274 }),
-    marker(508, { 172, 383, 189, 384 }),
+    marker(261, { 172, 493, 189, 494 }, modLane(1), 20),
+    marker(266, { 172, 493, 189, 494 }, modLane(2), 21),
+    marker(271, { 172, 493, 189, 494 }, modLane(3), 22),
+    marker(276, { 172, 493, 189, 494 }, modLane(4), 23),
+    marker(281, { 172, 493, 189, 494 }, modLane(5), 24),
+    marker(286, { 172, 493, 189, 494 }, modLane(6), 25),
+    marker(291, { 172, 493, 189, 494 }, modLane(7), 26),
+    marker(296, { 172, 493, 189, 494 }, modLane(8), 27),
+    marker(350, { 823, 654, 840, 655 }, Lane::Song),
+    marker(362, { 172,  54, 189,  55 }, Lane::Pitch),
+    marker(498, { 172, 163, 189, 164 }, Lane::Velocity),
+    marker(503, { 172, 273, 189, 274 }, Lane::Gate),
+    marker(508, { 172, 383, 189, 384 }, Lane::Performance),
     plain( Image,     516, { 789,  49, 995, 370 }, 1101, kSynthPage, Binding::None, Nothing, kNoMouse),
     // The selector lies below the eight values that stand in its rows.
-    knob(   80, {  20, 481,  51, 570 }, 1061, 89, 8, kAlways, kRoundFrame),
+    changes(EditScope::None, knob(   80, {  20, 481,  51, 570 }, 1061, 89, 8, kAlways, kRoundFrame)),
     hint(  260,  80, "mod track selector / display"),
     // clang-format on
 };
@@ -234,13 +276,13 @@ constexpr FamilyRow kModTrackFamily[] = {
     { {  86, 108, 22 }, push(   86, {  57, 506,  80, 529 }, 1013, kTrackPages) },
     { {  87, 109, 22 }, push(   87, {  81, 506, 104, 529 }, 1014, kTrackPages) },
     { {  88, 118, 22 }, push(   88, { 763, 487, 782, 506 }, 1016, kTrackPages) },
-    { {  89, 110, 22 }, table(  89, { 172, 499, 748, 564 }, 1064, 66, kTrackPages) },
+    { {  89, 110, 22 }, table(  89, { 172, 499, 748, 564 }, 1064, 66, Lane::Mod1, kTrackPages) },
     { {  98, 120, 22 }, push(   98, { 763, 507, 782, 526 }, 1017, kTrackPages) },
     { {  99, 121, 22 }, push(   99, { 763, 527, 782, 546 }, 1018, kTrackPages) },
     { { 102, 124, 22 }, plain(Display, 102, {  20, 552,  51, 569 }, 1062, kAlways, Binding::Value,
                             Nothing, kNoMouse | kTransparent) },
     { { 262, 267,  5 }, menu(  262, { 132, 506, 155, 529 }, 1015, MenuItems::Pictures, 0.16666667f, kTrackLoops) },
-    { { 264, 269,  5 }, zone(  264, { 172, 489, 748, 498 }, 32, kTrackLoops) },
+    { { 264, 269,  5 }, zone(  264, { 172, 489, 748, 498 }, 32, Lane::Mod1, kTrackLoops) },
     { { 302, 303,  1 }, toggle(302, { 135, 562, 150, 577 }, 1032, kTrackPages) },
 
     // first second step    words                                      whose
@@ -297,7 +339,7 @@ constexpr ControlRow kPanel[] = {
     // clang-format off
     // tag        place                    bitmap height frames page         looks
     knob(    0, {  26,  65,  45, 140 }, 1063, 75,  49, kAlways,       kRoundFrame),
-    menu(    1, {  68, 100, 144, 112 }, 1116, MenuItems::Choices, 0.029421765f),
+    in(Hue::Pitch, menu(    1, {  68, 100, 144, 112 }, 1116, MenuItems::Choices, 0.029421765f)),
     knob(    2, { 901, 118, 945, 139 }, 1097, 21,   5, kSettingsPage, kRoundFrame | kHorizontal),
     knob(    3, { 901, 148, 945, 169 }, 1119, 21,  25, kSettingsPage, kRoundFrame),
     knob(    4, { 844, 327, 945, 348 }, 1091, 21,  79, kSettingsPage, kHorizontal),
@@ -334,11 +376,11 @@ constexpr ControlRow kPanel[] = {
     knob(   35, { 942, 311, 983, 352 }, 1103, 41, 127, kSynthPage),
     knob(   36, {  60, 317, 152, 334 }, 1110, 17,  15, kAlways,       kHorizontal),
     toggle( 37, {  10, 571,  51, 584 }, 1033),
-    menu(   46, kMenuOnly, 0, MenuItems::TrackPages, 0.0625f, kNoGroup),
+    changes(EditScope::None, menu(   46, kMenuOnly, 0, MenuItems::TrackPages, 0.0625f, kNoGroup)),
     mute(   81),
-    table( 258, { 172, 565, 748, 576 }, 1060, 128),
+    table( 258, { 172, 565, 748, 576 }, 1060, 128, Lane::Pitch),
     hint(  318,  37, "all modulations off"),
-    toggle(319, { 834, 592, 955, 631 }, 1010, kAlways, 1.0f),
+    changes(EditScope::None, toggle(319, { 834, 592, 955, 631 }, 1010, kAlways, 1.0f)),
     hint(  320,  13, "retrigger action"),
     value( 321,  12, "Slowdown Rate  ", Percent),
     hint(  322,  11, "slowdown action"),
@@ -349,27 +391,27 @@ constexpr ControlRow kPanel[] = {
     hint(  327, 319, "play button"),
     hint(  328, 325, "trigger mode"),
     value( 329,   4, "swing amount  ", Percent),
-    menu(  330, { 855, 286, 934, 301 }, 1114, MenuItems::Choices, 0.10001f, kSettingsPage),
+    in(Hue::Neutral, menu(  330, { 855, 286, 934, 301 }, 1114, MenuItems::Choices, 0.10001f, kSettingsPage)),
     hint(  331, 330, "sequencer speed / resolution of one step"),
     push(  332, { 844, 288, 855, 299 }, 1025, kSettingsPage),
     push(  333, { 934, 288, 945, 299 }, 1026, kSettingsPage),
     hint(  334,  15, "manual Step action"),
     //      tag   place                     strip running frames  choice grid
-    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, 1087, kStepsPage),
+    list(  337, { 172, 405, 748, 421 }, 1072, 1073, 20, 1087, Lane::Performance, kStepsPage),
     hint(  338, 337, "pitch bend sequencer"),
-    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, 1088, kStepsPage),
+    list(  339, { 172, 421, 748, 437 }, 1074, 1075, 54, 1088, Lane::Performance, kStepsPage),
     hint(  340,  16, "mute action"),
-    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, 1086, kStepsPage),
+    list(  341, { 172, 389, 748, 405 }, 1070, 1071,  4, 1086, Lane::Performance, kStepsPage),
     hint(  342, 339, "chord sequencer"),
     hint(  343, 341, "octave sequencer"),
     menu(  344, kMenuOnly, 0, MenuItems::TwoPages, 0.5f, kNoGroup),
-    list(  346, { 824, 681, 969, 692 }, 1080, 1081, 15, 1092),
-    zone(  347, { 823, 650, 967, 659 }, 8),
+    list(  346, { 824, 681, 969, 692 }, 1080, 1081, 15, 1092, Lane::Song),
+    zone(  347, { 823, 650, 967, 659 }, 8, Lane::Song),
     hint(  348, 347, "playback loop"),
-    list(  349, { 824, 665, 969, 676 }, 1082, 1083, 15, 1092),
+    list(  349, { 824, 665, 969, 676 }, 1082, 1083, 15, 1092, Lane::Song),
     hint(  351, 349, "pattern sequencer"),
     hint(  352, 346, "number of repeats"),
-    menu(  353, { 855, 633, 934, 648 }, 1114, MenuItems::Choices, 0.16666667f),
+    in(Hue::Neutral, menu(  353, { 855, 633, 934, 648 }, 1114, MenuItems::Choices, 0.16666667f)),
     hint(  354, 353, "pattern sequencer playback speed"),
     push(  355, { 841, 635, 852, 646 }, 1025),
     push(  356, { 934, 635, 945, 646 }, 1026),
@@ -378,9 +420,9 @@ constexpr ControlRow kPanel[] = {
     plain(Display, 359, { 459, 589, 752, 626 }, 1084, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
     hint(  360, 358, "click to lock, click to unlock"),
     hint(  361, 357, "pattern sequencer on/off switch"),
-    menu(  363, { 132,  64, 155,  87 }, 1015, MenuItems::Pictures, 0.16666667f),
+    in(Hue::Pitch, menu(  363, { 132,  64, 155,  87 }, 1015, MenuItems::Pictures, 0.16666667f)),
     hint(  364, 363, "sequencer playback mode"),
-    zone(  365, { 172,  50, 748,  59 }, 32),
+    zone(  365, { 172,  50, 748,  59 }, 32, Lane::Pitch),
     hint(  366, 365, "playback loop"),
     toggle(367, { 307, 597, 381, 618 }, 1039),
     hint(  368, 367, "Global/Individual Loopbar", 369),
@@ -393,12 +435,12 @@ constexpr ControlRow kPanel[] = {
     toggle(378, {   8, 230,  22, 243 }, 1034, kAlways, 1.0f, 2, Setting),
     toggle(379, {   8, 210,  22, 223 }, 1034, kAlways, 1.0f, 2, Setting),
     plain(Display, 380, { 809,   0, 984,  25 }, 1118, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
-    table( 382, { 172, 124, 748, 135 }, 1058, 12),
+    table( 382, { 172, 124, 748, 135 }, 1058, 12, Lane::Pitch),
     hint(  384,   1, "scale selector"),
     push(  385, {  56, 100,  67, 112 }, 1027),
     push(  386, { 145, 100, 156, 112 }, 1028),
     toggle(387, { 843, 148, 887, 169 }, 1040, kSettingsPage),
-    switches(388, { 172, 135, 748, 144 }, 1066, 1069),
+    switches(388, { 172, 135, 748, 144 }, 1066, 1069, Lane::Pitch),
     push(  389, { 104,  71, 113,  81 }, 1021),
     push(  390, { 122,  71, 131,  81 }, 1022),
     push(  391, { 113,  62, 122,  72 }, 1023),
@@ -407,7 +449,7 @@ constexpr ControlRow kPanel[] = {
     push(  394, {  81,  64, 104,  87 }, 1014),
     push(  395, { 763,  48, 782,  67 }, 1016),
     toggle(396, {  60, 122, 103, 137 }, 1035),
-    table( 397, { 172,  59, 748, 124 }, 1055, 25),
+    table( 397, { 172,  59, 748, 124 }, 1055, 25, Lane::Pitch),
     hint(  398, 393, "Pitch track Copy"),
     hint(  399, 394, "Pitch track paste"),
     hint(  400, 390, "Pitch track shift forward"),
@@ -423,7 +465,7 @@ constexpr ControlRow kPanel[] = {
     push(  410, { 763,  88, 782, 107 }, 1018),
     hint(  411, 409, "random"),
     hint(  412, 410, "mutate"),
-    switches(413, { 172, 235, 748, 248 }, 1067, 1068),
+    switches(413, { 172, 235, 748, 248 }, 1067, 1068, Lane::Velocity),
     push(  414, { 104, 187, 113, 197 }, 1021),
     push(  415, { 122, 187, 131, 197 }, 1022),
     push(  416, { 113, 178, 122, 188 }, 1023),
@@ -438,9 +480,9 @@ constexpr ControlRow kPanel[] = {
     push(  425, {  57, 283,  80, 306 }, 1013),
     push(  426, {  81, 283, 104, 306 }, 1014),
     push(  427, { 763, 267, 782, 286 }, 1016),
-    table( 428, { 172, 346, 748, 366 }, 1059, 41),
-    table( 430, { 172, 169, 748, 234 }, 1056, 66),
-    table( 431, { 172, 280, 748, 345 }, 1057, 66),
+    table( 428, { 172, 346, 748, 366 }, 1059, 41, Lane::Gate),
+    table( 430, { 172, 169, 748, 234 }, 1056, 66, Lane::Velocity),
+    table( 431, { 172, 280, 748, 345 }, 1057, 66, Lane::Gate),
     value( 432,   6, "Gate Time  ", Hundredths),
     hint(  433, 418, "velocity track copy"),
     hint(  434, 419, "velocity track paste"),
@@ -471,10 +513,10 @@ constexpr ControlRow kPanel[] = {
     value( 459,  36, "", GateMultiple, "    gate time multiply", kOwnerMapped),
     value( 460,   8, "Velocity Threshold  ", Percent),
     hint(  461,   7, "velocity gate action"),
-    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, 1089, kStepsPage),
-    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, 1090, kStepsPage),
+    list(  463, { 172, 437, 748, 453 }, 1076, 1077, 18, 1089, Lane::Performance, kStepsPage),
+    list(  464, { 172, 453, 748, 469 }, 1078, 1079, 17, 1090, Lane::Performance, kStepsPage),
     hint(  465, 464, "random sequencer"),
-    menu(  466, { 318,  22, 502,  38 }, 1111, MenuItems::GlobalPresets, 1.0f, kAlways, GlobalPreset),
+    in(Hue::Neutral, menu(  466, { 318,  22, 502,  38 }, 1111, MenuItems::GlobalPresets, 1.0f, kAlways, GlobalPreset)),
     value( 467,  17, "Synth Level  ", Percent),
     value( 468,  25, "Filter Cutoff  ", Percent),
     value( 469,  26, "Synth Resonance  ", Percent),
@@ -499,27 +541,27 @@ constexpr ControlRow kPanel[] = {
     hint(  490, 486, "trigger source"),
     hint(  491, 487, "midi input octave shift"),
     mute(  492),
-    menu(  493, { 855, 226, 934, 241 }, 1114, MenuItems::Choices, 0.16666667f, kSettingsPage),
+    in(Hue::Neutral, menu(  493, { 855, 226, 934, 241 }, 1114, MenuItems::Choices, 0.16666667f, kSettingsPage)),
     hint(  494, 493, "Midi Input Keysync"),
     push(  495, { 844, 228, 855, 239 }, 1025, kSettingsPage),
     push(  496, { 934, 228, 945, 239 }, 1026, kSettingsPage),
     mute(  497),
-    menu(  499, { 132, 180, 155, 203 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
+    in(Hue::Velocity, menu(  499, { 132, 180, 155, 203 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops)),
     hint(  500, 499, "sequencer playback mode"),
-    zone(  501, { 172, 159, 748, 168 }, 32, kSeparateLoops),
+    zone(  501, { 172, 159, 748, 168 }, 32, Lane::Velocity, kSeparateLoops),
     hint(  502, 501, "playback loop"),
-    menu(  504, { 132, 283, 155, 306 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
+    in(Hue::Gate, menu(  504, { 132, 283, 155, 306 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops)),
     hint(  505, 504, "sequencer playback mode"),
-    zone(  506, { 172, 269, 748, 278 }, 32, kSeparateLoops),
+    zone(  506, { 172, 269, 748, 278 }, 32, Lane::Gate, kSeparateLoops),
     hint(  507, 506, "playback loop"),
     menu(  509, {  87, 414, 110, 437 }, 1015, MenuItems::Pictures, 0.16666667f, kSeparateLoops),
     hint(  510, 509, "sequencer playback mode"),
-    zone(  511, { 172, 379, 748, 388 }, 32, kSeparateLoops),
+    zone(  511, { 172, 379, 748, 388 }, 32, Lane::Performance, kSeparateLoops),
     hint(  512, 511, "playback loop"),
     toggle(513, { 964,  56, 987,  79 }, 1044, kSettingsPage),
-    menu(  515, { 852,  61, 939,  76 }, 1113, MenuItems::SynthPresets, 1.0f, kSynthPage, SynthPreset),
-    toggle(517, { 795,  56, 836,  79 }, 1043),
-    menu(  518, kMenuOnly, 0, MenuItems::TwoPages, 0.5f, kNoGroup),
+    in(Hue::Neutral, menu(  515, { 852,  61, 939,  76 }, 1113, MenuItems::SynthPresets, 1.0f, kSynthPage, SynthPreset)),
+    changes(EditScope::None, toggle(517, { 795,  56, 836,  79 }, 1043)),
+    changes(EditScope::None, menu(  518, kMenuOnly, 0, MenuItems::TwoPages, 0.5f, kNoGroup)),
     value( 520, 517, "switch between settings and synth  ", Percent),
     plain(Link, 521, { 862,  69, 926,  84 }, 1049, kSettingsPage, Binding::None, Nothing),
     push(  522, {  59, 421,  68, 431 }, 1021),
@@ -539,7 +581,7 @@ constexpr ControlRow kPanel[] = {
     push(  536, { 108, 603, 117, 613 }, 1051),
     push(  537, { 122, 603, 131, 613 }, 1052),
     push(  538, {  57, 596,  80, 619 }, 1053),
-    push(  539, {  81, 596, 104, 619 }, 1054),
+    changes(EditScope::Song, push(  539, {  81, 596, 104, 619 }, 1054)),
     hint(  540, 538, "Global Copy"),
     hint(  541, 539, "Global paste"),
     hint(  542, 537, "Global shift forward"),
@@ -556,12 +598,12 @@ constexpr ControlRow kPanel[] = {
     hint(  552,   2, "midi output octave shift"),
     value( 553,   3, "midi output transpose  ", Integer, " semitones", kOwnerMapped),
     hint(  554, 548, "roll sequencer"),
-    toggle(555, { 106, 122, 149, 137 }, 1036),
+    changes(EditScope::None, toggle(555, { 106, 122, 149, 137 }, 1036)),
     hint(  556, 555, "activate recording"),
-    push(  557, { 286,  19, 318,  41 }, 1029),
-    push(  558, { 499,  19, 531,  41 }, 1030),
-    push(  559, { 841,  63, 852,  74 }, 1025, kSynthPage),
-    push(  560, { 934,  63, 945,  74 }, 1026, kSynthPage),
+    changes(EditScope::Load, push(  557, { 286,  19, 318,  41 }, 1029)),
+    changes(EditScope::Load, push(  558, { 499,  19, 531,  41 }, 1030)),
+    changes(EditScope::Load, push(  559, { 841,  63, 852,  74 }, 1025, kSynthPage)),
+    changes(EditScope::Load, push(  560, { 934,  63, 945,  74 }, 1026, kSynthPage)),
     hint(  561, 513, "synthesizer on/off", 571),
     hint(  562, 547, "open about screen"),
     menu(  563, kMenuOnly, 0, MenuItems::LearnTitled, 0.50001f, kNoGroup, LearnMenu),
@@ -577,21 +619,21 @@ constexpr ControlRow kPanel[] = {
     value( 574, 575, "random maximum amount  ", Percent),
     knob(  575, { 216, 597, 237, 618 }, 1065, 21, 127),
     plain(Overlay, 577, {  55, 646, 754, 695 }, 1107, kKeyMode1, Binding::Value, Nothing, kNoMouse | kTransparent),
-    toggle(578, {  55, 628, 753, 646 }, 1045),
+    changes(EditScope::None, toggle(578, {  55, 628, 753, 646 }, 1045)),
     knob(  581, {  14, 333,  45, 346 }, 1112, 13,  14, kAlways,       kRoundFrame),
     hint(  582, kMidiDragTag, "drag midi file from here"),
     value( 583, 581, "", Count, "    bars midi file length", kOwnerMapped),
     hint(  584, 585, "change keyboard mode here", 578),
-    toggle(585, {  55, 628, 753, 646 }, 1046),
+    changes(EditScope::None, toggle(585, {  55, 628, 753, 646 }, 1046)),
     plain(DragSource, kMidiDragTag, { 14, 305, 45, 331 }, 1050, kAlways, Binding::None, DragMidi),
     // The second page of the performance lane.
-    list(  586, { 172, 389, 748, 405 }, 1125, 1126, 100, 1586, kRulesPage),
-    list(  587, { 172, 405, 748, 421 }, 1127, 1128,  41, 1587, kRulesPage),
-    list(  588, { 172, 421, 748, 437 }, 1129, 1130,  21, 1588, kRulesPage),
-    list(  589, { 172, 437, 748, 453 }, 1131, 1132,  15, 1589, kRulesPage),
-    list(  590, { 172, 453, 748, 469 }, 1133, 1134,  24, 1590, kRulesPage),
-    push(  592, {  12, 450,  53, 465 }, 1136),
-    toggle(593, {  42, 381,  75, 395 }, 1135),
+    list(  586, { 172, 389, 748, 405 }, 1125, 1126, 100, 1586, Lane::Performance, kRulesPage),
+    list(  587, { 172, 405, 748, 421 }, 1127, 1128,  41, 1587, Lane::Performance, kRulesPage),
+    list(  588, { 172, 421, 748, 437 }, 1129, 1130,  21, 1588, Lane::Performance, kRulesPage),
+    list(  589, { 172, 437, 748, 453 }, 1131, 1132,  15, 1589, Lane::Performance, kRulesPage),
+    list(  590, { 172, 453, 748, 469 }, 1133, 1134,  24, 1590, Lane::Performance, kRulesPage),
+    changes(EditScope::None, push(  592, {  12, 450,  53, 465 }, 1136)),
+    changes(EditScope::None, toggle(593, {  42, 381,  75, 395 }, 1135)),
     hint(  594, 586, "chance that the step plays, in percent"),
     hint(  595, 587, "condition of the step"),
     hint(  596, 588, "ratchet: strikes of the step"),
@@ -600,10 +642,10 @@ constexpr ControlRow kPanel[] = {
     hint(  599, 592, "fill: held, steps with FILL play"),
     hint(  600, 593, "page of the performance lines"),
     // The speed of the lanes, and the melody's channel.
-    menu(  637, { 132,  88, 155,  97 }, 1138, MenuItems::Pictures, kLaneSpeedScale),
+    in(Hue::Pitch, menu(  637, { 132,  88, 155,  97 }, 1138, MenuItems::Pictures, kLaneSpeedScale)),
     menu(  638, {  87, 438, 110, 447 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
-    menu(  639, { 132, 204, 155, 213 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
-    menu(  640, { 132, 307, 155, 316 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops),
+    in(Hue::Velocity, menu(  639, { 132, 204, 155, 213 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops)),
+    in(Hue::Gate, menu(  640, { 132, 307, 155, 316 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kSeparateLoops)),
     hint(  752, 637, "speed of the lane"),
     hint(  753, 638, "speed of the lane"),
     hint(  754, 639, "speed of the lane"),
@@ -637,6 +679,8 @@ constexpr ControlRow member(const FamilyRow& family, int track)
     ControlRow row = family.row;
     row.tag = family.tags.of(track);
     row.track = int8_t(track);
+    row.lane = modLane(track);
+    row.hue = Hue::Modulation;
     if (row.group >= kTrackPages)
         row.group = int8_t(row.group + track - 1);
     if (row.kind == ControlClass::Hint)
@@ -657,7 +701,9 @@ constexpr ControlRow targetSubMenu(int track, int group)
     return row;
 }
 
-constexpr int kControls = 779;
+constexpr size_t kControls = std::size(kOpening) + std::size(kPanel)
+    + kModTracks * (std::size(kModTrackFamily) + std::size(kDrumFamily)
+              + std::size(kTargetFamily) + kControllerMenus);
 
 constexpr std::array<ControlRow, kControls> buildCatalogue()
 {
@@ -679,43 +725,21 @@ constexpr std::array<ControlRow, kControls> buildCatalogue()
     }
     for (const ControlRow& row : kPanel)
         all[count++] = row;
-    return all; // a row too many or too few does not compile: see the counts below
+    return all;
 }
 
 constexpr std::array<ControlRow, kControls> kCatalogue = buildCatalogue();
 
-template <typename Test>
-constexpr long countOf(Test test)
-{
-    return std::ranges::count_if(kCatalogue, test);
-}
-
-constexpr bool isOwnTag(const ControlRow& row)
-{
-    return row.tag >= kLearnStepsTag && row.tag != kAboutTag;
-}
-
-constexpr long distinctTags()
+constexpr bool tagsAreUnique()
 {
     std::array<int, kControls> tags{};
-    long count = 0;
-    for (const ControlRow& row : kCatalogue)
-        if (!isOwnTag(row))
-            tags[size_t(count++)] = row.tag;
-    const auto end = tags.begin() + count;
-    std::sort(tags.begin(), end);
-    return std::unique(tags.begin(), end) - tags.begin();
+    for (size_t i = 0; i < kControls; ++i)
+        tags[i] = kCatalogue[i].tag;
+    std::sort(tags.begin(), tags.end());
+    return std::adjacent_find(tags.begin(), tags.end()) == tags.end();
 }
 
-static_assert(kCatalogue.back().tag == kLearnStepsTag + 1);
-static_assert(distinctTags() == 673);
-static_assert(countOf(isOwnTag) == kModTracks * kControllerMenus + 2);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Knob; }) == 58);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Table; }) == 14);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Zone; }) == 13);
-static_assert(countOf([](const ControlRow& row) { return row.kind == Hint && row.text; }) == 298);
-static_assert(countOf([](const ControlRow& row) { return row.group == kSynthPage; }) == 24);
-static_assert(countOf([](const ControlRow& row) { return row.group == kSettingsPage; }) == 16);
+static_assert(tagsAreUnique());
 static_assert(std::ranges::all_of(kCatalogue, [](const ControlRow& row) {
     const Place& p = row.place;
     return p.left >= 0 && p.top >= 0 && p.right <= kPanelWidth && p.bottom <= kPanelHeight

@@ -2,6 +2,7 @@
 
 #include "data/parameters/ControllerNames.h"
 #include "data/parameters/Tags.h"
+#include "panel/Hues.h"
 
 #include <cstdint>
 #include <span>
@@ -33,6 +34,42 @@ enum class ControlClass : uint8_t {
     Link,
     Container,
     DragSource,
+};
+
+// The lanes that have a position of their own, in the order of the screen.
+enum class ScreenLane : int8_t {
+    Pitch,
+    Velocity,
+    Gate,
+    Performance,
+    Mod1,
+    Mod8 = Mod1 + kModTracks - 1,
+    Song,
+    Count
+};
+constexpr int kLanes = int(ScreenLane::Count);
+constexpr ScreenLane modLane(int track) // 1 to 8
+{
+    return ScreenLane(int(ScreenLane::Mod1) + track - 1);
+}
+
+constexpr Hue hueOf(ScreenLane lane)
+{
+    return lane == ScreenLane::Song ? Hue::Neutral
+        : lane >= ScreenLane::Mod1  ? Hue::Modulation
+                                    : Hue(int(Hue::Pitch) + int(lane));
+}
+
+// Which part of the state a control's gesture can change.
+enum class EditScope : uint8_t {
+    None,      // pages, play, the keyboard: nothing to take back
+    Parameter, // one parameter, in all patterns
+    Looper,    // the looper and its length, which the roll area moves together
+    Steps,     // one track or loop
+    Tracks,    // every track and loop
+    Song,      // all of these
+    Map,       // which controller moves what
+    Load,      // all that a preset replaces
 };
 
 // What a control shows.
@@ -143,7 +180,10 @@ struct ControlRow {
     int8_t group = kAlways;
     int8_t buttonType = 0;
     int8_t states = 2;
-    int8_t track = 0; // mod track 1 to 8 in its family, else 0
+    int8_t track = 0;                    // mod track 1 to 8 in its family, else 0
+    ScreenLane lane = ScreenLane::Pitch; // of step views, loops and markers
+    Hue hue = Hue::Performance;          // of step views and loops, and of a menu's marked entry
+    EditScope scope = EditScope::None;   // edit buttons: their row in EditButtons says it
     Binding binding = Binding::None;
     Action action = Action::SetParameter;
     float scale = 1.0f;

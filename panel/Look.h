@@ -2,6 +2,7 @@
 // palette in the form that views take.
 #pragma once
 
+#include "panel/Hues.h"
 #include "panel/Palette.h"
 #include "view/Geometry.h"
 
@@ -39,6 +40,12 @@ inline constexpr CColor kNeutral = colourOf(palette::kNeutral);
 inline constexpr CColor kMenu = colourOf(palette::kMenu);
 inline constexpr CColor kMenuFrame = colourOf(palette::kMenuFrame);
 inline constexpr CColor kOutsideDash = colourOf(palette::kLoopRest);
+
+constexpr CColor colourOf(Hue hue)
+{
+    constexpr CColor kHues[] = {kNeutral, kPitch, kVelocity, kGate, kPerformance, kModulation};
+    return kHues[size_t(hue)];
+}
 
 inline constexpr int kValueSize = 11;      // of values and menu rows; labels have 9
 inline constexpr int kPresetNameSize = 13; // and Semi Bold

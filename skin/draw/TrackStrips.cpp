@@ -74,7 +74,7 @@ void drawModulationValue(Paint& paint, int frame)
     paint.text(std::to_string(frame), 8.5, 5.5, style, kBodyText, Align::Centre);
 }
 
-// Four frames for each hue, in the order of LoopHue.
+// Four frames for each hue, in the order of Hue.
 void drawLoopCell(Paint& paint, int frame)
 {
     constexpr Ink kHues[] = {kNeutral, kPitch, kVelocity, kGate, kPerformance, kModulation};
