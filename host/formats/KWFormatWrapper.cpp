@@ -47,7 +47,7 @@ KWFormatWrapper::KWFormatWrapper(Format& format, double rate) : outside(format),
 
 KWFormatWrapper::~KWFormatWrapper()
 {
-    LateWork::remove(*this);
+    DeferredWork::remove(*this);
     closeEditor();
     engine->setEditor(nullptr); // it reads the engine to its end
 }
@@ -55,17 +55,17 @@ KWFormatWrapper::~KWFormatWrapper()
 void KWFormatWrapper::resume()
 {
     engine->resume();
-    LateWork::add(*this);
+    DeferredWork::add(*this);
 }
 
 void KWFormatWrapper::suspend()
 {
-    LateWork::remove(*this);
+    DeferredWork::remove(*this);
     engine->suspend();
 }
 
 // While the editor shows, its idle does it.
-void KWFormatWrapper::doLateWork()
+void KWFormatWrapper::doDeferredWork()
 {
     const std::unique_lock hold(screen, std::try_to_lock);
     if (hold && !window)

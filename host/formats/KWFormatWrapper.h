@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/formats/FrameQueue.h"
-#include "host/formats/LateWork.h"
+#include "host/formats/DeferredWork.h"
 #include "host/formats/SongPlace.h"
 #include "host/plugin/KWUniClient.h"
 #include "host/plugin/WrapperPort.h"
@@ -20,7 +20,7 @@ namespace ormund {
 // setBypass, setParameter on any; the rest on the host's thread for the user interface. What a
 // block has left to be done is done beside that thread, so `screen` keeps the two apart; the audio
 // thread never takes it.
-class KWFormatWrapper final : private WrapperPort, private LateWork::Client {
+class KWFormatWrapper final : private WrapperPort, private DeferredWork::Client {
 public:
     // Where the notes go.
     class Format {
@@ -99,7 +99,7 @@ public:
 
 private:
     AEffEditor* editor();
-    void doLateWork() override;
+    void doDeferredWork() override;
     const VstTimeInfo* timeRecord() override { return hasTime ? &time : nullptr; }
     bool hasMidiOutput() const override { return !silent; }
     void midiOut(const VstMidiEvent& event, double songPosition) override;

@@ -2,7 +2,7 @@
 #include "host/formats/KWFormatWrapper.h"
 
 #include "data/parameters/Tags.h"
-#include "host/formats/LateWork.h"
+#include "host/formats/DeferredWork.h"
 #include "tests/formats/Formats.h"
 
 #include <atomic>
@@ -168,11 +168,11 @@ TEST_F(Wrapper, BypassIsSilentWithinTheBlockAndEndsWhatSounds)
     EXPECT_GT(notes.events.size(), before);
 }
 
-TEST(LateWork, CallsEveryClientUntilItIsRemoved)
+TEST(DeferredWork, CallsEveryClientUntilItIsRemoved)
 {
-    struct Counter final : LateWork::Client {
+    struct Counter final : DeferredWork::Client {
         std::atomic<int> calls{0};
-        void doLateWork() override { ++calls; }
+        void doDeferredWork() override { ++calls; }
     };
     const auto waitFor = [](const Counter& counter, int calls) {
         for (int i = 0; i < 500 && counter.calls < calls; ++i)
@@ -182,18 +182,18 @@ TEST(LateWork, CallsEveryClientUntilItIsRemoved)
     Counter first;
     Counter second;
     for (int round = 0; round < 3; ++round) {
-        LateWork::add(first);
-        LateWork::add(second);
-        LateWork::add(second);
+        DeferredWork::add(first);
+        DeferredWork::add(second);
+        DeferredWork::add(second);
         const int before = first.calls;
         EXPECT_TRUE(waitFor(first, before + 2));
         EXPECT_TRUE(waitFor(second, 1));
-        LateWork::remove(first);
+        DeferredWork::remove(first);
         const int after = first.calls;
         EXPECT_TRUE(waitFor(second, second.calls + 2));
         EXPECT_EQ(first.calls, after);
-        LateWork::remove(second);
-        LateWork::remove(second);
+        DeferredWork::remove(second);
+        DeferredWork::remove(second);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "host/formats/LateWork.h"
+#include "host/formats/DeferredWork.h"
 
 #include <algorithm>
 #include <chrono>
@@ -19,7 +19,7 @@ struct Pool {
     std::mutex starting; // one starts or ends the thread at a time
     std::mutex mutex;    // for all below
     std::condition_variable ending;
-    std::vector<LateWork::Client*> clients;
+    std::vector<DeferredWork::Client*> clients;
     bool ends = false;
     std::thread thread;
 
@@ -37,9 +37,9 @@ struct Pool {
     {
         std::unique_lock hold(mutex);
         while (!ends) {
-            for (LateWork::Client* client : clients)
-                client->doLateWork();
-            ending.wait_for(hold, std::chrono::milliseconds(LateWork::kPeriodMs));
+            for (DeferredWork::Client* client : clients)
+                client->doDeferredWork();
+            ending.wait_for(hold, std::chrono::milliseconds(DeferredWork::kPeriodMs));
         }
     }
 };
@@ -52,7 +52,7 @@ Pool& pool()
 
 } // namespace
 
-void LateWork::add(Client& client)
+void DeferredWork::add(Client& client)
 {
     Pool& all = pool();
     const std::lock_guard one(all.starting);
@@ -70,7 +70,7 @@ void LateWork::add(Client& client)
     }
 }
 
-void LateWork::remove(Client& client)
+void DeferredWork::remove(Client& client)
 {
     Pool& all = pool();
     const std::lock_guard one(all.starting);

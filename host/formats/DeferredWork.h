@@ -6,13 +6,13 @@ namespace ormund {
 
 // One thread for all instances of the module, running from the first add to the last remove; it
 // looks at each of them every kPeriodMs. add and remove on any thread but the audio thread.
-class LateWork {
+class DeferredWork {
 public:
     static constexpr int kPeriodMs = 50;
 
     class Client {
     public:
-        virtual void doLateWork() = 0; // must not add or remove
+        virtual void doDeferredWork() = 0; // must not add or remove
 
     protected:
         ~Client() = default;
