@@ -1,7 +1,7 @@
 #include "apps/ormund-tables/ReferenceTables.h"
 
 #include "data/parameters/Parameters.h"
-#include "editor/StillControls.h"
+#include "editor/PassiveControls.h"
 #include "panel/ControlCatalogue.h"
 
 #include <algorithm>
@@ -121,18 +121,18 @@ std::string hintOf(const std::vector<const ControlRow*>& hints, int tag)
     return "";
 }
 
-std::string stillTable(std::span<const StillControl> list)
+std::string passiveTable(std::span<const PassiveControl> list)
 {
     std::string text = "| Tag | Why |\n|---|---|\n";
-    for (const StillControl& still : list)
+    for (const PassiveControl& still : list)
         text += "| " + std::to_string(still.tag) + " | " + still.why + " |\n";
     return text;
 }
 
 } // namespace
 
-std::string stillControlTable() { return stillTable(stillControls()); }
-std::string stillParameterTable() { return stillTable(stillParameters()); }
+std::string passiveControlTable() { return passiveTable(passiveControls()); }
+std::string passiveParameterTable() { return passiveTable(passiveParameters()); }
 
 std::string parameterTable()
 {

@@ -8,7 +8,7 @@ namespace ormund {
 std::string parameterTable();
 std::string controlTable();
 // What moves nothing, and why.
-std::string stillControlTable();
-std::string stillParameterTable();
+std::string passiveControlTable();
+std::string passiveParameterTable();
 
 } // namespace ormund

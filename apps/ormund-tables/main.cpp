@@ -24,9 +24,9 @@ struct Table {
 const Table kTables[] = {
     {"docs/parameters.md", "parameters", [](const std::string&) { return parameterTable(); }},
     {"docs/controls.md", "controls", [](const std::string&) { return controlTable(); }},
-    {"docs/controls.md", "still controls", [](const std::string&) { return stillControlTable(); }},
-    {"docs/controls.md", "still parameters",
-        [](const std::string&) { return stillParameterTable(); }},
+    {"docs/controls.md", "passive controls", [](const std::string&) { return passiveControlTable(); }},
+    {"docs/controls.md", "passive parameters",
+        [](const std::string&) { return passiveParameterTable(); }},
     {"docs/formats.md", "file keys", [](const std::string&) { return fileKeyTable(); }},
     {"docs/formats.md", "settings", [](const std::string&) { return settingTable(); }},
     {"docs/formats.md", "a kws",

@@ -1,6 +1,6 @@
 #include "data/parameters/Parameters.h"
 #include "editor/PageGates.h"
-#include "editor/StillControls.h"
+#include "editor/PassiveControls.h"
 #include "editor/ValueDispatch.h"
 #include "panel/ControlCatalogue.h"
 
@@ -128,7 +128,7 @@ TEST(Catalogue, WhatNoMouseCanMoveIsListedAsStill)
     for (const ControlRow& row : controlCatalogue())
         if (isStill(row))
             still.push_back(row.tag);
-    for (const StillControl& each : stillControls())
+    for (const PassiveControl& each : passiveControls())
         listed.push_back(each.tag);
     EXPECT_TRUE(std::ranges::is_sorted(listed));
     EXPECT_THAT(listed, testing::UnorderedElementsAreArray(still));

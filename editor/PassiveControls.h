@@ -6,14 +6,14 @@ namespace ormund {
 
 // A control whose use changes nothing, or a parameter that the engine does not react to when it is
 // set, and why that is so.
-struct StillControl {
+struct PassiveControl {
     int tag;
     const char* why;
 };
 
 // Controls of the catalogue, in tag order; the hints are left out, which only show.
-std::span<const StillControl> stillControls();
+std::span<const PassiveControl> passiveControls();
 // Parameters, in tag order.
-std::span<const StillControl> stillParameters();
+std::span<const PassiveControl> passiveParameters();
 
 } // namespace ormund

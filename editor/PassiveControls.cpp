@@ -1,11 +1,11 @@
-#include "editor/StillControls.h"
+#include "editor/PassiveControls.h"
 
 namespace ormund {
 
 namespace {
 
 // clang-format off
-constexpr StillControl kControls[] = {
+constexpr PassiveControl kControls[] = {
     {46, "Holds the number of the shown track; the selector 80 moves it, and nothing opens this menu."},
     {81, "A hint without words, which no control shows."},
     {102, "Shows the value that its track sends."},
@@ -32,7 +32,7 @@ constexpr StillControl kControls[] = {
     {371, "A hint without words, which no control shows."},
     {372, "A hint without words, which no control shows."},
     {373, "The modulation has one source, so there is nothing to choose and nothing opens the menu."},
-    {380, "Tells what a learning control waits for."},
+    {380, "Names what a learning control waits for."},
     {382, "Shows the notes of the bars above it."},
     {428, "Shows the lengths of the bars above it."},
     {489, "Tints and labels the keys; the keyboard 551 below it takes the mouse."},
@@ -50,7 +50,7 @@ constexpr StillControl kControls[] = {
     {179873360, "The sheet of the about box; its switch and its cross are its own."},
 };
 
-constexpr StillControl kParameters[] = {
+constexpr PassiveControl kParameters[] = {
     {336, "A table that no control shows; it is kept so that its number stays taken."},
     {344, "See the control."},
     {373, "See the control."},
@@ -67,7 +67,7 @@ constexpr StillControl kParameters[] = {
 
 } // namespace
 
-std::span<const StillControl> stillControls() { return kControls; }
-std::span<const StillControl> stillParameters() { return kParameters; }
+std::span<const PassiveControl> passiveControls() { return kControls; }
+std::span<const PassiveControl> passiveParameters() { return kParameters; }
 
 } // namespace ormund
