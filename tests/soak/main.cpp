@@ -3,7 +3,7 @@
 // memory grows, or a sample is no number.
 #include "apps/options/CommandLine.h"
 #include "tests/soak/SoakRig.h"
-#include "tests/soak/SoakVandal.h"
+#include "tests/soak/RandomDisturber.h"
 #include "tests/support/Checked.h"
 
 #include <chrono>
@@ -125,7 +125,7 @@ int main(int argc, char** argv)
     void* data = nullptr;
     const auto bytes = rig.host.dispatch(effGetChunk, 0, 0, &data);
     std::vector<char> fresh(static_cast<char*>(data), static_cast<char*>(data) + bytes);
-    SoakVandal vandal(rig, static_cast<unsigned>(seed), presetsIn(presetFolder));
+    RandomDisturber disturber(rig, static_cast<unsigned>(seed), presetsIn(presetFolder));
 
     Memory first;
     Memory last;
@@ -133,7 +133,7 @@ int main(int argc, char** argv)
     bool holds = true;
     while (holds && share(rig.figures) < 1) {
         for (double second = 0; holds && second < kRound && share(rig.figures) < 1; ++second) {
-            vandal.act();
+            disturber.act();
             holds = rig.play(1);
         }
         holds = holds && rig.fallSilent();
@@ -141,7 +141,7 @@ int main(int argc, char** argv)
         reset(rig, fresh);
         last = memoryNow();
         mostGiven = std::max(mostGiven, before - last.inUse);
-        last.inUse -= static_cast<double>(vandal.keptBytes()) / 1024;
+        last.inUse -= static_cast<double>(disturber.keptBytes()) / 1024;
         if (first.inUse == 0 || share(rig.figures) < 0.25)
             first = last;
     }

@@ -1,4 +1,4 @@
-#include "tests/soak/SoakVandal.h"
+#include "tests/soak/RandomDisturber.h"
 
 #include "data/parameters/Tags.h"
 #include "data/tracks/FactoryContent.h"
@@ -15,12 +15,12 @@ constexpr int kLoadSynth = 2;
 constexpr VstInt32 kDoor = KWUniClient::kUniqueId;
 } // namespace
 
-SoakVandal::SoakVandal(SoakRig& victim, unsigned seed, std::vector<std::string> presetFiles)
+RandomDisturber::RandomDisturber(SoakRig& victim, unsigned seed, std::vector<std::string> presetFiles)
     : rig(victim), random(seed), presets(std::move(presetFiles))
 {
 }
 
-void SoakVandal::act()
+void RandomDisturber::act()
 {
     for (int i = roll(4); i >= 0; --i)
         actOnce();
@@ -45,7 +45,7 @@ void SoakVandal::act()
         rig.host.dispatch(effEditIdle);
 }
 
-size_t SoakVandal::keptBytes() const
+size_t RandomDisturber::keptBytes() const
 {
     size_t bytes = 0;
     for (const std::vector<char>& state : states)
@@ -53,7 +53,7 @@ size_t SoakVandal::keptBytes() const
     return bytes;
 }
 
-void SoakVandal::actOnce()
+void RandomDisturber::actOnce()
 {
     switch (roll(16)) {
     case 0:
@@ -97,7 +97,7 @@ void SoakVandal::actOnce()
     }
 }
 
-void SoakVandal::straighten()
+void RandomDisturber::straighten()
 {
     KWUniClient& engine = *rig.engine;
     engine.setParameter(Tag::SongOn, 0); // a new pattern would bring its own swing
@@ -110,7 +110,7 @@ void SoakVandal::straighten()
         moveTransport();
 }
 
-void SoakVandal::moveParameter()
+void RandomDisturber::moveParameter()
 {
     const int tag = roll(2) == 0 ? roll(46) : roll(kTagCount);
     if ((tag >= Tag::PreviousPreset && tag <= Tag::NextSynthPreset) || tag == Tag::RandomPreset)
@@ -118,7 +118,7 @@ void SoakVandal::moveParameter()
     rig.host.effect()->setParameter(rig.host.effect(), tag, roll(3) == 0 ? 0 : unit());
 }
 
-void SoakVandal::pressButton()
+void RandomDisturber::pressButton()
 {
     const int tag = roll(kTagCount);
     if (tag == Tag::RandomPreset) // draws from the clock
@@ -127,7 +127,7 @@ void SoakVandal::pressButton()
     rig.engine->setParameter(tag, 0);
 }
 
-void SoakVandal::edit()
+void RandomDisturber::edit()
 {
     const TrackRow& track = kTrackTable[static_cast<size_t>(roll(kTrackTable.size()))];
     Tracks& tracks = rig.engine->tracks;
@@ -140,7 +140,7 @@ void SoakVandal::edit()
         rig.engine->sequencer.countReload();
 }
 
-void SoakVandal::sendMidi()
+void RandomDisturber::sendMidi()
 {
     const int statuses[] = {0x90, 0x90, 0x80, 0x80, 0xB0, 0xC0, 0xD0, 0xE0};
     for (int i = roll(12); i >= 0; --i)
@@ -153,7 +153,7 @@ void SoakVandal::sendMidi()
         rig.engine->midiMap.clearMap();
 }
 
-void SoakVandal::moveTransport()
+void RandomDisturber::moveTransport()
 {
     ScriptedHost& host = rig.host;
     switch (rig.playing ? roll(6) : 0) {
@@ -186,7 +186,7 @@ void SoakVandal::moveTransport()
     }
 }
 
-void SoakVandal::load()
+void RandomDisturber::load()
 {
     ScriptedHost& host = rig.host;
     const int kind = roll(4);
@@ -209,7 +209,7 @@ void SoakVandal::load()
     }
 }
 
-void SoakVandal::useEditor()
+void RandomDisturber::useEditor()
 {
     if (roll(12) == 0) {
         if (rig.isEditorOpen())

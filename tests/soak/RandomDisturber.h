@@ -9,10 +9,10 @@
 
 namespace ormund {
 
-class SoakVandal {
+class RandomDisturber {
 public:
     // `presets`: files to load now and then, of either kind.
-    SoakVandal(SoakRig& victim, unsigned seed, std::vector<std::string> presets);
+    RandomDisturber(SoakRig& victim, unsigned seed, std::vector<std::string> presets);
 
     // What happens before the next second is played.
     void act();
