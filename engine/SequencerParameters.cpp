@@ -19,7 +19,7 @@ constexpr float kSwingBend = 0.9f; // the swing's delay grows a little faster th
 
 // The second control of a value. What it shows follows the first, so its own default or stored
 // value must never be set: it would move the first.
-bool isTwin(int tag) { return firstControlOf(tag) != tag; }
+bool isSecondControl(int tag) { return firstControlOf(tag) != tag; }
 
 // What is written here is read by a block on another thread.
 static_assert(onlyCrossings<KWKeys::Settings>() && onlyCrossings<KWClock::Settings>()
@@ -266,7 +266,7 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
     // what the screen shows
     case Tag::LoopbarMode:
         lanes.settings.separateLoops = index;
-        parameters.store(Tag::LoopbarModeTwin, stored.raw);
+        parameters.store(Tag::LoopbarModeSecond, stored.raw);
         screen.pagesChanged.raise();
         break;
     case Tag::KeyboardMode:
@@ -279,7 +279,7 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
         screen.pagesChanged.raise();
         break;
     case Tag::Page:
-        parameters.store(Tag::PageTwin, stored.raw);
+        parameters.store(Tag::PageSecond, stored.raw);
         screen.pagesChanged.raise();
         break;
     case Tag::PerformancePage:
@@ -292,15 +292,15 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
 
     // one value with two controls
     case Tag::SynthOn:
-    case Tag::SynthOnTwin:
-        parameters.store(tag == Tag::SynthOn ? Tag::SynthOnTwin : Tag::SynthOn, stored.raw);
+    case Tag::SynthOnSecond:
+        parameters.store(tag == Tag::SynthOn ? Tag::SynthOnSecond : Tag::SynthOn, stored.raw);
         synthOn = index;
         break;
-    case Tag::KeyboardModeTwin:
+    case Tag::KeyboardModeSecond:
         setParameter(Tag::KeyboardMode, stored.raw);
         break;
-    case Tag::LoopbarModeTwin:
-    case Tag::PageTwin:
+    case Tag::LoopbarModeSecond:
+    case Tag::PageSecond:
         if (const int first = firstControlOf(tag); parameters.raw(first) != stored.raw)
             setParameter(first, stored.raw);
         break;
@@ -322,14 +322,14 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
 void Sequencer::applyDefaults()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !isAction(entry.tag) && !isTwin(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag) && !isSecondControl(entry.tag))
             setParameter(entry.tag, entry.defaultRaw);
 }
 
 void Sequencer::reapplyParameters()
 {
     for (const ParameterEntry& entry : allParameters())
-        if (entry.hasValue() && !isAction(entry.tag) && !isTwin(entry.tag))
+        if (entry.hasValue() && !isAction(entry.tag) && !isSecondControl(entry.tag))
             setParameter(entry.tag, parameters.raw(entry.tag));
 }
 

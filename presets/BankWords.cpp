@@ -53,7 +53,7 @@ constexpr Word kParameterWords[] = {
     {"trigger-mode", Tag::TriggerMode},
     {"key-sync", Tag::KeySync},
     {"chromatic-keys", Tag::TransposeMode},
-    {"keyboard-mode", Tag::KeyboardModeTwin},
+    {"keyboard-mode", Tag::KeyboardModeSecond},
     {"random-min", Tag::RandomMin},
     {"random-max", Tag::RandomMax},
 };

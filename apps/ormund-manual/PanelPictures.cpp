@@ -225,9 +225,9 @@ std::map<std::string, PanelPicture> takePanelPictures(
         pictures[part] = camera.take(part);
 
     // The keys of the second mode.
-    camera.set(Tag::KeyboardModeTwin, 1.0f);
+    camera.set(Tag::KeyboardModeSecond, 1.0f);
     pictures["keyboard-4"] = camera.take("keyboard");
-    camera.set(Tag::KeyboardModeTwin, 0.0f);
+    camera.set(Tag::KeyboardModeSecond, 0.0f);
 
     camera.set(Tag::Looper, 1.0f);
     camera.rest(middleOf(Tag::Looper));

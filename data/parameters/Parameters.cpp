@@ -72,13 +72,13 @@ bool isAction(int tag)
 int firstControlOf(int tag)
 {
     switch (tag) {
-    case Tag::LoopbarModeTwin:
+    case Tag::LoopbarModeSecond:
         return Tag::LoopbarMode;
-    case Tag::PageTwin:
+    case Tag::PageSecond:
         return Tag::Page;
-    case Tag::SynthOnTwin:
+    case Tag::SynthOnSecond:
         return Tag::SynthOn;
-    case Tag::KeyboardModeTwin:
+    case Tag::KeyboardModeSecond:
         return Tag::KeyboardMode;
     default:
         return tag;

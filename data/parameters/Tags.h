@@ -98,7 +98,7 @@ constexpr int LockArea = 358;
 constexpr int PitchMode = 363;
 constexpr int PitchLoop = 365;
 constexpr int LoopbarMode = 367;
-constexpr int LoopbarModeTwin = 369;
+constexpr int LoopbarModeSecond = 369;
 constexpr int AudioDriver = 373;
 constexpr int LoadControllers = 374;
 constexpr int SaveControllers = 375;
@@ -169,7 +169,7 @@ constexpr int PerformanceLoop = 511;
 
 constexpr int SynthOn = 513;
 constexpr int SynthPresetMenu = 515; // a control alone, no parameter
-constexpr int PageTwin = 517;
+constexpr int PageSecond = 517;
 constexpr int Page = 518;
 
 // Edit buttons of the performance lines and of all tracks
@@ -194,14 +194,14 @@ constexpr int NextPreset = 558;
 constexpr int PreviousSynthPreset = 559;
 constexpr int NextSynthPreset = 560;
 constexpr int MidiLearn = 563;
-constexpr int AboutTwin = 565;
-constexpr int SynthOnTwin = 571;
+constexpr int AboutSecond = 565;
+constexpr int SynthOnSecond = 571;
 constexpr int RandomMin = 572;
 constexpr int RandomMax = 575;
 constexpr int KeyboardMode = 578;
 constexpr int RandomPreset = 579;
 constexpr int FileBars = 581;
-constexpr int KeyboardModeTwin = 585;
+constexpr int KeyboardModeSecond = 585;
 
 // What a step of the performance lane may leave to chance, to its turn and to time
 constexpr int StepChance = 586;

@@ -176,7 +176,7 @@ void drawDrumGate(Paint& paint, int frame);
 
 // Keyboard.cpp
 void drawKeyboardMode(Paint& paint, int frame);
-void drawKeyboardTwin(Paint& paint, int frame);
+void drawKeyboardSecond(Paint& paint, int frame);
 void drawWhiteKey(Paint& paint, int frame);
 void drawBlackKey(Paint& paint, int frame);
 void drawKeyMark(Paint& paint, int frame);

@@ -76,7 +76,7 @@ void drawKeyboardMode(Paint& paint, int frame)
 }
 
 // Lies over the bar with the same rectangle, so it lets it show and only answers the mouse.
-void drawKeyboardTwin(Paint& paint, int frame)
+void drawKeyboardSecond(Paint& paint, int frame)
 {
     const Look look = buttonFrame(frame).look;
     if (look == Look::Hover)

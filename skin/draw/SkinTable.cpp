@@ -58,7 +58,7 @@ constexpr SkinRow kTable[] = {
     { 1043,   41,  23,   6, "page setup or synth",                                 drawPageButton },
     { 1044,   23,  23,   6, "synth, off and on",                                   drawSynthPower },
     { 1045,  698,  18,   6, "keyboard mode, with the zones of the mode",           drawKeyboardMode },
-    { 1046,  698,  18,   6, "the learned twin over 1045: nothing but the mouse",   drawKeyboardTwin },
+    { 1046,  698,  18,   6, "second control over 1045: nothing but the mouse",   drawKeyboardSecond },
     { 1047,  123,  27,   3, "maker's mark",                                        drawMakerMark },
     { 1048,  136,  21,   3, "product's mark",                                      drawProductMark },
     { 1049,   64,  15,   2, "manual, normal and pressed",                          drawManualLink },

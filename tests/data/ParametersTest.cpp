@@ -100,7 +100,7 @@ TEST(Parameters, HolesAndForeignTagsAreNoParameters)
 
 TEST(Parameters, AButtonIsOnFromTheMiddle)
 {
-    for (const int tag : {Tag::GateTimeButton, Tag::Play, Tag::SynthOnTwin, Tag::GlobalCopy}) {
+    for (const int tag : {Tag::GateTimeButton, Tag::Play, Tag::SynthOnSecond, Tag::GlobalCopy}) {
         EXPECT_EQ(mapped(tag, 0.49f), 0.0f) << tag;
         EXPECT_EQ(mapped(tag, 0.5f), 1.0f) << tag;
         EXPECT_EQ(mapped(tag, 4.0f), 1.0f) << tag;

@@ -19,17 +19,17 @@ std::set<int> allowedFor(const ControlRow& row)
     std::set<int> tags{row.tag};
     switch (row.tag) {
     case Tag::SynthOn:
-        tags.insert(Tag::SynthOnTwin);
+        tags.insert(Tag::SynthOnSecond);
         break;
-    case Tag::SynthOnTwin:
+    case Tag::SynthOnSecond:
         tags.insert(Tag::SynthOn);
         break;
     case Tag::LoopbarMode:
-        tags.insert(Tag::LoopbarModeTwin);
+        tags.insert(Tag::LoopbarModeSecond);
         break;
-    case Tag::LoopbarModeTwin:
-    case Tag::PageTwin:
-    case Tag::KeyboardModeTwin:
+    case Tag::LoopbarModeSecond:
+    case Tag::PageSecond:
+    case Tag::KeyboardModeSecond:
         tags.insert(firstControlOf(row.tag));
         break;
     case Tag::ModSelect:

@@ -154,7 +154,7 @@ TEST(Undo, PagesAndPlayAreNoEdits)
 {
     EditorRig rig;
     const StateImage first(rig.engine);
-    rig.click(EditorRig::middle(*findControl(Tag::PageTwin)));
+    rig.click(EditorRig::middle(*findControl(Tag::PageSecond)));
     rig.click(EditorRig::middle(*findControl(Tag::Play)));
     const StateImage turned(rig.engine);
     EXPECT_FALSE(turned == first);

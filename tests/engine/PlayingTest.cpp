@@ -245,15 +245,15 @@ TEST(Patterns, AReloadComesBackOnItsPattern)
     EXPECT_EQ(engine.patternStore.currentPattern, 3);
 }
 
-TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndTwinsAgree)
+TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndSecondControlsAgree)
 {
     Player player({.empty = false});
     KWUniClient& engine = player.engine();
     for (int tag = 0; tag < kHostParameters; ++tag)
         EXPECT_EQ(engine.getParameter(tag), parameterEntry(tag)->defaultRaw) << tag;
-    const std::pair<int, int> twins[] = {{Tag::LoopbarMode, Tag::LoopbarModeTwin},
-        {Tag::Page, Tag::PageTwin}, {Tag::SynthOn, Tag::SynthOnTwin}};
-    for (const auto& [first, second] : twins) {
+    const std::pair<int, int> pairs[] = {{Tag::LoopbarMode, Tag::LoopbarModeSecond},
+        {Tag::Page, Tag::PageSecond}, {Tag::SynthOn, Tag::SynthOnSecond}};
+    for (const auto& [first, second] : pairs) {
         EXPECT_EQ(engine.parameters.index(first), 1) << first;
         EXPECT_EQ(engine.parameters.index(second), 1) << second;
         engine.setParameter(second, 0.0f);
