@@ -33,8 +33,8 @@ bool isNear(const CPoint& one, const CPoint& other)
 
 double CFrame::nearestScale(double wanted)
 {
-    double best = kScales[0];
-    for (const double candidate : kScales)
+    double best = kPictureScales[0];
+    for (const double candidate : kPictureScales)
         if (std::abs(candidate - wanted) < std::abs(best - wanted))
             best = candidate;
     return best;

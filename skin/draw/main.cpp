@@ -43,7 +43,7 @@ void writePack(const std::string& folder)
     for (const SkinRow& row : skinTable()) {
         index += "{ { " + std::to_string(row.number) + ", " + std::to_string(row.frameWidth) + ", "
             + std::to_string(row.frameHeight) + ", " + std::to_string(row.frames) + " }, {";
-        for (const double scale : kScales) {
+        for (const double scale : kPictureScales) {
             const int together = framesOfPart(row, scale);
             index += " { " + std::to_string(parts) + ", " + std::to_string(together) + " },";
             int width = 0, height = 0;

@@ -68,7 +68,7 @@ TEST(SkinStrips, EveryStripIsEmbeddedAtEveryScaleInTheSizeOfTheTable)
         const SkinSize* size = skinSize(row.number);
         ASSERT_NE(size, nullptr);
         EXPECT_EQ(size->frames, row.frames);
-        for (const double scale : kScales) {
+        for (const double scale : kPictureScales) {
             cairo_surface_t* image = provider.renderBitmap(row.number, scale);
             ASSERT_NE(image, nullptr);
             EXPECT_EQ(cairo_image_surface_get_width(image), int(row.width() * scale + 0.5));
@@ -84,7 +84,7 @@ TEST(SkinStrips, AFrameComesWithoutMostOfItsStripAndAsItWasDrawn)
 {
     SkinProvider provider;
     for (const int number : {1000, 1011, 1103, 1109})
-        for (const double scale : kScales) {
+        for (const double scale : kPictureScales) {
             SCOPED_TRACE(testing::Message() << number << " at " << scale);
             const SkinRow& row = skinRow(number);
             const auto strip = makeStrip(row, scale);
@@ -178,7 +178,7 @@ TEST(SkinStrips, PitchStepsTopAtTheHeightsOfTheConnectingLines)
 {
     constexpr int kHeights[] = {1, 3, 6, 8, 12, 15, 19, 21, 24, 26, 28, 30, 33, 36, 38, 40, 42, 45,
         47, 51, 54, 58, 60, 63, 65};
-    for (const double scale : kScales) {
+    for (const double scale : kPictureScales) {
         const auto strip = makeStrip(skinRow(1055), scale);
         for (int frame = 0; frame < 25; ++frame) {
             const int first = frameTop(skinRow(1055), frame, scale);
@@ -208,7 +208,7 @@ TEST(SkinStrips, BarsGrowByOnePixelAFrame)
 TEST(SkinStrips, StraightEdgesStandOnWholePixels)
 {
     // Rows and columns across a body are equal right up to its edge: no half-lit rim.
-    for (const double scale : kScales) {
+    for (const double scale : kPictureScales) {
         const auto bars = makeStrip(skinRow(1057), scale);
         const int y = frameTop(skinRow(1057), 40, scale) + int(50 * scale);
         int between = 0;
