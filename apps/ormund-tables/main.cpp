@@ -24,7 +24,8 @@ struct Table {
 const Table kTables[] = {
     {"docs/parameters.md", "parameters", [](const std::string&) { return parameterTable(); }},
     {"docs/controls.md", "controls", [](const std::string&) { return controlTable(); }},
-    {"docs/controls.md", "passive controls", [](const std::string&) { return passiveControlTable(); }},
+    {"docs/controls.md", "passive controls",
+        [](const std::string&) { return passiveControlTable(); }},
     {"docs/controls.md", "passive parameters",
         [](const std::string&) { return passiveParameterTable(); }},
     {"docs/formats.md", "file keys", [](const std::string&) { return fileKeyTable(); }},

@@ -1,9 +1,9 @@
 // One row a parameter. A row gives the file key, the mapping, the reset value and where the value
 // is kept; everything that lists, names, saves or maps parameters is derived from here.
-#include "data/parameters/ParameterTable.h"
 #include "data/music/ScaleTable.h"
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ControllerNames.h"
+#include "data/parameters/Parameters.h"
 
 namespace ormund {
 
@@ -411,11 +411,10 @@ constexpr Row kRows[] = {
     {648, 10054, "Track_8_Speed",      choice(kLaneSpeeds),       0.625f,     kPreset,    -1},
 };
 // clang-format on
-static_assert(std::size(kRows) == kParameters);
-
-constexpr std::array<ParameterEntry, kParameters> entriesOf(const Row (&rows)[kParameters])
+template <size_t Count>
+constexpr std::array<ParameterEntry, Count> entriesOf(const Row (&rows)[Count])
 {
-    std::array<ParameterEntry, kParameters> entries{};
+    std::array<ParameterEntry, Count> entries{};
     for (size_t i = 0; i < entries.size(); ++i) {
         const Row& row = rows[i];
         entries[i] = {row.tag, row.fileKey, row.name, row.form.mapping, row.defaultRaw, row.saved,
@@ -466,24 +465,21 @@ constexpr bool keysAreUnique()
 static_assert(tagsRise());
 static_assert(hostTagsComeFirst());
 static_assert(keysAreUnique());
-static_assert(countOf(Saved::Preset) == kPresetParameters);
-static_assert(countOf(Saved::PresetAndSynth) == kSynthParameters);
-static_assert(countOf(Saved::Setting) == kSettingParameters);
 
-template <size_t Count>
-constexpr std::array<const ParameterEntry*, Count> listOf(Saved list)
+template <Saved List>
+constexpr auto listOf()
 {
-    std::array<const ParameterEntry*, Count> pointers{};
+    std::array<const ParameterEntry*, countOf(List)> pointers{};
     size_t next = 0;
     for (const ParameterEntry& entry : kEntries)
-        if (entry.isIn(list))
+        if (entry.isIn(List))
             pointers[next++] = &entry;
     return pointers;
 }
 
-constexpr auto kPresetList = listOf<kPresetParameters>(Saved::Preset);
-constexpr auto kSynthList = listOf<kSynthParameters>(Saved::PresetAndSynth);
-constexpr auto kSettingList = listOf<kSettingParameters>(Saved::Setting);
+constexpr auto kPresetList = listOf<Saved::Preset>();
+constexpr auto kSynthList = listOf<Saved::PresetAndSynth>();
+constexpr auto kSettingList = listOf<Saved::Setting>();
 
 constexpr auto kHostList = [] {
     std::array<const ParameterEntry*, kHostParameters> pointers{};
@@ -521,14 +517,9 @@ std::span<const ParameterEntry* const> settingParameters() { return kSettingList
 std::span<const ParameterEntry* const> hostParameters() { return kHostList; }
 std::span<const int, kPatternValues> patternParameterTags() { return kPatternTags; }
 
-int parameterPlace(int tag)
-{
-    return tag < 0 || tag >= kTagCount ? -1 : kPlaces[static_cast<size_t>(tag)];
-}
-
 const ParameterEntry* parameterEntry(int tag)
 {
-    const int place = parameterPlace(tag);
+    const int place = tag < 0 || tag >= kTagCount ? -1 : kPlaces[static_cast<size_t>(tag)];
     return place < 0 ? nullptr : &kEntries[static_cast<size_t>(place)];
 }
 

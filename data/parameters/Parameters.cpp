@@ -1,7 +1,6 @@
 #include "data/parameters/Parameters.h"
 
 #include "data/parameters/ChoiceArrows.h"
-#include "data/parameters/ParameterTable.h"
 #include "data/tracks/EditButtons.h"
 
 #include <algorithm>
@@ -110,14 +109,12 @@ Parameters::Stored Parameters::store(int tag, float given)
 
 ParameterValue& Parameters::value(int tag)
 {
-    const int place = parameterPlace(tag);
-    return values[static_cast<size_t>(place < 0 ? kParameters : place)];
+    return values[static_cast<size_t>(parameterEntry(tag) ? tag : kTagCount)];
 }
 
 const ParameterValue& Parameters::value(int tag) const
 {
-    const int place = parameterPlace(tag);
-    return values[static_cast<size_t>(place < 0 ? kParameters : place)];
+    return values[static_cast<size_t>(parameterEntry(tag) ? tag : kTagCount)];
 }
 
 } // namespace ormund

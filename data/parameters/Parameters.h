@@ -12,10 +12,6 @@
 
 namespace ormund {
 
-constexpr int kParameters = 340;
-constexpr int kPresetParameters = 168;
-constexpr int kSynthParameters = 23;
-constexpr int kSettingParameters = 2;
 constexpr int kPatternValues = 34; // a pattern stores so many parameters
 constexpr int kPatterns = 16;
 
@@ -111,7 +107,7 @@ const char* savedText(Saved saved);
 std::optional<float> parameterFromText(int tag, std::string_view text);
 
 // Written by setParameter on any thread, field by field; the audio thread may see a new raw value
-// with an old index for a moment, and bears it.
+// with an old index for a moment, which does no harm.
 struct ParameterValue {
     Crossing<float> raw = 0.0f;    // 0 to 1 as last set; what files store
     Crossing<float> mapped = 0.0f; // the engine's value
@@ -142,7 +138,7 @@ public:
     int index(int tag) const { return value(tag).index; }
 
 private:
-    std::array<ParameterValue, kParameters + 1> values; // the last one is nobody's
+    std::array<ParameterValue, kTagCount + 1> values; // by tag; the last one nobody reads
 };
 
 } // namespace ormund

@@ -27,7 +27,7 @@ struct ProgramBank::Program {
     explicit Program(DetachedSong& song);
     void apply(StateParts& parts) const;
 
-    std::array<float, kPresetParameters> raw{}; // in the order of the list; tracks' places unused
+    std::vector<float> raw; // in the order of the list; tracks' places unused
     std::vector<Track> tracks;
     std::vector<Loop> loops;
     std::array<std::array<float, kPatternValues>, kPatterns> patterns{};
@@ -45,6 +45,7 @@ struct ProgramBank::Bank {
 ProgramBank::Program::Program(DetachedSong& song)
 {
     const auto list = presetParameters();
+    raw.resize(list.size());
     for (size_t i = 0; i < list.size(); ++i) {
         const int tag = list[i]->tag;
         if (list[i]->hasValue()) {

@@ -15,7 +15,8 @@ constexpr int kLoadSynth = 2;
 constexpr VstInt32 kDoor = KWUniClient::kUniqueId;
 } // namespace
 
-RandomDisturber::RandomDisturber(SoakRig& victim, unsigned seed, std::vector<std::string> presetFiles)
+RandomDisturber::RandomDisturber(
+    SoakRig& victim, unsigned seed, std::vector<std::string> presetFiles)
     : rig(victim), random(seed), presets(std::move(presetFiles))
 {
 }

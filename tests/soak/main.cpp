@@ -2,8 +2,8 @@
 // locates. Ends with 1 and the seed when a note hangs, the steps leave the host's position, the
 // memory grows, or a sample is no number.
 #include "apps/options/CommandLine.h"
-#include "tests/soak/SoakRig.h"
 #include "tests/soak/RandomDisturber.h"
+#include "tests/soak/SoakRig.h"
 #include "tests/support/Checked.h"
 
 #include <chrono>
