@@ -114,7 +114,6 @@ private:
     LastSeen<float> gateEdge;
     LastSeen<float> playSent;
     LastSeen<float> startSeen;
-    LastSeen<float> stepChangeSeen;
     int toggleState = 0;
     double ownClock = 0; // steps, for the keyboard's toggle
 

@@ -76,7 +76,6 @@ void KWKeys::noteOn(int note, int velocity)
     Slot& slot = slots[at(nextSlot)];
     slot.gate = static_cast<float>(velocity) * kVelocityScale + kVelocityOffsets[velocityOffset];
     slot.note = note;
-    slot.pitch = info.frequencyOf(static_cast<float>(note));
     lastNote = note;
     velocityOffset = (velocityOffset + 1) % 4;
     nextSlot = (nextSlot + 1) % kSlots;

@@ -92,7 +92,6 @@ private:
     static constexpr int kSlots = 4;
     struct Slot {
         int note = 0;
-        float pitch = 0; // Hz
         float gate = 0;  // velocity 0 to 1, 0 free
     };
     // What one keyboard mode makes of the slots.
