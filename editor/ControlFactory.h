@@ -16,6 +16,7 @@ class KWBitSet128;
 class KWControl;
 class KWFrame;
 class KWOptionMenu;
+enum class PresetKind : uint8_t;
 struct ScreenState;
 
 // Makes controls from catalogue rows, bound to the engine and to the page gate. It keeps what the
@@ -30,7 +31,7 @@ public:
     KWControl* make(const ControlRow& row);
 
     // Fills a preset menu again from its folders.
-    void fillPresetMenu(KWOptionMenu& menu, MenuItems kind);
+    void fillPresetMenu(KWOptionMenu& menu, PresetKind kind);
 
     // The keys count as so many semitones higher from now on: their marks move down.
     void shiftKeyZones(int semitones);

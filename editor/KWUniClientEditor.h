@@ -13,6 +13,7 @@
 #include "view/CControlListener.h"
 #include "view/FrameWindow.h"
 
+#include <array>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,6 +22,7 @@
 
 namespace ormund {
 
+class AboutBox;
 class BitmapTable;
 class CFontDesc;
 class KWControl;
@@ -76,6 +78,7 @@ private:
     // KWUniClientEditorBuild.cpp
     bool openFrame(void* parent, std::unique_ptr<FrameWindow> window);
     void buildControls();
+    void bindHandles();
     void raiseMarkers();
     void bindRunningSteps();
     void bindHints();
@@ -132,6 +135,11 @@ private:
     std::vector<RunningCell> runningCells;
     MessageBox* messageBox = nullptr;
     FileSheet* fileSheet = nullptr;
+    AboutBox* aboutBox = nullptr;
+    KWDisplay* learnLine = nullptr;   // above the maker's name
+    KWDisplay* trackNumber = nullptr; // of the mod track that is shown
+    std::array<KWDisplay*, kModTracks> trackValues{};
+    std::array<KWOptionMenu*, kPresetKinds> presetMenus{};
     KWOptionMenu* scaleMenu = nullptr;
     UndoButton* undoButton = nullptr;
     UndoButton* redoButton = nullptr;

@@ -25,7 +25,7 @@ constexpr const char* kMapTitle = "Ormund CC Map";
 
 } // namespace
 
-void KWUniClientEditor::showAbout() { static_cast<AboutBox*>(getControl(kAboutTag))->show(); }
+void KWUniClientEditor::showAbout() { aboutBox->show(); }
 
 void KWUniClientEditor::undo()
 {

@@ -2,8 +2,10 @@
 
 #include "editor/KWUniClientEditor.h"
 
+#include "controls/KWDisplay.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
+#include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
 #include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
@@ -69,17 +71,35 @@ void KWUniClientEditor::buildControls()
     bindRunningSteps();
     bindHints();
     bindPopups();
-    bindDragPad(*getControl(kMidiDragTag));
-    scaleMenu = static_cast<KWOptionMenu*>(getControl(kPanelScaleTag));
+    bindHandles();
     for (int i = 0; i < int(kPanelScales.size()); ++i)
         scaleMenu->setEntryEnabled(
             i, fittingPanelScale(kPanelScales[size_t(i)], desktop) == kPanelScales[size_t(i)]);
-    undoButton = static_cast<UndoButton*>(getControl(kUndoTag));
-    redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
     messageBox = new MessageBox(frame, "Ormund");
     fileSheet = new FileSheet(frame);
     frame->addView(fileSheet);
     frame->addView(messageBox);
+}
+
+// The controls that the editor itself moves. Here alone a tag stands for a class.
+void KWUniClientEditor::bindHandles()
+{
+    bindDragPad(*getControl(kMidiDragTag));
+    scaleMenu = static_cast<KWOptionMenu*>(getControl(kPanelScaleTag));
+    undoButton = static_cast<UndoButton*>(getControl(kUndoTag));
+    redoButton = static_cast<UndoButton*>(getControl(kRedoTag));
+    aboutBox = static_cast<AboutBox*>(getControl(kAboutTag));
+    learnLine = static_cast<KWDisplay*>(getControl(kLearnLineTag));
+    trackNumber = static_cast<KWDisplay*>(getControl(kTrackNumberTag));
+    for (const ControlRow& row : controlCatalogue()) {
+        KWControl* control = getControl(row.tag);
+        if (row.kind == ControlClass::Display && row.track > 0)
+            trackValues[size_t(row.track - 1)] = static_cast<KWDisplay*>(control);
+        else if (row.items == MenuItems::GlobalPresets)
+            presetMenus[size_t(PresetKind::Global)] = static_cast<KWOptionMenu*>(control);
+        else if (row.items == MenuItems::SynthPresets)
+            presetMenus[size_t(PresetKind::Synth)] = static_cast<KWOptionMenu*>(control);
+    }
 }
 
 // The markers are made first but seen last: they run over the loop bars. They take no mouse.
@@ -151,7 +171,8 @@ void KWUniClientEditor::bindDragPad(KWControl& control)
 // So that pages and engine start in step.
 void KWUniClientEditor::pushPages()
 {
-    for (const int tag : {46, 344, 367, 518, 578})
+    for (const int tag :
+        {Tag::ModTrackPage, Tag::PageOff, Tag::LoopbarMode, Tag::Page, Tag::KeyboardMode})
         link.setParameter(tag, engine.parameters.raw(tag));
 }
 

@@ -78,10 +78,9 @@ void KWUniClientEditor::refreshPages()
         return;
     pagesShown = true;
     for (int track = 0; track < kModTracks; ++track)
-        if (KWControl* value = getControl(track == 0 ? 102 : 124 + 22 * (track - 1)))
-            value->textColor = track == wanted.modTrack ? look::kInk : look::kTextDim;
-    auto* number = static_cast<KWDisplay*>(getControl(kTrackNumberTag));
-    number->title = std::to_string(wanted.modTrack + 1);
+        trackValues[size_t(track)]->textColor =
+            track == wanted.modTrack ? look::kInk : look::kTextDim;
+    trackNumber->title = std::to_string(wanted.modTrack + 1);
     frame->invalidAll();
 }
 
@@ -98,18 +97,15 @@ void KWUniClientEditor::refreshMenus()
     ScreenValues& values = engine.screen;
     if (values.presetListRebuild.isRaised()) {
         values.presetListRebuild.lower();
-        for (const int tag : {466, 515})
-            factory->fillPresetMenu(
-                static_cast<KWOptionMenu&>(*getControl(tag)), findControl(tag)->items);
+        for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth})
+            factory->fillPresetMenu(*presetMenus[size_t(kind)], kind);
         values.presetNamesChanged.raise();
     }
     if (values.presetNamesChanged.isRaised()) {
         values.presetNamesChanged.lower();
         for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth}) {
-            auto* menu =
-                static_cast<KWOptionMenu*>(getControl(kind == PresetKind::Global ? 466 : 515));
-            menu->selectedText = link.presetName(kind);
-            menu->invalid();
+            presetMenus[size_t(kind)]->selectedText = link.presetName(kind);
+            presetMenus[size_t(kind)]->invalid();
         }
     }
 }
@@ -121,9 +117,8 @@ void KWUniClientEditor::refreshHead()
     const std::string wanted = tag < 0 ? "" : "move a controller to learn it";
     if (wanted != headText) {
         headText = wanted;
-        auto* line = static_cast<KWDisplay*>(getControl(380));
-        line->title = headText;
-        line->invalid();
+        learnLine->title = headText;
+        learnLine->invalid();
     }
     const int scaleIndex = panelScaleIndex(getScale());
     if (scaleMenu->currentEntry != scaleIndex) {

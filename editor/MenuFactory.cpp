@@ -79,7 +79,8 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
             menu->restFontStyle = kBoldFace;
         }
         menu->maxWidth = 320;
-        fillPresetMenu(*menu, row.items);
+        fillPresetMenu(
+            *menu, row.items == MenuItems::SynthPresets ? PresetKind::Synth : PresetKind::Global);
     } else if (row.items == MenuItems::Targets) {
         for (int group = 0; group < kControllerMenus; ++group) {
             auto sub = std::make_unique<KWOptionMenu>(CRect{}, nullptr,
@@ -103,12 +104,10 @@ KWControl* ControlFactory::makeMenu(const ControlRow& row)
     return menu;
 }
 
-void ControlFactory::fillPresetMenu(KWOptionMenu& menu, MenuItems kind)
+void ControlFactory::fillPresetMenu(KWOptionMenu& menu, PresetKind kind)
 {
-    const PresetKind preset =
-        kind == MenuItems::SynthPresets ? PresetKind::Synth : PresetKind::Global;
-    menu.scanFolder(engine.presetFolder(preset).c_str(), presetKindRow(preset).extension);
-    menu.selectedText = engine.presetName(preset);
+    menu.scanFolder(engine.presetFolder(kind).c_str(), presetKindRow(kind).extension);
+    menu.selectedText = engine.presetName(kind);
 }
 
 } // namespace ormund

@@ -132,8 +132,7 @@ constexpr ControlRow switches(int tag, Place place, int bitmap, int running, Lan
 constexpr ControlRow list(int tag, Place place, int bitmap, int running, int frames, int choices,
     Lane lane, int group = kAlways)
 {
-    return steps(
-        ControlClass::ListLine, tag, place, bitmap, running, frames, lane, group, choices);
+    return steps(ControlClass::ListLine, tag, place, bitmap, running, frames, lane, group, choices);
 }
 
 constexpr ControlRow zone(int tag, Place place, int columns, Lane lane, int group = kAlways)
@@ -434,7 +433,7 @@ constexpr ControlRow kPanel[] = {
     push(  375, {   7, 150,  73, 165 }, 1038, kAlways, SaveMap),
     toggle(378, {   8, 230,  22, 243 }, 1034, kAlways, 1.0f, 2, Setting),
     toggle(379, {   8, 210,  22, 223 }, 1034, kAlways, 1.0f, 2, Setting),
-    plain(Display, 380, { 809,   0, 984,  25 }, 1118, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
+    plain(Display, kLearnLineTag, { 809,   0, 984,  25 }, 1118, kAlways, Binding::Value, Nothing, kNoMouse | kTransparent),
     table( 382, { 172, 124, 748, 135 }, 1058, 12, Lane::Pitch),
     hint(  384,   1, "scale selector"),
     push(  385, {  56, 100,  67, 112 }, 1027),
@@ -702,8 +701,9 @@ constexpr ControlRow targetSubMenu(int track, int group)
 }
 
 constexpr size_t kControls = std::size(kOpening) + std::size(kPanel)
-    + kModTracks * (std::size(kModTrackFamily) + std::size(kDrumFamily)
-              + std::size(kTargetFamily) + kControllerMenus);
+    + kModTracks
+        * (std::size(kModTrackFamily) + std::size(kDrumFamily) + std::size(kTargetFamily)
+            + kControllerMenus);
 
 constexpr std::array<ControlRow, kControls> buildCatalogue()
 {

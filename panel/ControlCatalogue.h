@@ -204,6 +204,7 @@ constexpr int kPanelHeight = 695;
 constexpr int kRightClickTag = 1000000;
 constexpr int kMidiDragTag = 1000002;
 constexpr int kAboutTag = 179873360;
+constexpr int kLearnLineTag = 380; // names what a learning control waits for
 // Ours alone; they stand above every tag that files or hosts know.
 constexpr int kLearnStepsTag = 2000000; // 2: learn popups of the grids and of the lines
 constexpr int kSettingsBackTag = 2000009;
