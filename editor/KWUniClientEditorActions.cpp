@@ -2,6 +2,7 @@
 
 #include "editor/KWUniClientEditor.h"
 
+#include "base/Product.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
 #include "editor/AboutBox.h"
@@ -221,7 +222,7 @@ void KWUniClientEditor::askForMidiFile()
 std::string KWUniClientEditor::midiFileName() const
 {
     const std::string preset = link.presetName(PresetKind::Global);
-    return (preset.empty() ? "Ormund" : preset) + ".mid";
+    return (preset.empty() ? product::kName : preset) + ".mid";
 }
 
 } // namespace ormund

@@ -2,6 +2,7 @@
 
 #include "editor/KWUniClientEditor.h"
 
+#include "base/Product.h"
 #include "controls/KWDisplay.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
@@ -75,7 +76,7 @@ void KWUniClientEditor::buildControls()
     for (int i = 0; i < int(kPanelScales.size()); ++i)
         scaleMenu->setEntryEnabled(
             i, fittingPanelScale(kPanelScales[size_t(i)], desktop) == kPanelScales[size_t(i)]);
-    messageBox = new MessageBox(frame, "Ormund");
+    messageBox = new MessageBox(frame, product::kName);
     fileSheet = new FileSheet(frame);
     frame->addView(fileSheet);
     frame->addView(messageBox);

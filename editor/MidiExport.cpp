@@ -1,5 +1,6 @@
 #include "editor/MidiExport.h"
 
+#include "base/Product.h"
 #include "data/music/MidiFile.h"
 #include "data/parameters/Tags.h"
 #include "data/state/StateReader.h"
@@ -92,7 +93,7 @@ std::vector<uint8_t> exportMidi(KWUniClient& source, int bars)
     recorder.play(recorder.lastBeat, true);
     recorder.play(kBeatsPerBar * 4, false); // the rest of the sounding notes
     recorder.file.endTick = recorder.file.tickOf(recorder.lastBeat);
-    recorder.file.name = "Ormund";
+    recorder.file.name = product::kName;
     return recorder.file.write();
 }
 

@@ -1,5 +1,6 @@
 #include "platform/UserPlaces.h"
 
+#include "base/Product.h"
 #include "platform/KWFileio.h"
 
 #include <array>
@@ -14,7 +15,6 @@ namespace ormund {
 
 namespace {
 
-constexpr char kOwnFolder[] = "Kelda Works/Ormund";
 constexpr char kStoreFile[] = "settings.db";
 constexpr int kMostLevels = 6; // from within a bundle up to the prefix
 constexpr char kShippedFolder[] = "Global Presets/Factory";
@@ -38,9 +38,10 @@ std::string place(const char* variable, const char* inHome)
 {
     const char* value = std::getenv(variable);
     if (value && *value == '/')
-        return KWFileio::join(value, kOwnFolder);
+        return KWFileio::join(value, product::kFolder);
     const std::string user = home();
-    return user.empty() ? std::string() : KWFileio::join(KWFileio::join(user, inHome), kOwnFolder);
+    return user.empty() ? std::string()
+                        : KWFileio::join(KWFileio::join(user, inHome), product::kFolder);
 }
 
 std::string realPath(const std::string& path)

@@ -1,5 +1,7 @@
 #include "apps/host/HostedEffect.h"
 
+#include "base/Product.h"
+
 #include <cstdio>
 #include <dlfcn.h>
 #include <string_view>
@@ -10,8 +12,6 @@ namespace {
 
 // The instance that is being made calls its host before it is known from others.
 thread_local HostedEffect* hostInConstruction = nullptr;
-
-constexpr char kHostVendor[] = "Kelda Works";
 
 } // namespace
 
@@ -120,7 +120,7 @@ VstIntPtr HostedEffect::answer(
         if (!ptr)
             return 0;
         std::snprintf(static_cast<char*>(ptr), kVstMaxVendorStrLen, "%s",
-            opcode == audioMasterGetVendorString ? kHostVendor : product);
+            opcode == audioMasterGetVendorString ? product::kMaker : product);
         return 1;
     case audioMasterCanDo: {
         const std::string_view asked = ptr ? static_cast<const char*>(ptr) : "";

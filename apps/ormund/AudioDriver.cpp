@@ -4,6 +4,7 @@
 #include "apps/ormund/JackDriver.h"
 #include "apps/ormund/MidiApi.h"
 #include "apps/ormund/SilentDriver.h"
+#include "base/Product.h"
 
 #include <alsa/asoundlib.h>
 #include <jack/jack.h>
@@ -49,7 +50,7 @@ template <typename Port>
 void listPorts(std::vector<std::string>& names)
 {
     try {
-        Port port(RtMidi::LINUX_ALSA, "Ormund");
+        Port port(RtMidi::LINUX_ALSA, product::kName);
         for (unsigned i = 0; i < port.getPortCount(); ++i)
             names.push_back(port.getPortName(i));
     } catch (const RtMidiError&) {

@@ -1,6 +1,7 @@
 #include "apps/ormund/ClockedBlocks.h"
 
 #include "apps/ormund/MidiApi.h"
+#include "base/Product.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +11,6 @@ namespace ormund {
 
 namespace {
 
-constexpr char kClientName[] = "Ormund";
-constexpr char kPortName[] = "Ormund MIDI";
 constexpr int64_t kNanosPerSecond = 1000000000;
 // The audio thread wakes nobody, so the sender looks by itself, this often.
 constexpr int64_t kLookNanos = 500000;
@@ -21,7 +20,7 @@ std::string connectTo(Port& port, const std::string& part)
 {
     for (unsigned i = 0; i < port.getPortCount(); ++i)
         if (port.getPortName(i).find(part) != std::string::npos) {
-            port.openPort(i, kPortName);
+            port.openPort(i, product::kMidiName);
             return {};
         }
     return "there is no MIDI port named " + part + " (--list-devices shows them)";
@@ -33,7 +32,7 @@ std::string openPort(Port& port, const std::string& part)
 {
     if (!part.empty())
         return connectTo(port, part);
-    port.openVirtualPort(kPortName);
+    port.openVirtualPort(product::kMidiName);
     return {};
 }
 
@@ -69,14 +68,14 @@ void ClockedBlocks::openPorts(const std::string& midiIn, const std::string& midi
         return;
     }
     try {
-        input = std::make_unique<RtMidiIn>(api, kClientName);
+        input = std::make_unique<RtMidiIn>(api, product::kName);
         input->setCallback(
             [](double, std::vector<unsigned char>* bytes, void* self) {
                 static_cast<ClockedBlocks*>(self)->hear(bytes->data(), bytes->size());
             },
             this);
         trouble = openPort(*input, midiIn);
-        output = std::make_unique<RtMidiOut>(api, kClientName);
+        output = std::make_unique<RtMidiOut>(api, product::kName);
         if (const std::string second = openPort(*output, midiOut); trouble.empty())
             trouble = second;
     } catch (const RtMidiError& error) {

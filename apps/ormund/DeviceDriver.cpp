@@ -1,5 +1,7 @@
 #include "apps/ormund/DeviceDriver.h"
 
+#include "base/Product.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -124,7 +126,7 @@ std::string DeviceDriver::begin(
     options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_SCHEDULE_REALTIME;
     const bool hasServer = audio.getCurrentApi() == RtAudio::LINUX_PULSE;
     options.numberOfBuffers = hasServer ? kServerBuffers : kCardBuffers;
-    options.streamName = "Ormund";
+    options.streamName = product::kName;
     audio.openStream(
         &output, nullptr, RTAUDIO_FLOAT32, rate, &frames,
         [](void* out, void*, unsigned size, double, RtAudioStreamStatus, void* self) -> int {

@@ -1,6 +1,7 @@
 #include "apps/ormund/JackDriver.h"
 
 #include "apps/ormund/ClockedBlocks.h"
+#include "base/Product.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,9 +13,6 @@ namespace ormund {
 
 namespace {
 
-constexpr char kClientName[] = "Ormund";
-constexpr char kMidiInName[] = "Ormund MIDI in";
-constexpr char kMidiOutName[] = "Ormund MIDI out";
 constexpr double kTicksPerBeat = 1920;
 constexpr int64_t kOfferNanos = 500000000; // between two offers
 
@@ -28,7 +26,7 @@ PortNames portsOf(jack_client_t* client, const char* type, unsigned long flags)
 
 jack_client_t* join(jack_status_t* status = nullptr)
 {
-    return jack_client_open(kClientName, JackNoStartServer, status);
+    return jack_client_open(product::kName, JackNoStartServer, status);
 }
 
 } // namespace
@@ -97,8 +95,8 @@ std::string JackDriver::begin(const SoundWishes& wishes, const BeforeBlocks& bef
     };
     left = add("left", JACK_DEFAULT_AUDIO_TYPE, JackPortIsOutput);
     right = add("right", JACK_DEFAULT_AUDIO_TYPE, JackPortIsOutput);
-    midiInput = add(kMidiInName, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
-    midiOutput = add(kMidiOutName, JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput);
+    midiInput = add(product::kMidiInName, JACK_DEFAULT_MIDI_TYPE, JackPortIsInput);
+    midiOutput = add(product::kMidiOutName, JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput);
     if (!left || !right || !midiInput || !midiOutput)
         return "JACK has no ports left";
     before();

@@ -6,6 +6,7 @@
 #include "apps/host/HostedEffect.h"
 #include "apps/host/HostTransport.h"
 #include "base/Crossing.h"
+#include "base/Product.h"
 #include "base/Ring.h"
 
 #include <array>
@@ -41,7 +42,7 @@ public:
     static constexpr double kHighestTempo = 499;
     static constexpr int kBeatsPerBar = 4;
 
-    LiveHost() { product = "Ormund"; }
+    LiveHost() { product = product::kName; }
     ~LiveHost() { close(); }
 
     // --- the screen's thread --------------------------------------------------------------------

@@ -1,5 +1,6 @@
 #include "apps/ormund/PlayerWindow.h"
 
+#include "base/Product.h"
 #include "skin/draw/AppIcon.h"
 
 #include <cmath>
@@ -9,7 +10,6 @@ namespace ormund {
 namespace {
 
 constexpr int kIdleMs = 16;
-constexpr char kName[] = "Ormund";
 
 PixelImage pixelsOf(const Image& image)
 {
@@ -31,11 +31,11 @@ VstInt32 modifiersOf(const CKeyEvent& event)
 } // namespace
 
 PlayerWindow::PlayerWindow(Player& ownPlayer)
-    : player(ownPlayer), window(kName, TransportStrip::kWidth, TransportStrip::kHeight)
+    : player(ownPlayer), window(product::kName, TransportStrip::kWidth, TransportStrip::kHeight)
 {
     if (!window.isOpen())
         return;
-    window.setClass("ormund", kName);
+    window.setClass("ormund", product::kName);
     std::vector<PixelImage> icons;
     for (const int size : kIconSizes)
         icons.push_back(pixelsOf(*appIcon(size)));
@@ -98,7 +98,7 @@ bool PlayerWindow::run()
 void PlayerWindow::showTitle()
 {
     const std::string preset = player.presetName();
-    std::string wanted = preset.empty() ? kName : preset + " – " + kName;
+    std::string wanted = preset.empty() ? product::kName : preset + " – " + product::kName;
     if (wanted == title)
         return;
     title = std::move(wanted);

@@ -1,13 +1,13 @@
 #include "data/state/LoadResult.h"
 
+#include "base/Product.h"
+
 #include <array>
 #include <cstdio>
 
 namespace ormund {
 
 namespace {
-
-constexpr char kProduct[] = "Ormund";
 
 enum class Named : uint8_t { Nothing, Product, Path };
 struct Row {
@@ -37,7 +37,7 @@ std::string loadMessage(LoadResult result, std::string_view path)
     std::string text = row.text;
     const size_t place = text.find("%s");
     if (place != std::string::npos)
-        text.replace(place, 2, row.named == Named::Path ? path : std::string_view(kProduct));
+        text.replace(place, 2, row.named == Named::Path ? path : std::string_view(product::kName));
     return text;
 }
 

@@ -1,4 +1,5 @@
 // What a CLAP host may ask for beside blocks: parameters, state, ports, pages of controls.
+#include "base/Product.h"
 #include "host/formats/ClapMore.h"
 #include "host/formats/ClapPlugin.h"
 #include "host/formats/SavedState.h"
@@ -30,7 +31,7 @@ const clap_plugin_audio_ports_t kAudioPorts{
         if (isInput || index > 0)
             return false;
         *info = {};
-        copyText(info->name, "Ormund");
+        copyText(info->name, product::kName);
         info->flags = CLAP_AUDIO_PORT_IS_MAIN;
         info->channel_count = 2;
         info->port_type = CLAP_PORT_STEREO;
@@ -43,7 +44,7 @@ const clap_plugin_note_ports_t kNotePorts{[](const clap_plugin_t*, bool) -> uint
         if (index > 0)
             return false;
         *info = {};
-        copyText(info->name, "Ormund MIDI");
+        copyText(info->name, product::kMidiName);
         info->supported_dialects = CLAP_NOTE_DIALECT_MIDI | CLAP_NOTE_DIALECT_CLAP;
         info->preferred_dialect = CLAP_NOTE_DIALECT_MIDI;
         return true;

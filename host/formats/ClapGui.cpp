@@ -1,13 +1,14 @@
 // The editor in a CLAP host's window, or in one of its own.
 #include "host/formats/ClapPlugin.h"
 
+#include "base/Product.h"
+
 #include <cstring>
 
 namespace ormund {
 
 namespace {
 constexpr uint32_t kIdleMs = 16;
-constexpr char kTitle[] = "Ormund";
 } // namespace
 
 const clap_plugin_gui_t ClapPlugin::gui = {
@@ -93,7 +94,7 @@ bool ClapPlugin::showGui()
     if (!hasGui || window->isOpen())
         return hasGui;
     if (isFloating)
-        return window->openOwn(kTitle);
+        return window->openOwn(product::kName);
     return parent != 0 && window->openIn(parent);
 }
 

@@ -1,5 +1,7 @@
 #include "host/formats/ClapPlugin.h"
 
+#include "base/Product.h"
+
 #include <clap/plugin-factory.h>
 
 #include <cstring>
@@ -12,9 +14,9 @@ constexpr const char* kFeatures[] = {CLAP_PLUGIN_FEATURE_INSTRUMENT,
     nullptr};
 }
 
-const clap_plugin_descriptor_t ClapPlugin::descriptor = {CLAP_VERSION, "works.kelda.ormund",
-    "Ormund", "Kelda Works", "", "", "", ORMUND_VERSION,
-    "Performance step sequencer with an eight-voice synth", const_cast<const char**>(kFeatures)};
+const clap_plugin_descriptor_t ClapPlugin::descriptor = {CLAP_VERSION, product::kClapId,
+    product::kName, product::kMaker, "", "", "", ORMUND_VERSION, product::kSummary,
+    const_cast<const char**>(kFeatures)};
 
 ClapPlugin::ClapPlugin(const clap_host_t* itsHost) : functions(makeFunctions()), host(itsHost)
 {

@@ -1,5 +1,6 @@
 #include "host/formats/KWFormatWrapper.h"
 
+#include "base/Product.h"
 #include "host/effect/AEffEditor.h"
 #include "host/formats/Base64.h"
 #include "host/formats/FormatParameters.h"
@@ -13,7 +14,6 @@
 namespace ormund {
 
 namespace {
-constexpr char kName[] = "Ormund";
 constexpr const char* kCapabilities[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
 constexpr float kSameValue = 2e-6f; // texts of six digits
 constexpr int kAnyFrame = std::numeric_limits<int>::max();
@@ -350,7 +350,7 @@ VstIntPtr KWFormatWrapper::answer(
         return kVstProcessLevelRealtime;
     case audioMasterGetVendorString:
     case audioMasterGetProductString:
-        std::memcpy(ptr, kName, sizeof(kName));
+        std::memcpy(ptr, product::kName, sizeof(product::kName));
         return 1;
     case audioMasterCanDo:
         return std::any_of(

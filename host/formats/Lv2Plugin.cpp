@@ -38,7 +38,7 @@ Lv2Plugin::Lv2Plugin(double rate, const LV2_URID_Map& map)
 }
 
 const LV2_Descriptor Lv2Plugin::descriptor = {
-    .URI = lv2::kUri,
+    .URI = lv2::kLv2Uri,
     .instantiate = [](const LV2_Descriptor*, double rate, const char*,
                        const LV2_Feature* const* features) -> LV2_Handle {
         const LV2_URID_Map* map = mapOf(features);

@@ -1,15 +1,15 @@
 // The ports and names of the LV2 plug-in: what the module, its window and its description share.
 #pragma once
 
+#include "base/Product.h"
 #include "host/formats/FormatParameters.h"
 
 #include <cstdint>
 
 namespace ormund::lv2 {
 
-constexpr char kUri[] = "urn:kelda-works:ormund";
-// As it was called from the start; hosts remember it.
-constexpr char kUiUri[] = "urn:kelda-works:ormund#DPF_UI";
+using product::kLv2UiUri;
+using product::kLv2Uri;
 constexpr char kChunkKey[] = "urn:distrho:chunk"; // in sessions from the start
 
 constexpr uint32_t kLeft = 0;

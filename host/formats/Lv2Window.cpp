@@ -1,5 +1,6 @@
 // The editor in an LV2 host's window, or in one of its own. It reads the engine itself, so it lives
 // in the host's process, and the host gives it the instance.
+#include "base/Product.h"
 #include "host/formats/FormatWindow.h"
 #include "host/formats/Lv2Plugin.h"
 
@@ -10,7 +11,6 @@
 namespace ormund {
 
 namespace {
-constexpr char kTitle[] = "Ormund";
 
 template <class Data>
 Data* feature(const LV2_Feature* const* features, const char* uri)
@@ -40,7 +40,7 @@ public:
         return window.openIn(parent) && (sizeWanted(rect.right, rect.bottom), true);
     }
     unsigned long handle() const { return window.handle(); }
-    bool show() { return window.isOpen() || window.openOwn(kTitle); }
+    bool show() { return window.isOpen() || window.openOwn(product::kName); }
     void hide() { window.close(); }
     bool idle()
     {
@@ -90,7 +90,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const c
     const LV2_Feature* const* features)
 {
     auto* plugin = feature<Lv2Plugin>(features, LV2_INSTANCE_ACCESS_URI);
-    if (!plugin || !write || std::strcmp(pluginUri, lv2::kUri) != 0)
+    if (!plugin || !write || std::strcmp(pluginUri, lv2::kLv2Uri) != 0)
         return nullptr;
     auto window = std::make_unique<Lv2Window>(*plugin, write, controller, features);
     const auto parent = reinterpret_cast<unsigned long>(feature<void>(features, LV2_UI__parent));
@@ -117,7 +117,7 @@ const void* extensionOf(const char* uri)
 }
 
 const LV2UI_Descriptor kDescriptor = {
-    .URI = lv2::kUiUri,
+    .URI = lv2::kLv2UiUri,
     .instantiate = instantiate,
     .cleanup = [](LV2UI_Handle self) { delete &windowOf(self); },
     .port_event = [](LV2UI_Handle self, uint32_t port, uint32_t size, uint32_t protocol,

@@ -1,4 +1,5 @@
 // Busses, setup, state, and the factory that the host finds the plug-in by.
+#include "base/Product.h"
 #include "host/formats/SavedState.h"
 #include "host/formats/Vst3Plugin.h"
 
@@ -8,8 +9,6 @@
 namespace ormund {
 
 namespace {
-constexpr char kName[] = "Ormund";
-constexpr char kVendor[] = "Kelda Works";
 constexpr char kCategory[] = "Audio Module Class";
 constexpr char kSubCategories[] = "Instrument|Synth";
 constexpr char kInterface[] = "VST 3.7.4";
@@ -100,7 +99,7 @@ v3_component_cpp Vst3Plugin::componentTable()
         info->media_type = media;
         info->direction = direction;
         info->channel_count = media == V3_AUDIO ? 2 : vst3::kChannels;
-        copyWide(info->bus_name, media == V3_AUDIO ? "Ormund" : "Ormund MIDI");
+        copyWide(info->bus_name, media == V3_AUDIO ? product::kName : product::kMidiName);
         info->bus_type = V3_MAIN;
         info->flags = V3_DEFAULT_ACTIVE;
         return V3_OK;
@@ -249,14 +248,14 @@ v3_plugin_factory_cpp factoryTable()
     all.ref = all.unref = [](void*) -> uint32_t { return 1; };
     all.v1.get_factory_info = [](void*, v3_factory_info* info) -> v3_result {
         *info = {};
-        copyText(info->vendor, kVendor);
+        copyText(info->vendor, product::kMaker);
         info->flags = 0x10;
         return V3_OK;
     };
     all.v1.num_classes = [](void*) -> int32_t { return 1; };
     all.v1.get_class_info = [](void*, int32_t index, v3_class_info* info) -> v3_result {
         const v3_result result = fillClass(index, info);
-        copyText(info->name, kName);
+        copyText(info->name, product::kName);
         return result;
     };
     all.v1.create_instance = [](void*, const v3_tuid id, const v3_tuid iid,
@@ -271,18 +270,18 @@ v3_plugin_factory_cpp factoryTable()
     };
     all.v2.get_class_info_2 = [](void*, int32_t index, v3_class_info_2* info) -> v3_result {
         const v3_result result = fillClass(index, info);
-        copyText(info->name, kName);
+        copyText(info->name, product::kName);
         copyText(info->sub_categories, kSubCategories);
-        copyText(info->vendor, kVendor);
+        copyText(info->vendor, product::kMaker);
         copyText(info->version, ORMUND_VERSION);
         copyText(info->sdk_version, kInterface);
         return result;
     };
     all.v3.get_class_info_utf16 = [](void*, int32_t index, v3_class_info_3* info) -> v3_result {
         const v3_result result = fillClass(index, info);
-        copyWide(info->name, kName);
+        copyWide(info->name, product::kName);
         copyText(info->sub_categories, kSubCategories);
-        copyWide(info->vendor, kVendor);
+        copyWide(info->vendor, product::kMaker);
         copyWide(info->version, ORMUND_VERSION);
         copyWide(info->sdk_version, kInterface);
         return result;

@@ -1,4 +1,5 @@
 // Parameters with their texts, the controllers of MIDI, and the units that they stand in.
+#include "base/Product.h"
 #include "host/formats/Vst3Plugin.h"
 #include "host/formats/Vst3View.h"
 
@@ -204,7 +205,7 @@ v3_unit_information_cpp Vst3Plugin::unitsTable()
         info->id = index;
         info->parent_unit_id = index == kRootUnit ? kNoUnit : kRootUnit;
         copyWide(info->name,
-            index == kRootUnit ? "Ormund" : unitNames()[static_cast<size_t>(index) - 1]);
+            index == kRootUnit ? product::kName : unitNames()[static_cast<size_t>(index) - 1]);
         info->program_list_id = -1;
         return V3_OK;
     };

@@ -1,6 +1,8 @@
 // Writes the description of the LV2 plug-in into a folder, out of the table of parameters.
 #include "host/formats/Lv2Ports.h"
 
+#include "base/Product.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -33,15 +35,15 @@ std::string node(const std::string& name)
 {
     std::string text("<");
     for (const std::string& part :
-        {std::string(lv2::kUri), std::string("#"), name, std::string(">")})
+        {std::string(lv2::kLv2Uri), std::string("#"), name, std::string(">")})
         text += part;
     return text;
 }
 
 void writeManifest(std::ostream& out, const std::string& binary)
 {
-    out << kPrefixes << "<" << lv2::kUri << ">\n    a lv2:Plugin ;\n    lv2:binary <" << binary
-        << "> ;\n    rdfs:seeAlso <ormund.ttl> .\n\n<" << lv2::kUiUri
+    out << kPrefixes << "<" << lv2::kLv2Uri << ">\n    a lv2:Plugin ;\n    lv2:binary <" << binary
+        << "> ;\n    rdfs:seeAlso <ormund.ttl> .\n\n<" << lv2::kLv2UiUri
         << ">\n    a ui:X11UI ;\n    ui:binary <" << binary << R"(> ;
     lv2:extensionData ui:idleInterface , ui:showInterface ;
     lv2:optionalFeature ui:noUserResize , ui:parent , ui:resize , ui:touch ;
@@ -113,11 +115,13 @@ void writeControl(std::ostream& out, int number)
 
 void writePlugin(std::ostream& out)
 {
-    out << kPrefixes << "<" << lv2::kUri << ">\n    a lv2:InstrumentPlugin, lv2:Plugin ;\n"
-        << R"(    doap:name "Ormund" ;
+    out << kPrefixes << "<" << lv2::kLv2Uri << ">\n    a lv2:InstrumentPlugin, lv2:Plugin ;\n"
+        << "    doap:name \"" << product::kName << R"(" ;
     doap:license <https://spdx.org/licenses/ISC> ;
-    doap:shortdesc "Performance step sequencer with an eight-voice synth" ;
-    rdfs:comment "Performance step sequencer with an eight-voice synth" ;
+    doap:shortdesc ")"
+        << product::kSummary << R"(" ;
+    rdfs:comment ")"
+        << product::kSummary << R"(" ;
     lv2:project )"
         << node("project") << R"( ;
     lv2:minorVersion 2 ;
@@ -126,20 +130,21 @@ void writePlugin(std::ostream& out)
     lv2:requiredFeature urid:map ;
     lv2:optionalFeature lv2:hardRTCapable , state:threadSafeRestore ;
     ui:ui <)"
-        << lv2::kUiUri << "> ;\n    pg:mainOutput " << node("stereo") << " ;\n    lv2:port";
+        << lv2::kLv2UiUri << "> ;\n    pg:mainOutput " << node("stereo") << " ;\n    lv2:port";
     for (const char* side : {"left", "right"})
         out << (*side == 'l' ? "" : " ,\n   ")
             << " [\n        a lv2:OutputPort, lv2:AudioPort ;\n        lv2:index "
             << (*side == 'l' ? lv2::kLeft : lv2::kRight)
-            << " ;\n        lv2:symbol \"lv2_audio_out_"
-            << (*side == 'l' ? "1\" ;\n        lv2:name \"Ormund Left"
-                             : "2\" ;\n        lv2:name \"Ormund Right")
+            << " ;\n        lv2:symbol \"lv2_audio_out_" << (*side == 'l' ? 1 : 2)
+            << "\" ;\n        lv2:name \""
+            << (*side == 'l' ? product::kLeftName : product::kRightName)
             << "\" ;\n        pg:group " << node("stereo")
             << " ;\n        lv2:designation pg:" << side << " ;\n    ]";
     out << " ,\n    [\n        a lv2:InputPort, atom:AtomPort ;\n        lv2:index "
         << lv2::kEventsIn << R"( ;
         lv2:symbol "lv2_events_in" ;
-        lv2:name "Ormund MIDI" ;
+        lv2:name ")"
+        << product::kMidiName << R"(" ;
         lv2:designation lv2:control ;
         atom:bufferType atom:Sequence ;
         atom:supports midi:MidiEvent , time:Position ;
@@ -147,7 +152,8 @@ void writePlugin(std::ostream& out)
         << lv2::kEventBytes << " ;\n    ] ,\n    [\n        a lv2:OutputPort, atom:AtomPort ;\n"
         << "        lv2:index " << lv2::kEventsOut << R"( ;
         lv2:symbol "lv2_events_out" ;
-        lv2:name "Ormund MIDI" ;
+        lv2:name ")"
+        << product::kMidiName << R"(" ;
         lv2:designation lv2:control ;
         atom:bufferType atom:Sequence ;
         atom:supports midi:MidiEvent , state:StateChanged ;
@@ -158,9 +164,11 @@ void writePlugin(std::ostream& out)
     out << " .\n\n"
         << node("project") << R"(
     a doap:Project ;
-    doap:name "Ormund" ;
+    doap:name ")"
+        << product::kName << R"(" ;
     doap:license <https://spdx.org/licenses/ISC> ;
-    doap:maintainer [ foaf:name "Kelda Works" ] .
+    doap:maintainer [ foaf:name ")"
+        << product::kMaker << R"(" ] .
 
 )" << node("stereo")
         << R"(

@@ -1,5 +1,6 @@
 #include "host/plugin/DescribedEffect.h"
 
+#include "base/Product.h"
 #include "data/parameters/Parameters.h"
 #include "data/parameters/Tags.h"
 
@@ -11,9 +12,6 @@
 namespace ormund {
 
 namespace {
-constexpr char kName[] = "Ormund";
-constexpr char kVendor[] = "Kelda Works";
-constexpr VstInt32 kVendorVersion = 1061;
 constexpr char kNoParameter[] = "empty";
 constexpr size_t kTextRoom = kVstMaxParamStrLen;
 
@@ -102,7 +100,7 @@ bool DescribedEffect::getOutputProperties(VstInt32 index, VstPinProperties* prop
     if (index < 0 || index >= 2 || !properties)
         return false;
     *properties = {};
-    copyText(properties->label, index == 0 ? "Ormund Left" : "Ormund Right");
+    copyText(properties->label, index == 0 ? product::kLeftName : product::kRightName);
     copyText(properties->shortLabel, index == 0 ? "Left" : "Right");
     properties->flags = kVstPinIsActive | kVstPinIsStereo;
     return true;
@@ -110,7 +108,7 @@ bool DescribedEffect::getOutputProperties(VstInt32 index, VstPinProperties* prop
 
 bool DescribedEffect::getEffectName(char* name)
 {
-    std::snprintf(name, kVstMaxEffectNameLen, "%s", kName);
+    std::snprintf(name, kVstMaxEffectNameLen, "%s", product::kName);
     return true;
 }
 
@@ -118,11 +116,11 @@ bool DescribedEffect::getProductString(char* text) { return getEffectName(text);
 
 bool DescribedEffect::getVendorString(char* text)
 {
-    std::snprintf(text, kVstMaxVendorStrLen, "%s", kVendor);
+    std::snprintf(text, kVstMaxVendorStrLen, "%s", product::kMaker);
     return true;
 }
 
-VstInt32 DescribedEffect::getVendorVersion() { return kVendorVersion; }
+VstInt32 DescribedEffect::getVendorVersion() { return product::kHostVersion; }
 
 VstInt32 DescribedEffect::canDo(const char* text)
 {

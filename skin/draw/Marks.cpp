@@ -1,6 +1,8 @@
 // The product's and the maker's marks, the about page, and the rings over controls.
 #include "skin/draw/Parts.h"
 
+#include "base/Product.h"
+
 #include <numbers>
 
 namespace ormund {
@@ -9,7 +11,6 @@ using namespace palette;
 
 namespace {
 
-constexpr const char* kProduct = "Ormund";
 constexpr const char* kMaker = "KELDA WORKS";
 // From the build, without the packaging number.
 constexpr const char* kVersion = "Version " ORMUND_VERSION;
@@ -37,7 +38,7 @@ void drawProductMark(Paint& paint, int frame)
 {
     const Ink word = markInk(Look(frame), kText);
     productRing(paint, 11, 10.5, 9.8, word);
-    paint.text(kProduct, 26, 10.5, {18, 0, Weight::Medium}, word);
+    paint.text(product::kName, 26, 10.5, {18, 0, Weight::Medium}, word);
 }
 
 void drawMakerMark(Paint& paint, int frame)
@@ -54,7 +55,7 @@ void drawAboutPage(Paint& paint, int)
     paint.frame(0, 0, w, h, 6, kMenuFrame);
     paint.rounded(5, 5, w - 10, h - 10, 4, kPanel);
     productRing(paint, 72, 92, 36, kText);
-    paint.text(kProduct, 128, 84, {34, -0.3, Weight::Medium}, kText);
+    paint.text(product::kName, 128, 84, {34, -0.3, Weight::Medium}, kText);
     paint.text("Performance step sequencer", 129, 113, {13, 0, Weight::Medium}, kLabel);
 
     // Five bars, a hue for each track.
@@ -67,7 +68,7 @@ void drawAboutPage(Paint& paint, int)
 
     paint.rect(36, 160, w - 72, 1, kHairline);
     paint.text(kVersion, 36, 183, {13, 0, Weight::Medium}, kText);
-    paint.text("Kelda Works", 36, 203, {13, 0, Weight::Medium}, kLabel);
+    paint.text(product::kMaker, 36, 203, {13, 0, Weight::Medium}, kLabel);
     paint.text("Free software under the ISC licence, see the file LICENSE.", 36, 226, type::kValue,
         kLabel);
     paint.text("Lettering: Inter, SIL Open Font License 1.1.", 36, 242, type::kValue, kLabel);

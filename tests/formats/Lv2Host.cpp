@@ -24,7 +24,7 @@
 namespace ormund {
 
 namespace {
-constexpr char kUri[] = "urn:kelda-works:ormund";
+constexpr char kLv2Uri[] = "urn:kelda-works:ormund";
 constexpr size_t kPortBytes = 65536;
 
 // All identifiers of this program.
@@ -43,7 +43,7 @@ public:
         LilvNode* bundle = lilv_new_file_uri(world, nullptr, ORMUND_BIN_DIR "/ormund.lv2/");
         lilv_world_load_bundle(world, bundle);
         lilv_node_free(bundle);
-        LilvNode* uri = lilv_new_uri(world, kUri);
+        LilvNode* uri = lilv_new_uri(world, kLv2Uri);
         plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), uri);
         lilv_node_free(uri);
         if (!plugin)
@@ -119,7 +119,7 @@ public:
         features.push_back(nullptr);
         LV2UI_Widget widget = nullptr;
         editor = ui->instantiate(
-            ui, kUri, ORMUND_BIN_DIR "/ormund.lv2/", write, this, &widget, features.data());
+            ui, kLv2Uri, ORMUND_BIN_DIR "/ormund.lv2/", write, this, &widget, features.data());
         idler = static_cast<const LV2UI_Idle_Interface*>(ui->extension_data(LV2_UI__idleInterface));
         return editor && widget && idler;
     }
