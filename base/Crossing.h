@@ -56,8 +56,8 @@ private:
 class OneWayFlag {
 public:
     void raise() noexcept { cell.store(true); }
-    // What was done before is seen by whoever finds it lowered. To see it raised for too long does
-    // no harm, so this does not wait for the other processors as raise() must.
+    // What was done before is seen by the thread that finds it lowered. To see it raised for too
+    // long does no harm, so this does not wait for the other processors as raise() must.
     void lower() noexcept { cell.store(false, std::memory_order_release); }
     bool isRaised() const noexcept { return cell.load(); }
     // Takes the flag if it is free. The one who got true lowers it again.

@@ -24,7 +24,7 @@ public:
         kTrigger = 2,
         kTriggerToo = 3,
         kHeld = 4,            // until the last mouse button is up
-        kMomentaryMoving = 5, // tells of each move as well
+        kMomentaryMoving = 5, // reports each move as well
         kToggleTwo = 6,       // 1 with the left button, 2 with the right
         kOnRelease = 7,
         kMenuOpener = 8,

@@ -18,7 +18,7 @@ class CFontDesc;
 class KWFrame;
 
 // Screen thread only; what the engine owns is read by polling. A control never writes to the
-// engine (the step views excepted): it changes its value and tells its listener, with beginEdit
+// engine (the step views excepted): it changes its value and notifies its listener, with beginEdit
 // and endEdit around each gesture.
 class KWControl : public CControl {
 public:

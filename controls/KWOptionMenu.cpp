@@ -1,4 +1,4 @@
-// A menu's entries and what its children tell it. Drawing, the open list and the folders have files
+// A menu's entries and what its children report. Drawing, the open list and the folders have files
 // of their own.
 #include "controls/KWOptionMenu.h"
 

@@ -19,7 +19,7 @@ struct KWPolyObjectSet {
     };
     std::vector<Object> objects;
     std::vector<uint8_t> alpha; // one per object, or empty for none
-    int revision = 0;           // raised by whoever changes the set
+    int revision = 0;           // raised with each change of the set
 };
 
 class KWPolyObjectView : public KWControl {

@@ -34,7 +34,7 @@ public:
     KWKeyState* keyState() const;
 
     void setParameter(int tag, float value);
-    void setParameterAutomated(int tag, float value); // tells the host too
+    void setParameterAutomated(int tag, float value); // and reports it to the host
     void beginEdit(int tag);                          // tags below 46 alone
     void endEdit(int tag);
     void setSetting(int tag, bool on); // 378 or 379; kept in the key store

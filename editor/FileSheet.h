@@ -28,7 +28,7 @@ public:
     void endModal(int result) override;
     CRect focusRect() const override { return {}; }
 
-    // For whoever drives it: a row's rectangle, empty when it is not shown, and the two buttons.
+    // For tests: a row's rectangle, empty when it is not shown, and the two buttons.
     CRect rowRect(int index) const;
     int findRow(const std::string& name) const;
     CRect acceptRect() const;

@@ -4,7 +4,7 @@
 
 namespace ormund {
 
-// The popup of the step views: two titles that tell the track and the step under the mouse, then
+// The popup of the step views: two titles that name the track and the step under the mouse, then
 // "midi Learn" and "clear".
 class LearnMenu : public KWOptionMenu {
 public:

@@ -15,7 +15,7 @@ constexpr int kPerformanceZoneLow = 52;
 constexpr float kVelocityOffsets[] = {1.2e-06f, 2.4e-06f, 3.6e-06f, 0.0f};
 constexpr float kVelocityScale = 0.0078125f;
 
-// In this order the buttons are told of their keys.
+// In this order the buttons get their keys.
 constexpr int kButtonOrder[kPerformanceKeys] = {0, 1, 5, 4, 3, 2, 7, 6};
 
 constexpr size_t at(int index) { return static_cast<size_t>(index); }

@@ -62,7 +62,7 @@ void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
     cells.wantedForgotten = false;
 
     // After a load the cell falls to the first pattern for a tick; then the wanted one is taken
-    // anew, so that its stored values are replayed.
+    // again, so that its stored values are replayed.
     const float pulseNow =
         cells.pulseReload.changed(clock.reload) && clock.reload != 0 ? kRestartPulse : 0.0f;
     if (cells.pulse.changed(pulseNow)) {

@@ -25,7 +25,7 @@ struct ScreenValues {
     std::array<Crossing<float>, kModTracks> modValue{}; // 0 to 1
     Crossing<float> bendSemitones = 0.0f;
 
-    // Raised by whoever changes what is shown; the screen lowers them at idle.
+    // Raised by the code that changes what is shown; the screen lowers them at idle.
     OneWayFlag redraw; // everything may have changed
     OneWayFlag presetNamesChanged;
     OneWayFlag presetListRebuild;

@@ -47,7 +47,7 @@ private:
 class SlowdownLink {
 public:
     explicit SlowdownLink(SwingRing& ring) : swing(ring, SwingRing::Slowdown) { }
-    // `curve` tells how fast the speed decays.
+    // `curve` says how fast the speed decays.
     float tick(float count, bool on, float curve, const StepSpeed& speed);
     bool isActive() const { return active; }
 

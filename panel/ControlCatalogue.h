@@ -13,7 +13,7 @@ namespace ormund {
 
 // The whole face of the instrument as one table, a row per control, in the order of building: what
 // comes later lies above and gets the mouse first. Building, value dispatch, hints, learning and
-// the tests all walk this table; nothing about a control is told twice.
+// the tests all walk this table; nothing about a control is said twice.
 //
 // Rectangles are in panel pixels of a panel of 1001 x 695. Constant data: any thread may read it.
 
@@ -84,7 +84,7 @@ enum class Binding : uint8_t {
 
 // What a change of the control does, besides the scaled call of setParameter that its row gives.
 enum class Action : uint8_t {
-    SetParameter, // tag, value * scale; tags 0 to 45 tell the host too
+    SetParameter, // tag, value * scale; tags 0 to 45 notify the host too
     Nothing,
     LoadMap,
     SaveMap,

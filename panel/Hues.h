@@ -1,4 +1,4 @@
-// The hues that tell the parts of the panel apart, in their order in the strip of the loop bars.
+// The hues of the parts of the panel, in their order in the strip of the loop bars.
 #pragma once
 
 #include <cstdint>

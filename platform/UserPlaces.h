@@ -8,7 +8,7 @@ namespace ormund {
 // $HOME, or what the user's entry says where that is no absolute path; "/" where neither is.
 std::string homeFolder();
 
-// Each is empty when it cannot be told, for instance without a home.
+// Each is empty when it is unknown, for instance without a home.
 struct UserPlaces {
     std::string store;     // file of the key store
     std::string content;   // root of the preset folders

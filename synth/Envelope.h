@@ -15,7 +15,7 @@ struct EnvelopeTimes {
     float ticksPerMs = 0;
 };
 
-// Audio thread only. A trigger that differs from the last one starts the envelope anew when it is
+// Audio thread only. A trigger that differs from the last one restarts the envelope when it is
 // above 0 and releases it otherwise.
 class Envelope {
 public:

@@ -15,7 +15,7 @@ public:
     void setFrequency(int voice, float hertz, float sampleRate);
     // A new note starts at the beginning of a period, with an empty integrator.
     void restart(int voice);
-    // After a change of the sample rate: the next setFrequency() computes everything anew.
+    // After a change of the sample rate: the next setFrequency() computes everything again.
     void forgetFrequencies();
 
     struct State {

@@ -20,7 +20,7 @@ public:
         Lanes increment; // two units are a period
         Lanes inverseIncrement;
         Lanes widthStep; // a sample
-        Lanes fall;      // the phase, running down from 1 to -1: signs tell the sides of an edge
+        Lanes fall;      // the phase, running down from 1 to -1: signs give the sides of an edge
         Lanes width;     // 2 * width - 1
         Lanes previous;  // the last sample before the smoothing filter
     };

@@ -17,7 +17,7 @@ namespace ormund {
 
 class CDrawContext;
 
-// The images of the resource ids, drawn or decoded by whoever knows them.
+// The images of the resource ids, drawn or decoded by the provider that knows them.
 class CBitmapProvider {
 public:
     // Some whole frames of a strip. The first row is `top` of the whole image, in device pixels.

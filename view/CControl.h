@@ -1,4 +1,4 @@
-// A view with a value in a range, a tag that says what the value is, and a listener to tell.
+// A view with a value in a range, a tag that says what the value is, and a listener to notify.
 #pragma once
 
 #include "view/CControlListener.h"
@@ -22,7 +22,8 @@ public:
     virtual float getDefaultValue() const { return defaultValue; }
     // To the maximum first, then to the minimum.
     virtual void bounceValue();
-    // Whether a press with these buttons resets the control; it then does, and tells the listener.
+    // Whether a press with these buttons resets the control; it then does, and notifies the
+    // listener.
     virtual bool checkDefaultValue(int buttons);
 
     virtual void setTag(long newTag) { tag = newTag; }

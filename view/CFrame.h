@@ -11,7 +11,7 @@
 
 namespace ormund {
 
-// What a frame tells the editor that it belongs to.
+// What a frame reports to the editor that it belongs to.
 class VSTGUIEditorInterface {
 public:
     virtual ~VSTGUIEditorInterface() = default;
@@ -60,7 +60,7 @@ public:
     // in milliseconds and `button` the one pressed.
     //
     // One gesture at a time: until the button that began it is released, other buttons and the
-    // wheel do nothing, and the views are not told of them.
+    // wheel do nothing, and the views do not get them.
     void windowMouseDown(const CPoint& where, int buttons, int button, uint32_t time);
     void windowMouseUp(const CPoint& where, int buttons);
     void windowMouseMoved(const CPoint& where, int buttons);

@@ -29,7 +29,7 @@ public:
     virtual void invalidRect(const CRect& rect);
     void invalid() { invalidRect(size); }
 
-    // Visibility. A change paints the view's rectangle anew.
+    // Visibility. A change repaints the view's rectangle.
     virtual void setVisible(bool on);
     virtual bool isVisible() const { return visible; }
 

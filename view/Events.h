@@ -1,4 +1,4 @@
-// What the mouse and the keyboard tell a view.
+// What the mouse and the keyboard report to a view.
 #pragma once
 
 #include <cstdint>

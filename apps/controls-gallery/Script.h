@@ -17,7 +17,7 @@ namespace ormund {
 
 class Gallery;
 
-// False at the first line that fails, which `error` then tells.
+// False at the first line that fails, which `error` then names.
 bool playScript(Gallery& gallery, std::istream& script, std::string& error);
 bool writeGalleryPng(Gallery& gallery, const std::string& path);
 

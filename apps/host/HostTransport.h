@@ -1,5 +1,5 @@
-// A host's transport as the effect interface tells it: play, stop, locate, tempo, cycle. Positions
-// are quarter notes. The thread that runs the blocks; nothing allocates.
+// A host's transport as the effect interface reports it: play, stop, locate, tempo, cycle.
+// Positions are quarter notes. The thread that runs the blocks; nothing allocates.
 #pragma once
 
 #include "host/effect/EffectTypes.h"

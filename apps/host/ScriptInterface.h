@@ -8,10 +8,10 @@
 
 namespace ormund {
 
-// A preset (kwe, kws) or a map of controllers (kwm), told apart by the name's ending. Empty, or
+// A preset (kwe, kws) or a map of controllers (kwm), distinguished by the name's ending. Empty, or
 // what is wrong, in one line.
 std::string loadFile(HostedEffect& host, const std::string& path);
-// A preset (kwe); what is wrong is left to the plug-in's own window to tell.
+// A preset (kwe); what is wrong is left to the plug-in's own window to show.
 void loadInWindow(HostedEffect& host, const std::string& path);
 // kwe, or kws where the name ends so. Empty, or what is wrong.
 std::string savePreset(HostedEffect& host, const std::string& path);

@@ -115,7 +115,7 @@ std::optional<int> CommandLine::parse(int count, char** arguments)
 
 int CommandLine::refuse(const std::string& why) const
 {
-    std::fprintf(stderr, "%s: %s (--help tells more)\n", parser->app.get_name().c_str(),
+    std::fprintf(stderr, "%s: %s (--help says more)\n", parser->app.get_name().c_str(),
         terminalText(why).c_str());
     return kUsageError;
 }

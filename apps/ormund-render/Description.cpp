@@ -13,9 +13,9 @@ std::string describeFile(const std::string& path, bool asJson)
     if (!readWords(path, words, problem))
         return problem;
     const size_t dot = path.rfind('.');
-    const StateDescription told(words, dot == std::string::npos ? "" : path.substr(dot + 1));
-    std::fputs((asJson ? told.json() : told.text()).c_str(), stdout);
-    return told.isBroken() ? path + ": " + told.problem() : "";
+    const StateDescription description(words, dot == std::string::npos ? "" : path.substr(dot + 1));
+    std::fputs((asJson ? description.json() : description.text()).c_str(), stdout);
+    return description.isBroken() ? path + ": " + description.problem() : "";
 }
 
 } // namespace ormund

@@ -83,16 +83,16 @@ std::vector<uint32_t> built(const std::string& presets, const std::string& sourc
 class WalkTable {
 public:
     WalkTable(const std::vector<uint32_t>& fileWords, const std::string& extension)
-        : words(fileWords), told(words, extension)
+        : words(fileWords), description(words, extension)
     {
-        if (told.isBroken())
+        if (description.isBroken())
             throw std::runtime_error("the walked file is broken");
     }
     void head() { text += "| byte | word | bytes | value | meaning |\n|---:|---:|---|---|---|\n"; }
     void show(size_t from, size_t count)
     {
-        for (size_t i = from; i < std::min(from + count, told.notes().size()); ++i) {
-            const WordNote& note = told.notes()[i];
+        for (size_t i = from; i < std::min(from + count, description.notes().size()); ++i) {
+            const WordNote& note = description.notes()[i];
             text += "| " + std::to_string(note.word * 4) + " | " + std::to_string(note.word)
                 + " | `" + bytesOf(words, note) + "` | " + valueOf(words, note) + " | "
                 + note.meaning + " |\n";
@@ -101,17 +101,17 @@ public:
     void gap() { text += "| .. | .. | .. | .. | .. |\n"; }
     size_t find(const std::string& meaning, size_t from = 0) const
     {
-        for (size_t i = from; i < told.notes().size(); ++i)
-            if (told.notes()[i].meaning.find(meaning) != std::string::npos)
+        for (size_t i = from; i < description.notes().size(); ++i)
+            if (description.notes()[i].meaning.find(meaning) != std::string::npos)
                 return i;
         throw std::runtime_error("the walk has no " + meaning);
     }
-    size_t size() const { return told.notes().size(); }
+    size_t size() const { return description.notes().size(); }
     std::string text;
 
 private:
     std::vector<uint32_t> words;
-    StateDescription told;
+    StateDescription description;
 };
 
 } // namespace

@@ -34,15 +34,15 @@ bool asksFor(const std::string& device, const char* api, std::string& part)
 OpenedDriver openFirst(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before)
 {
     OpenedDriver opened = JackDriver::open(host, wishes, before);
-    std::string told = opened.problem;
+    std::string problems = opened.problem;
     for (const RtAudio::Api api : kApis) {
         if (opened.driver)
             return opened;
         opened = DeviceDriver::open(host, wishes, before, api, "");
-        told += ", " + opened.problem;
+        problems += ", " + opened.problem;
     }
     if (!opened.driver)
-        opened.problem = told;
+        opened.problem = problems;
     return opened;
 }
 

@@ -38,8 +38,8 @@ struct OpenedDriver {
     std::unique_ptr<AudioDriver> driver;
     std::string problem;
 };
-// Called when a driver is sure of its device and about to touch the host: whoever ran the blocks
-// until then must have ended when this returns.
+// Called when a driver is sure of its device and about to touch the host: the code that ran the
+// blocks until then must have ended when this returns.
 using BeforeBlocks = std::function<void()>;
 OpenedDriver openSound(LiveHost& host, const SoundWishes& wishes, const BeforeBlocks& before);
 

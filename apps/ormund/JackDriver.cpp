@@ -203,30 +203,30 @@ SharedSong::Report JackDriver::report()
 {
     jack_position_t position;
     const jack_transport_state_t state = jack_transport_query(client, &position);
-    SharedSong::Report told;
-    told.rolling = state == JackTransportRolling;
-    told.frame = position.frame;
+    SharedSong::Report found;
+    found.rolling = state == JackTransportRolling;
+    found.frame = position.frame;
     // While it stands nobody is asked for bars.
-    lacksBars = told.rolling && !givesBars && !(position.valid & JackPositionBBT) ? 1 : 0;
+    lacksBars = found.rolling && !givesBars && !(position.valid & JackPositionBBT) ? 1 : 0;
     const bool fits = position.beat_type > 0 && position.beats_per_bar > 0
         && position.ticks_per_beat > 0 && position.beats_per_minute > 0;
-    // What stands there may be what was told from here, before the user changed the tempo.
-    const bool isOwn = givesBars || (!told.rolling && position.beats_per_minute == toldTempo);
+    // What stands there may be what was reported from here, before the user changed the tempo.
+    const bool isOwn = givesBars || (!found.rolling && position.beats_per_minute == reportedTempo);
     if (isOwn || !(position.valid & JackPositionBBT) || !fits)
-        return told;
+        return found;
     const double quartersPerBeat = 4.0 / static_cast<double>(position.beat_type);
     const double tick =
         position.valid & JackTickDouble ? position.tick_double : static_cast<double>(position.tick);
     const double beats = (position.bar - 1) * static_cast<double>(position.beats_per_bar)
         + (position.beat - 1) + tick / position.ticks_per_beat;
-    told.hasBars = true;
-    told.tempo = position.beats_per_minute * quartersPerBeat;
-    told.quarters = beats * quartersPerBeat;
-    told.resolution = quartersPerBeat / position.ticks_per_beat;
+    found.hasBars = true;
+    found.tempo = position.beats_per_minute * quartersPerBeat;
+    found.quarters = beats * quartersPerBeat;
+    found.resolution = quartersPerBeat / position.ticks_per_beat;
     // The bars may belong to a frame before the block's first.
     if (position.valid & JackBBTFrameOffset)
-        told.quarters += position.bbt_offset * told.tempo / 60.0 / position.frame_rate;
-    return told;
+        found.quarters += position.bbt_offset * found.tempo / 60.0 / position.frame_rate;
+    return found;
 }
 
 void JackDriver::tellBars(jack_nframes_t frames, jack_position_t& position)
@@ -243,8 +243,8 @@ void JackDriver::tellBars(jack_nframes_t frames, jack_position_t& position)
     position.beats_per_bar = LiveHost::kBeatsPerBar;
     position.beat_type = 4;
     position.ticks_per_beat = kTicksPerBeat;
-    toldTempo = host.ownTempo();
-    position.beats_per_minute = toldTempo;
+    reportedTempo = host.ownTempo();
+    position.beats_per_minute = reportedTempo;
 }
 
 int JackDriver::process(jack_nframes_t frames)

@@ -52,7 +52,7 @@ private:
     SharedSong song;
     void* midiBuffer = nullptr; // during process()
     bool givesBars = false;     // since the last block: nobody else does
-    double toldTempo = 0;       // with the last bars; 0 before
+    double reportedTempo = 0;   // with the last bars; 0 before
 };
 
 } // namespace ormund

@@ -17,7 +17,7 @@ public:
     // Once an idle. A button that differs from the transport is the user's doing only after the
     // transport has stood or rolled long enough for the engine to have set the button by itself.
     Wish look(const Seen& seen);
-    // The transport was told to start or stop by another way.
+    // The transport was asked to start or stop by another way.
     void transportTold() { calm = 0; }
 
 private:

@@ -22,7 +22,7 @@ public:
     std::string start(std::optional<double> tempo);
     std::string openSound(const SoundWishes& wishes);
     std::string load(const std::string& file);
-    void choosePreset(const std::string& file); // the window tells what is wrong
+    void choosePreset(const std::string& file); // the window shows what is wrong
     // Now and then: keeps the panel's own play button and the transport together. Where the sound
     // is lost the song runs on without, as its messages do, and the sound is tried again.
     void idle();

@@ -11,7 +11,7 @@ namespace ormund {
 // Audio thread.
 class SharedSong {
 public:
-    // What the server tells of a block's first frame.
+    // What the server reports of a block's first frame.
     struct Report {
         bool rolling = false;
         int64_t frame = 0;
@@ -25,8 +25,8 @@ public:
 
     // `frames` is the block's length; the tempo counts where nobody else gives one.
     LiveHost::SharedPlace follow(const Report& report, double ownTempo, int frames);
-    // Quarter notes at a frame that is told to all others, by the own tempo. After a jump the song
-    // counts from frame 0 at that tempo; a tempo that changes on the way moves nothing.
+    // Quarter notes at a frame that is reported to all others, by the own tempo. After a jump the
+    // song counts from frame 0 at that tempo; a tempo that changes on the way moves nothing.
     double beatAt(int64_t frame, double ownTempo, int frames);
 
 private:

@@ -62,12 +62,12 @@ void runWindow(Player& player, PlayerWindow& window)
 
 void runWithoutWindow(Player& player)
 {
-    std::string told;
+    std::string shown;
     while (!endWanted) {
-        if (std::string sound = player.soundText(); sound != told) {
+        if (std::string sound = player.soundText(); sound != shown) {
             std::printf("Ormund is on: %s. Ctrl+C ends.\n", sound.c_str());
             std::fflush(stdout);
-            told = std::move(sound);
+            shown = std::move(sound);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(kIdleMs));
         player.idle();

@@ -17,7 +17,7 @@ constexpr float kMaxSampleRate = 196000.0f;
 constexpr double kMinTempo = 45.0;
 constexpr double kMaxTempo = 500.0; // a tempo of this or more is ignored
 
-// Told on the audio thread, inside a tick, that the tempo has changed.
+// Notified on the audio thread, inside a tick, that the tempo has changed.
 class KWBPMChangeInterface {
 public:
     virtual ~KWBPMChangeInterface() = default;

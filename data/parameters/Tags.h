@@ -9,7 +9,7 @@ inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
 inline constexpr int kStepLanes = 4 + kModTracks; // pitch, performance, velocity, gate and these
 
-// Where a family of eight goes on, the name stands for its first and the comment tells the step.
+// Where a family of eight goes on, the name stands for its first and the comment gives the step.
 namespace Tag {
 
 // Pitch and notes

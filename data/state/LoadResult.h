@@ -1,4 +1,4 @@
-// How a load or a save ended, and what the user is told of it.
+// How a load or a save ended, and what the user reads of it.
 #pragma once
 
 #include <cstdint>

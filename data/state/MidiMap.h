@@ -28,7 +28,7 @@ std::optional<CcAssignment> assignmentOfWords(int32_t tag, int32_t step);
 // Lists of fixed room for the 128 controllers and one for channel pressure.
 //
 // Threads: the audio thread moves controllers and adds what is learned; any other thread may change
-// the map and read it. Whoever changes the map from outside raises `mapBusy` and waits until the
+// the map and read it. A change of the map from outside raises `mapBusy` and waits until the
 // message in flight is through; the audio thread drops a message that comes meanwhile, so it never
 // waits. Reading a list needs neither: an entry is written before it is counted.
 class MidiMap {

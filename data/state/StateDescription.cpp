@@ -96,7 +96,8 @@ struct Stop {
 
 class StateDescription::Walk {
 public:
-    Walk(const std::vector<uint32_t>& file, StateDescription& told) : out(told), json(*told.root)
+    Walk(const std::vector<uint32_t>& file, StateDescription& description)
+        : out(description), json(*description.root)
     {
         chunk.assign(file);
     }
@@ -191,7 +192,7 @@ private:
             fail("the number of words is too small");
     }
 
-    // A preset of either kind says the same in its head; only the rest tells them apart.
+    // A preset of either kind says the same in its head; only the rest differs.
     bool isGlobal(const std::string& extension)
     {
         DetachedSong song;
@@ -254,79 +255,79 @@ private:
 
     void record(Json& parameters, int32_t key, const ParameterEntry* entry, int32_t size)
     {
-        Json& told = parameters.emplace_back(Json::object());
-        told["key"] = key;
+        Json& entryJson = parameters.emplace_back(Json::object());
+        entryJson["key"] = key;
         if (const char* name = aboutName(key)) {
-            told["name"] = name;
-            told["value"] = key == kTempoKey ? number(real(name)) : Json(string(name));
+            entryJson["name"] = name;
+            entryJson["value"] = key == kTempoKey ? number(real(name)) : Json(string(name));
             return;
         }
         if (!entry) {
-            told["words"] = size;
-            told["unknown"] = true;
+            entryJson["words"] = size;
+            entryJson["unknown"] = true;
             return;
         }
-        told["tag"] = entry->tag;
-        told["name"] = entry->name;
+        entryJson["tag"] = entry->tag;
+        entryJson["name"] = entry->name;
         if (const TrackRow* track = trackRow(entry->tag))
-            told["what"] = track->word;
+            entryJson["what"] = track->word;
         if (entry->hasValue()) {
             if (size > 0) {
                 const float raw = real("raw value");
-                told["raw"] = number(raw);
+                entryJson["raw"] = number(raw);
                 std::array<char, 64> text{};
                 parameterText(entry->tag, sanitisedRaw(raw), text);
-                told["shown as"] = printable(text.data());
+                entryJson["shown as"] = printable(text.data());
             }
         } else if (entry->backing == Backing::TableXY) {
-            table(told, size);
+            table(entryJson, size);
         } else if (entry->backing == Backing::Zones) {
-            zones(told);
+            zones(entryJson);
         } else {
-            line(told);
+            line(entryJson);
         }
     }
 
-    void rows(Json& told, int rowCount, int steps)
+    void rows(Json& entryJson, int rowCount, int steps)
     {
         if (rowCount < 1 || rowCount > kMaxFileRows || steps < 1 || steps > kMaxFileSteps)
             fail("a track has no such size");
-        Json& all = told["rows"] = Json::array();
+        Json& all = entryJson["rows"] = Json::array();
         for (int r = 0; r < rowCount; ++r)
             reals(all.emplace_back(Json::array()), steps,
                 "row " + std::to_string(r) + ", a value a step");
     }
 
-    void table(Json& told, int32_t size)
+    void table(Json& entryJson, int32_t size)
     {
         if (peek() != kTableMagic) {
-            told["older form, words"] = size;
+            entryJson["older form, words"] = size;
             return;
         }
         integer("magic number of a table");
         const int32_t tableRevision = integer("revision of the table");
-        told["revision"] = tableRevision;
-        told["default"] = number(real("default of a step"));
-        told["most"] = number(real("greatest value"));
-        told["least"] = number(real("smallest value"));
+        entryJson["revision"] = tableRevision;
+        entryJson["default"] = number(real("default of a step"));
+        entryJson["most"] = number(real("greatest value"));
+        entryJson["least"] = number(real("smallest value"));
         const int32_t steps = integer("steps");
-        rows(told, integer("rows"), steps);
+        rows(entryJson, integer("rows"), steps);
         if (tableRevision >= kTableWithLabel)
-            told["label"] = string("label");
+            entryJson["label"] = string("label");
     }
 
-    void line(Json& told)
+    void line(Json& entryJson)
     {
         integer("magic number of a line");
         integer("revision of the line");
         const int32_t rowCount = integer("rows");
         const int32_t steps = integer("steps");
         integer("selected row");
-        told["range"] = integer("range");
-        rows(told, rowCount, steps);
+        entryJson["range"] = integer("range");
+        rows(entryJson, rowCount, steps);
     }
 
-    void zones(Json& told)
+    void zones(Json& entryJson)
     {
         integer("magic number of loops");
         integer("revision of the loops");
@@ -334,7 +335,7 @@ private:
         integer("not used");
         if (handlers < 1 || handlers > kMaxFileHandlers)
             fail("there are no so many loops");
-        Json& loops = told["loops"] = Json::array();
+        Json& loops = entryJson["loops"] = Json::array();
         for (int r = 0; r < handlers; ++r) {
             if (integer("a handler follows") > 0
                 && integer("magic number of a handler") != kZoneHandlerMagic)
@@ -365,26 +366,26 @@ private:
 
     void map()
     {
-        Json& controllersTold = json["controllers"] = Json::array();
+        Json& controllerEntries = json["controllers"] = Json::array();
         for (;;) {
             const int32_t controller = integer("controller, or the end of the map");
             if (controller == kEndOfMap)
                 return;
             if (controller < 0 || controller >= MidiMap::kControllers)
                 fail("there is no such controller");
-            Json told;
-            told["controller"] = controller;
-            Json& moves = told["moves"] = Json::array();
+            Json entryJson;
+            entryJson["controller"] = controller;
+            Json& moves = entryJson["moves"] = Json::array();
             while (peek() != kEndOfController)
                 moves.push_back(assignment(revision >= kWordPairRevision));
             integer("end of the controller");
-            controllersTold.push_back(std::move(told));
+            controllerEntries.push_back(std::move(entryJson));
         }
     }
 
     void controllers(int32_t mapRevision)
     {
-        Json& told = json["controllers"] = Json::array();
+        Json& entryJson = json["controllers"] = Json::array();
         for (int controller = 0; controller < MidiMap::kControllers; ++controller) {
             const int32_t count =
                 integer("assignments of controller " + std::to_string(controller));
@@ -397,16 +398,16 @@ private:
             Json& moves = entry["moves"] = Json::array();
             for (int32_t i = 0; i < count; ++i)
                 moves.push_back(assignment(mapRevision >= kMapRevision));
-            told.push_back(std::move(entry));
+            entryJson.push_back(std::move(entry));
         }
     }
 
     void names(bool global)
     {
         const int32_t count = global ? integer("number of names") : 1;
-        Json& told = json["names"] = Json::array();
+        Json& entryJson = json["names"] = Json::array();
         for (int32_t i = 0; i < std::min(count, 2); ++i)
-            told.push_back(string(
+            entryJson.push_back(string(
                 global && i == 0 ? "name of the global preset" : "name of the synth preset"));
     }
 
@@ -420,9 +421,9 @@ private:
             json["folder"] = integer("folder in the tree");
         if (global && tailRevision >= kTailWithPressure) {
             integer("number of pressure assignments");
-            Json& told = json["pressure"] = Json::array();
+            Json& entryJson = json["pressure"] = Json::array();
             while (peek() != kEndOfPressure)
-                told.push_back(assignment(true));
+                entryJson.push_back(assignment(true));
             integer("end of the pressure list");
         }
         if (tailRevision >= kTailWithPatterns) {
@@ -430,9 +431,9 @@ private:
             const int32_t places = integer("places of a pattern");
             if (patterns < 0 || patterns > 1024 || places < 0 || places > 1024)
                 fail("there are no so many patterns");
-            Json& told = json["patterns"] = Json::array();
+            Json& entryJson = json["patterns"] = Json::array();
             for (int32_t p = 0; p < patterns; ++p)
-                reals(told.emplace_back(Json::array()), places,
+                reals(entryJson.emplace_back(Json::array()), places,
                     "raw values of pattern " + std::to_string(p));
         }
         if (tailRevision >= kTailWithHost)
@@ -482,9 +483,9 @@ std::string StateDescription::problem() const
 
 std::string StateDescription::text() const
 {
-    std::string told;
-    writeText(*root, told, "");
-    return told;
+    std::string entryJson;
+    writeText(*root, entryJson, "");
+    return entryJson;
 }
 
 bool readWords(const std::string& path, std::vector<uint32_t>& words, std::string& problem)

@@ -1,4 +1,4 @@
-// What a file of states, presets or controllers holds, told word by word, as far as it can be read.
+// What a file of states, presets or controllers holds, word by word, as far as it can be read.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ struct WordNote {
 
 class StateDescription {
 public:
-    // `extension` kwe, kws or kwm decides what the words cannot tell.
+    // `extension` kwe, kws or kwm decides what the words do not say.
     StateDescription(const std::vector<uint32_t>& words, const std::string& extension);
     ~StateDescription();
     StateDescription(StateDescription&&) noexcept;

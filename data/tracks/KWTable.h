@@ -12,7 +12,7 @@ namespace ormund {
 
 class KWSystemInfo;
 
-// Bits of a table's flag word. Those that tell how a table looks and what the mouse may do belong
+// Bits of a table's flag word. Those that say how a table looks and what the mouse may do belong
 // to its view.
 enum TableFlag : uint32_t {
     kTableLocked = 1u << 0,  // being rebuilt: reads give 0, writes are dropped
@@ -117,7 +117,7 @@ public:
     bool hasFlag(TableFlag flag) const { return (flags() & flag) != 0; }
     // The view reads under this flag, and a rebuild waits for it, though never for long.
     OneWayFlag reading;
-    // Grows with every write, for whoever watches by polling.
+    // Grows with every write, for views that poll.
     uint32_t generation() const { return writes; }
     virtual void setViewWidth(float stepsPerBeat) { beatWidth = stepsPerBeat; }
     virtual void setViewWidthQuarter(float stepsPerBar) { beatWidth = stepsPerBar * 0.25f; }

@@ -25,7 +25,7 @@ public:
     AudioEffect& operator=(const AudioEffect&) = delete;
 
     AEffect* getAeffect() { return &cEffect; }
-    // Takes the editor over and tells the host that there is one. Null takes it away again.
+    // Takes the editor over and reports to the host that there is one. Null takes it away again.
     void setEditor(AEffEditor* newEditor);
     AEffEditor* getEditor() const { return editor; }
 
@@ -45,7 +45,7 @@ public:
     // Any index may come; what does not exist is ignored, or answered with 0.
     virtual void setParameter(VstInt32 /*index*/, float /*value*/) { }
     virtual float getParameter(VstInt32 /*index*/) { return 0; }
-    // Sets the value here and tells the host.
+    // Sets the value here and notifies the host.
     virtual void setParameterAutomated(VstInt32 index, float value);
     virtual void getParameterLabel(VstInt32 index, char* label);
     virtual void getParameterName(VstInt32 index, char* text);

@@ -1,8 +1,8 @@
 // The host's side of the effect interface, for formats that are not this interface.
 #pragma once
 
-#include "host/formats/FrameQueue.h"
 #include "host/formats/DeferredWork.h"
+#include "host/formats/FrameQueue.h"
 #include "host/formats/SongPlace.h"
 #include "host/plugin/KWUniClient.h"
 #include "host/plugin/WrapperPort.h"
@@ -33,7 +33,7 @@ public:
     protected:
         ~Format() = default;
     };
-    // What shows the editor, and tells the host of what happens there. Index 0 to 45.
+    // What shows the editor, and notifies the host of what happens there. Index 0 to 45.
     class Window {
     public:
         virtual void parameterMoved(int index, float value) = 0;
@@ -66,7 +66,7 @@ public:
     // A value that the host has read, kept as text and gives back is not taken for a new one.
     void setParameter(int index, float value);
 
-    // What the host last set or was told; after a load the engine's own may be others.
+    // What the host last set or was notified of; after a load the engine's own may be others.
     float hostValue(int index) const { return hostValues[static_cast<size_t>(index)]; }
     void hostKnows(int index, float value) { hostValues[static_cast<size_t>(index)] = value; }
 
@@ -114,7 +114,7 @@ private:
 
     Format& outside;
     Window* window = nullptr;    // while it shows the editor
-    std::recursive_mutex screen; // a host may ask for the state while it is told of a move
+    std::recursive_mutex screen; // a host may ask for the state while it is notified of a move
     std::atomic<int32_t> reloaded{0};
     std::atomic<int32_t> edited{0};
     bool hostLoads = false; // under `screen`

@@ -20,22 +20,22 @@ TEST(StateDescription, TellsEveryWordOfAFileOnce)
     for (const PresetKind kind : {PresetKind::Global, PresetKind::Synth}) {
         const Words words = saved(*song, kind);
         // The ending may lie: a whole file shows by itself which it is.
-        const StateDescription told(words, "kws");
-        EXPECT_FALSE(told.isBroken());
+        const StateDescription description(words, "kws");
+        EXPECT_FALSE(description.isBroken());
         size_t next = 0;
-        for (const WordNote& note : told.notes()) {
+        for (const WordNote& note : description.notes()) {
             ASSERT_EQ(note.word, next) << note.meaning;
             next += note.count;
         }
         EXPECT_EQ(next, words.size());
-        const auto json = nlohmann::json::parse(told.json());
+        const auto json = nlohmann::json::parse(description.json());
         EXPECT_EQ(json["kind"],
             kind == PresetKind::Global ? "global preset (kwe)" : "synth preset (kws)");
         // The later ones stand there only where they differ from their default.
         const auto old = std::ranges::count_if(json["parameters"],
             [](const auto& parameter) { return parameter["key"] < kFirstLaterKey; });
         EXPECT_EQ(old, kind == PresetKind::Global ? 117 : 23);
-        EXPECT_THAT(told.text(), HasSubstr("name=Filter_Cutoff"));
+        EXPECT_THAT(description.text(), HasSubstr("name=Filter_Cutoff"));
     }
 }
 
@@ -45,17 +45,18 @@ TEST(StateDescription, TellsADamagedFileAsFarAsItReads)
     randomise(*song, 12);
     const Words good = saved(*song);
     for (size_t count = 0; count < good.size(); count += kChecked ? 411 : 41) {
-        const StateDescription told({good.begin(), good.begin() + static_cast<long>(count)}, "kwe");
-        ASSERT_TRUE(told.isBroken());
-        ASSERT_LE(told.brokenWord(), count);
-        ASSERT_FALSE(nlohmann::json::parse(told.json())["broken"]["reason"].empty());
+        const StateDescription description(
+            {good.begin(), good.begin() + static_cast<long>(count)}, "kwe");
+        ASSERT_TRUE(description.isBroken());
+        ASSERT_LE(description.brokenWord(), count);
+        ASSERT_FALSE(nlohmann::json::parse(description.json())["broken"]["reason"].empty());
     }
     Words bad = good;
     bad[10] = 0x7FFFFFFF;
-    const StateDescription told(bad, "kwe");
-    EXPECT_EQ(told.brokenWord(), 10u);
-    EXPECT_THAT(told.text(), HasSubstr("a record is longer than the file"));
-    EXPECT_THAT(told.text(), HasSubstr("tempo="));
+    const StateDescription description(bad, "kwe");
+    EXPECT_EQ(description.brokenWord(), 10u);
+    EXPECT_THAT(description.text(), HasSubstr("a record is longer than the file"));
+    EXPECT_THAT(description.text(), HasSubstr("tempo="));
 }
 
 } // namespace ormund

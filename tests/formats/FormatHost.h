@@ -15,7 +15,7 @@ public:
     static constexpr double kRate = 44100;
     static constexpr int kMostBlock = 4096;
 
-    // What the editor told the host. Parameter 0 is the bypass; 1 to 46 are the engine's.
+    // What the editor reported to the host. Parameter 0 is the bypass; 1 to 46 are the engine's.
     struct Edit {
         enum Kind { Begin, Value, End } kind;
         int index;
@@ -33,7 +33,7 @@ public:
     // All that the format keeps, as it keeps it; false where the plug-in refuses it.
     virtual std::string saveBytes() { return {}; }
     virtual bool loadBytes(const std::string& /*bytes*/) { return false; }
-    virtual int64_t tail() { return 0; } // frames; 0 where the format tells none
+    virtual int64_t tail() { return 0; } // frames; 0 where the format has none
     virtual std::string midiPortName(bool isInput) = 0;
     virtual std::string chunkText() = 0; // empty where the format kept none
     virtual void restoreChunk(const std::string& text) = 0;
@@ -71,7 +71,7 @@ public:
     std::vector<float> right;
     std::vector<Edit> edits;
     size_t piece = 1 << 20; // the most bytes of a state that are taken or given at once
-    int markedDirty = 0;    // how often the host was told of an edit
+    int markedDirty = 0;    // how often the host was notified of an edit
     int width = 0;          // what the editor asked for last
     int height = 0;
     int beatsPerBar = 4;

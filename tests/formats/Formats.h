@@ -16,7 +16,7 @@ inline constexpr Format kFormats[] = {
     {"CLAP", makeClapHost}, {"LV2", makeLv2Host}, {"VST3", makeVst3Host}};
 inline void PrintTo(const Format& format, std::ostream* out) { *out << format.name; }
 
-// Two global presets that an instance finds. Both play notes, and the swing tells which one it is.
+// Two global presets that an instance finds. Both play notes, and the swing says which one it is.
 class TwoPresets {
 public:
     static constexpr float kFirstSwing = 0.1f;

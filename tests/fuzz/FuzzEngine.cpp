@@ -92,7 +92,7 @@ void giveDamagedState(AEffect& effect, Bytes& bytes)
     forgetMessage();
 }
 
-// The door for scripts, with files in a home of this program's own.
+// The script interface, with files in a home of this program's own.
 void knock(AEffect& effect, Bytes& bytes)
 {
     const char* const names[] = {"", "/a.kwe", "/b.kws", "/c.kwm", "/no/folder/d.kwe", "/.."};

@@ -21,10 +21,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         words[4] = 0x018E48D9;
     }
     const char* const endings[] = {"kwe", "kws", "kwm", ""};
-    const StateDescription told(words, endings[data[0] >> 2 & 3]);
-    if (told.isBroken() && told.brokenWord() > words.size())
+    const StateDescription description(words, endings[data[0] >> 2 & 3]);
+    if (description.isBroken() && description.brokenWord() > words.size())
         std::abort();
-    if (told.text().empty() || told.json().empty())
+    if (description.text().empty() || description.json().empty())
         std::abort();
 
     const auto before = std::make_unique<MidiMap::Lists>();

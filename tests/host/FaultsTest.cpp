@@ -343,8 +343,8 @@ TEST_F(Faults, AStoreThatIsBrokenOrHeldBehavesAsMissing)
 
     fs::remove_all(home.file("Kelda Works"));
     settleIn();
-    int told[2];
-    ASSERT_EQ(pipe(told), 0);
+    int answers[2];
+    ASSERT_EQ(pipe(answers), 0);
     const pid_t holder = fork();
     if (holder == 0) {
         // The bytes that the store's library locks for a writer that keeps everybody out.
@@ -355,12 +355,12 @@ TEST_F(Faults, AStoreThatIsBrokenOrHeldBehavesAsMissing)
         lock.l_len = 512;
         const int file = open(store().c_str(), O_RDWR);
         const char answer = fcntl(file, F_SETLK, &lock) == 0 ? 'y' : 'n';
-        if (write(told[1], &answer, 1) == 1)
+        if (write(answers[1], &answer, 1) == 1)
             pause();
         _exit(0);
     }
     char answer = 0;
-    ASSERT_EQ(read(told[0], &answer, 1), 1);
+    ASSERT_EQ(read(answers[0], &answer, 1), 1);
     EXPECT_EQ(answer, 'y');
     const auto began = std::chrono::steady_clock::now();
     EXPECT_EQ(inChild([&] {
@@ -374,8 +374,8 @@ TEST_F(Faults, AStoreThatIsBrokenOrHeldBehavesAsMissing)
     EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(15));
     kill(holder, SIGKILL);
     waitpid(holder, nullptr, 0);
-    close(told[0]);
-    close(told[1]);
+    close(answers[0]);
+    close(answers[1]);
 }
 
 // --- strangers' files ---------------------------------------------------------------------------

@@ -45,7 +45,7 @@ protected:
         const auto bytes = static_cast<VstIntPtr>(state.size());
         return one.dispatch(effSetChunk, 0, bytes, state.data()) == 1;
     }
-    // One of the files' codes of the door for scripts.
+    // One of the files' codes of the script interface.
     static bool script(ScriptedHost& one, int code, std::string path)
     {
         return one.dispatch(effVendorSpecific, kDoor, code, path.data()) == 1;

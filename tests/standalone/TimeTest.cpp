@@ -56,34 +56,34 @@ constexpr double kBeat120 = 120.0 / 60 / kRate; // quarter notes a frame
 TEST(SharedSong, CountsFramesAndATempoOnTheWayMovesNothing)
 {
     SharedSong song(kRate);
-    SharedSong::Report told{.rolling = true};
+    SharedSong::Report report{.rolling = true};
     double before = 0;
-    for (int block = 0; block < 400; ++block, told.frame += kBlock) {
+    for (int block = 0; block < 400; ++block, report.frame += kBlock) {
         const double tempo = block < 200 ? 120 : 180;
-        const auto place = song.follow(told, tempo, kBlock);
+        const auto place = song.follow(report, tempo, kBlock);
         EXPECT_EQ(place.tempo, tempo);
         const double gone = block == 0 ? 0 : kBlock * kBeat120 * (block <= 200 ? 1 : 1.5);
         EXPECT_NEAR(place.beat - before, gone, 1e-9);
         before = place.beat;
     }
     // After a jump the frame counts at the tempo of now.
-    told.frame = 10 * 48000;
-    EXPECT_NEAR(song.follow(told, 180, kBlock).beat, 30, 1e-9);
-    told.frame = 0;
-    EXPECT_EQ(song.follow(told, 180, kBlock).beat, 0);
+    report.frame = 10 * 48000;
+    EXPECT_NEAR(song.follow(report, 180, kBlock).beat, 30, 1e-9);
+    report.frame = 0;
+    EXPECT_EQ(song.follow(report, 180, kBlock).beat, 0);
 }
 
 TEST(SharedSong, WhatIsToldForTheNextBlockIsWhereItThenStands)
 {
     SharedSong song(kRate);
-    SharedSong::Report told{.rolling = true};
+    SharedSong::Report report{.rolling = true};
     for (int block = 0; block < 100; ++block) {
         const double tempo = 100 + block;
-        const double here = song.follow(told, tempo, kBlock).beat;
-        told.frame += kBlock;
-        const double next = song.beatAt(told.frame, tempo, kBlock);
+        const double here = song.follow(report, tempo, kBlock).beat;
+        report.frame += kBlock;
+        const double next = song.beatAt(report.frame, tempo, kBlock);
         EXPECT_NEAR(next - here, kBlock * tempo / 60 / kRate, 1e-9);
-        EXPECT_NEAR(song.follow(told, tempo, kBlock).beat, next, 1e-12);
+        EXPECT_NEAR(song.follow(report, tempo, kBlock).beat, next, 1e-12);
     }
 }
 

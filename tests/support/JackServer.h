@@ -61,7 +61,7 @@ public:
     unsigned frame() const { return jack_get_current_transport_frame(client); }
     bool waitRolling(bool wanted, int milliseconds = 5000) const;
     bool waitFrame(unsigned wanted, int milliseconds = 20000) const;
-    // Tempo that the server tells, 0 for none.
+    // Tempo that the server reports, 0 for none.
     double tempo() const;
     // Gives bars and tempo (beats per minute) from now on, in place of another client; whole ticks.
     void lead(double beatsPerMinute);

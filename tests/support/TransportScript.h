@@ -18,7 +18,7 @@ enum class Reports {
     kKinds,
 };
 
-// What a host would tell of one block.
+// What a host would report of one block.
 struct ReportedBlock {
     int frames = 0;
     bool playing = false;
