@@ -92,7 +92,7 @@ private:
     static constexpr int kSlots = 4;
     struct Slot {
         int note = 0;
-        float gate = 0;  // velocity 0 to 1, 0 free
+        float gate = 0; // velocity 0 to 1, 0 free
     };
     // What one keyboard mode makes of the slots.
     struct ZoneSet {
