@@ -3,6 +3,7 @@
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 #include "tests/presets/BankMeasure.h"
+#include "tests/support/Checked.h"
 #include "tests/support/Player.h"
 
 #include <cmath>
@@ -119,6 +120,7 @@ TEST(Bank, ANewInstanceFindsIt)
 TEST(Bank, ThePiecesAreAsLoudAndAsVariedAsTheyShouldBe)
 {
     const PresetTree tree = bank(PresetKind::Global);
+    const size_t most = kChecked ? 2 : 1000; // a checker has seen all it can in two of them
     std::vector<std::pair<std::string, SongMeasure>> pieces;
     for (int folder = 0; folder < tree.folderCount(); ++folder)
         for (int i = 0; i < tree.fileCount(folder); ++i) {
@@ -131,7 +133,7 @@ TEST(Bank, ThePiecesAreAsLoudAndAsVariedAsTheyShouldBe)
                 root + "/global/" + tree.folderName(folder) + "/" + file.name + ".txt", root, song,
                 error, &about))
                 << error;
-            if (!about.line.empty())
+            if (!about.line.empty() && pieces.size() < most)
                 pieces.emplace_back(file.name, measureSong(file.path, about.tempo));
         }
     size_t wide = 0;
