@@ -280,4 +280,11 @@ bool KWTable::setRange(float lowest, float highest, float cleared)
     return true;
 }
 
+void KWTable::pullIntoRange()
+{
+    for (int i = 0; i < stepCount; ++i)
+        put(i, fit(at(i)));
+    touch();
+}
+
 } // namespace ormund

@@ -104,6 +104,7 @@ public:
     // Finite, least below most, none beyond kMaxMagnitude; else nothing changes and false comes
     // back. The steps keep their values.
     virtual bool setRange(float lowest, float highest, float cleared);
+    virtual void pullIntoRange(); // every step of every row
     virtual int getRow() const { return 0; }
     int size() const { return stepCount; }
     int mostSteps() const { return room; }

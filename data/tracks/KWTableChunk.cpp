@@ -63,8 +63,9 @@ bool KWTable::readChunk(KWChunk& chunk, bool skip)
     else
         chunk.unread();
     const int count = readCount(chunk);
-    if (!skip)
-        setRange(range.least, range.most, range.cleared);
+    // A step that is no number leaves the one that stands.
+    if (!skip && setRange(range.least, range.most, range.cleared))
+        pullIntoRange();
     for (int i = 0; i < count; ++i) {
         const float value = chunk.readFloat();
         if (skip || i >= size())
@@ -113,6 +114,7 @@ bool KWTableXY::readChunk(KWChunk& chunk, bool skip)
     if (!skip) {
         setRange(range.least, range.most, range.cleared);
         setRowCount(fileRows);
+        pullIntoRange(); // a step that is no number leaves the one that stands
         rebuild.emplace(*this);
     }
     std::array<float, kMaxFileSteps> stored;

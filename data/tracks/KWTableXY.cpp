@@ -177,6 +177,12 @@ bool KWTableXY::setRange(float lowest, float highest, float cleared)
     return true;
 }
 
+void KWTableXY::pullIntoRange()
+{
+    for (const auto& table : rows)
+        table->pullIntoRange();
+}
+
 void KWTableXY::setFlags(uint32_t word)
 {
     KWTable::setFlags(word);

@@ -57,6 +57,7 @@ public:
     void setQuantised(bool on) override;
     bool resize(int steps) override;
     bool setRange(float lowest, float highest, float cleared) override;
+    void pullIntoRange() override;
     void setFlags(uint32_t word) override;
 
     // --- edit operations ---

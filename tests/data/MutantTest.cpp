@@ -8,6 +8,8 @@
 #include "data/tracks/FactoryContent.h"
 #include "tests/support/Checked.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <random>
@@ -101,6 +103,19 @@ TEST(Mutants, WhatIsLetInIsStable)
         }
     }
     EXPECT_GT(let, count / 10);
+}
+
+TEST(Mutants, AStepThatIsNoNumberStaysWithinTheRangeOfItsFile)
+{
+    constexpr float kMark = 0.7123f;
+    DetachedSong song;
+    song.tracks.velocity.setRange(0.25f, 1.0f, 0.5f);
+    song.tracks.velocity.setRowValue(0, 3, kMark);
+    Words words = save(song, Kind::Global);
+    std::ranges::replace(words, std::bit_cast<uint32_t>(kMark), 0x7FC00000u);
+    DetachedSong loaded;
+    ASSERT_TRUE(load(loaded, Kind::Global, words));
+    EXPECT_EQ(loaded.tracks.velocity.getRowAtIndex(0, 3), 0.25f);
 }
 
 TEST(Mutants, AnAssignmentThatWouldReadAsAnEndMarkIsNone)
