@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstring>
 #include <gmock/gmock.h>
+#include <limits>
 #include <thread>
 #include <utility>
 
@@ -165,6 +166,57 @@ TEST(HostState, LoadsWhileBlocksRunAndNoNoteHangs)
     player.stop();
     player.play(44100 * 4);
     EXPECT_EQ(player.soundingNotes(), 0);
+}
+
+// Some hosts ask on one thread and give on another.
+TEST(HostState, AStateThatIsAskedForBesideALoadIsOneOfTheTwo)
+{
+    KWUniClient engine(nullptr);
+    const Bytes first = chunkOf(engine);
+    for (int step = 0; step < kTrackSteps; ++step)
+        engine.tracks.velocity.setValue(step, 0.25f);
+    const Bytes second = chunkOf(engine);
+    ASSERT_NE(first, second);
+    std::atomic<bool> done{false};
+    std::thread loader([&] {
+        for (int i = 0; i < 200; ++i)
+            give(engine, i % 2 == 0 ? first : second);
+        done = true;
+    });
+    int asked = 0;
+    int mixed = 0;
+    do {
+        const Bytes state = chunkOf(engine);
+        mixed += state == first || state == second ? 0 : 1;
+        ++asked;
+    } while (!done);
+    loader.join();
+    EXPECT_GT(asked, 5);
+    EXPECT_EQ(mixed, 0);
+}
+
+// The undefined-behaviour checker sees an overflow here.
+TEST(HostEvents, AFrameFarBeyondTheBlockIsNoPlaceInIt)
+{
+    Player player({.block = 64, .empty = false});
+    for (const VstInt32 frame : {std::numeric_limits<VstInt32>::max(),
+             std::numeric_limits<VstInt32>::min(), std::numeric_limits<VstInt32>::max() - 16}) {
+        VstMidiEvent note{};
+        note.type = kVstMidiType;
+        note.byteSize = sizeof note;
+        note.deltaFrames = frame;
+        note.midiData[0] = static_cast<char>(0x90);
+        note.midiData[1] = 60;
+        note.midiData[2] = 100;
+        VstEvents list{};
+        list.numEvents = 1;
+        list.events[0] = reinterpret_cast<VstEvent*>(&note);
+        player.engine().processEvents(&list);
+        player.play(44100);
+    }
+    player.start();
+    player.play(44100);
+    EXPECT_FALSE(player.noteOns().empty());
 }
 
 TEST_F(PresetFiles, ANewerFileIsRefusedAndAMissingOneSaysNothing)

@@ -137,10 +137,18 @@ TEST_F(ModuleWindow, OpenedTwiceAndBesideASecondInstance)
 
 TEST_F(ModuleWindow, NoWindowForAParentThatIsNone)
 {
-    host.dispatch(effEditOpen, 0, 0, nullptr);
-    idle();
-    host.dispatch(effEditClose);
-    host.dispatch(effEditClose);
+    constexpr uintptr_t kNoWindow = 0x3FFFFFF;
+    for (void* wrong : {static_cast<void*>(nullptr), reinterpret_cast<void*>(kNoWindow)}) {
+        EXPECT_EQ(host.dispatch(effEditOpen, 0, 0, wrong), 0);
+        idle();
+        host.dispatch(effEditClose);
+        host.dispatch(effEditClose);
+        host.dispatch(effEditIdle);
+    }
+    const std::string display = std::getenv("DISPLAY");
+    ::setenv("DISPLAY", ":nobody", 1);
+    EXPECT_EQ(host.dispatch(effEditOpen, 0, 0, reinterpret_cast<void*>(kNoWindow)), 0);
+    ::setenv("DISPLAY", display.c_str(), 1);
     host.dispatch(effEditIdle);
 }
 
