@@ -134,7 +134,7 @@ void KWFormatWrapper::run(const SongPlace* place, float** outputs, int frames)
     silent = bypassed;
     for (int from = 0; from < frames;) {
         applyChanges(from);
-        const int to = nextCut(place, from, frames);
+        const int to = nextCut(from, frames);
         runPart(place, outputs, from, to - from);
         from = to;
     }
@@ -153,19 +153,13 @@ void KWFormatWrapper::applyChanges(int until)
 }
 
 // The block is cut at the tick that a change acts at: nothing between two ticks reads a parameter.
-// And where the count-in ends, so that the song's first step belongs to a part that begins there.
-int KWFormatWrapper::nextCut(const SongPlace* place, int from, int frames) const
+int KWFormatWrapper::nextCut(int from, int frames) const
 {
     int to = frames;
     if (const Change* change = changes.next()) {
         const int tick = from + kTickSamples - engine->info.controlCounter;
         const int ticks = std::max(change->frame - tick + kTickSamples - 1, 0) / kTickSamples;
         to = std::min(to, tick + ticks * kTickSamples);
-    }
-    if (place && place->playing && place->quarters < 0) {
-        const double untilStart = std::ceil(-place->quarters * 60.0 / place->tempo * sampleRate);
-        if (untilStart > from && untilStart < to)
-            to = static_cast<int>(untilStart);
     }
     return std::max(to, from + 1);
 }

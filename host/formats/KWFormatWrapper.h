@@ -106,7 +106,7 @@ private:
     void endSoundingNotes();
     void applyChanges(int until);
     void sendMessages(int from, int until);
-    int nextCut(const SongPlace* place, int from, int frames) const;
+    int nextCut(int from, int frames) const;
     void runPart(const SongPlace* place, float** outputs, int from, int frames);
     void fillTime(const SongPlace* place);
     VstIntPtr answer(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);

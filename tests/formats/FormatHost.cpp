@@ -21,6 +21,18 @@ void FormatHost::play(int64_t frames, int block, double loopEnd)
     }
 }
 
+void FormatHost::play(const ReportedBlock& block)
+{
+    playing = block.playing;
+    beat = block.place;
+    tempo = block.tempo;
+    loopFrom = block.loopOn ? block.loopStart : 0;
+    loopTo = block.loopOn ? block.loopEnd : 0;
+    runBlock(block.frames);
+    pending.clear();
+    frame += block.frames;
+}
+
 void FormatHost::playLoop(int64_t frames, int block)
 {
     while (frames > 0) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/Player.h"
+#include "tests/support/TransportScript.h"
 
 #include <memory>
 #include <optional>
@@ -55,6 +56,9 @@ public:
     // Plays on; a loop jumps at a block's start.
     void play(int64_t frames, int block = 512, double loopEnd = 1e9);
 
+    // One block, as the script gives it.
+    void play(const ReportedBlock& block);
+
     // A block of no frames.
     void call() { runBlock(0); }
     // The range that the host loops, which it reports with each block.
@@ -74,6 +78,7 @@ public:
     int markedDirty = 0;    // how often the host was notified of an edit
     int width = 0;          // what the editor asked for last
     int height = 0;
+    int64_t played() const { return frame; } // frames
     int beatsPerBar = 4;
     int beatType = 4;
 

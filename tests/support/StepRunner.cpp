@@ -67,9 +67,11 @@ std::vector<SoundedStep> StepRunner::play(
     std::vector<SoundedStep> heard;
     for (const ScriptedHost::Event& event : host.events)
         if ((event.bytes[0] & 0xF0) == 0x90 && event.bytes[2] > 0)
-            heard.push_back({event.frame, event.bytes[1] - kLowestNote - kLowestPitch});
+            heard.push_back({event.frame, plainSongStep(event.bytes[1])});
     return heard;
 }
+
+int plainSongStep(int note) { return note - kLowestNote - kLowestPitch; }
 
 StepFaults StepRunner::check(TransportScript& script, int size)
 {

@@ -27,5 +27,7 @@ private:
 
 // The state of the plain song: step k of the first 16 has pitch k above the root, one note each.
 std::vector<char> plainSong(int speedIndex);
+// The step that plays this note there.
+int plainSongStep(int note);
 
 } // namespace ormund

@@ -16,12 +16,13 @@ constexpr int kMostBack = 31;        // samples
 constexpr int64_t kAfterStepBack = 3 * kLargestBlock;
 } // namespace
 
-TransportScript::TransportScript(unsigned seed)
+TransportScript::TransportScript(unsigned seed, TransportLimits itsLimits)
     : random(seed)
+    , limits(itsLimits)
     , speed(below(kSpeeds))
     , kind(static_cast<Reports>(below(static_cast<int>(Reports::kKinds))))
     , blockSize(kSizes[below(std::size(kSizes))])
-    , song(kRates[below(std::size(kRates))],
+    , song(limits.onlyRate > 0 ? limits.onlyRate : kRates[below(std::size(kRates))],
           static_cast<double>(kSpeedStepsPerBeat[static_cast<size_t>(speed)]))
 {
     write();
@@ -120,6 +121,8 @@ void TransportScript::write()
                 break;
             default: {
                 stretch.continues = true;
+                if (!limits.reportsLoops)
+                    break;
                 stretch.loopOn = true;
                 const double least = std::max(2.1 / song.stepsPerBeat(), 0.75);
                 const bool onLine = below(2) == 0;

@@ -29,11 +29,17 @@ struct ReportedBlock {
     double loopEnd = 0;
 };
 
+// What a host cannot do.
+struct TransportLimits {
+    double onlyRate = 0; // Hz; 0: any
+    bool reportsLoops = true;
+};
+
 class TransportScript {
 public:
     // The same seed gives the same performance: starts and stops, locates near and far, changes of
     // tempo, loops, count-ins, all at block sizes of any kind.
-    explicit TransportScript(unsigned seed);
+    explicit TransportScript(unsigned seed, TransportLimits limits = {});
 
     const StepModel& model() const { return song; }
     int speedIndex() const { return speed; }
@@ -57,6 +63,7 @@ private:
     double reported(const PlayedStretch& stretch, int64_t at, int64_t frames);
 
     std::mt19937 random;
+    TransportLimits limits;
     int speed;
     Reports kind;
     int blockSize; // 0: of changing size
