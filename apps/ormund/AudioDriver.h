@@ -30,6 +30,7 @@ public:
     virtual void idle() { }
     // Where several programs share one transport these ask for it; false where they do not.
     virtual bool play(bool /*on*/) { return false; }
+    virtual bool isRolling() const { return false; }
     virtual bool locate(double /*beat*/, double /*tempo*/) { return false; }
 };
 

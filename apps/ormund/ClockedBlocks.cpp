@@ -74,6 +74,7 @@ void ClockedBlocks::openPorts(const std::string& midiIn, const std::string& midi
                 static_cast<ClockedBlocks*>(self)->hear(bytes->data(), bytes->size());
             },
             this);
+        input->ignoreTypes(true, false, true); // clocks are heard
         trouble = openPort(*input, midiIn);
         output = std::make_unique<RtMidiOut>(api, product::kName);
         if (const std::string second = openPort(*output, midiOut); trouble.empty())

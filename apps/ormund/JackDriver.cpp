@@ -189,6 +189,11 @@ bool JackDriver::play(bool on)
     return true;
 }
 
+bool JackDriver::isRolling() const
+{
+    return isAlive() && jack_transport_query(client, nullptr) != JackTransportStopped;
+}
+
 bool JackDriver::locate(double beat, double tempo)
 {
     if (!isAlive())

@@ -23,6 +23,7 @@ public:
     bool isAlive() const override { return gone == 0; }
     void idle() override;
     bool play(bool on) override;
+    bool isRolling() const override;
     bool locate(double beat, double tempo) override;
 
 private:

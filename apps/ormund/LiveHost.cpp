@@ -30,6 +30,7 @@ bool LiveHost::start(Entry entry, double tempo)
     wantedTempo = std::clamp(tempo, kLowestTempo, kHighestTempo);
     shownTempo = wantedTempo;
     transport.setUp(static_cast<double>(rate), wantedTempo, kBeatsPerBar);
+    songSync.setSampleRate(static_cast<double>(rate));
     return open(entry, rate, block);
 }
 
@@ -40,6 +41,7 @@ void LiveHost::setFormat(float sampleRate, int largestBlock)
     if (sampleRate == rate)
         return;
     transport.setSampleRate(static_cast<double>(sampleRate));
+    songSync.setSampleRate(static_cast<double>(sampleRate));
     changeSampleRate(sampleRate);
 }
 
@@ -57,6 +59,8 @@ void LiveHost::send(const uint8_t* bytes, size_t size, int frame)
 {
     constexpr uint8_t kFirstStatus = 0x80;
     constexpr uint8_t kFirstSystem = 0xF0;
+    if (size >= 1 && bytes[0] >= kFirstSystem)
+        songSync.hear(bytes, size, frame);
     if (size < 2 || size > 3 || bytes[0] < kFirstStatus || bytes[0] >= kFirstSystem)
         return;
     incoming.add({bytes[0], bytes[1], size > 2 ? bytes[2] : uint8_t{0}}, frame);
@@ -69,12 +73,15 @@ void LiveHost::takeCommands()
         switch (command.kind) {
         case Command::Play:
             transport.start();
+            songSync.play(true);
             break;
         case Command::Stop:
             transport.stop();
+            songSync.play(false);
             break;
         case Command::Locate:
             transport.locate(command.first);
+            songSync.locate(command.first);
             break;
         case Command::Tempo:
             wantedTempo = command.first;
@@ -100,13 +107,17 @@ void LiveHost::follow(const SharedPlace& place)
 void LiveHost::run(float* left, float* right, int frames, MidiOut& out, const SharedPlace* place)
 {
     takeCommands();
+    const double tempoBefore = transport.time.tempo;
     transport.setTempo(wantedTempo);
     if (cycleEnd > cycleStart)
         transport.setCycle(cycleStart, cycleEnd);
     else
         transport.clearCycle();
-    if (place)
-        follow(*place);
+    const SharedPlace current{transport.isPlaying(), transport.position(), tempoBefore};
+    if (const SharedPlace* led = songSync.lead(current, place, frames))
+        follow(*led);
+    else if (songSync.takeHandedBack())
+        transport.setTempo(wantedTempo = current.tempo);
 
     transport.beginBlock();
     shownBeat = transport.position();
@@ -125,7 +136,10 @@ void LiveHost::run(float* left, float* right, int frames, MidiOut& out, const Sh
     float* inputs[2] = {nullptr, nullptr}; // an instrument reads none
     float* outputs[2] = {left, right};
     sink = &out;
+    clocks = songSync.clocks({transport.isPlaying(), transport.position(), transport.time.tempo},
+        transport.beatsPerFrame(), frames);
     effect()->processReplacing(effect(), inputs, outputs, frames);
+    passClocks(frames);
     sink = nullptr;
     transport.endBlock(frames);
     shownBlocks.add(1);
@@ -142,8 +156,16 @@ void LiveHost::pass(const VstEvents& list)
         std::copy_n(midi.midiData, message.bytes.size(), message.bytes.begin());
         message.size = sizeOf(message.bytes[0]);
         noteSounding(message);
+        passClocks(event->deltaFrames);
         sink->midiOut(event->deltaFrames, message);
     }
+}
+
+// A clock goes before what the plug-in plays at it.
+void LiveHost::passClocks(int lastFrame)
+{
+    for (; !clocks.empty() && clocks.front().frame <= lastFrame; clocks = clocks.subspan(1))
+        sink->midiOut(clocks.front().frame, {clocks.front().bytes, clocks.front().size});
 }
 
 void LiveHost::noteSounding(const Message& message)

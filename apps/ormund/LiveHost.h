@@ -5,6 +5,7 @@
 #include "apps/host/EventList.h"
 #include "apps/host/HostedEffect.h"
 #include "apps/host/HostTransport.h"
+#include "apps/ormund/SongSync.h"
 #include "base/Crossing.h"
 #include "base/Product.h"
 #include "base/Ring.h"
@@ -31,12 +32,8 @@ public:
     protected:
         ~MidiOut() = default;
     };
-    // A transport that several programs share; it overrules the own one.
-    struct SharedPlace {
-        bool playing = false;
-        double beat = 0; // quarter notes, without any cycle
-        double tempo = 120;
-    };
+    // A transport that several programs share.
+    using SharedPlace = ormund::SharedPlace;
 
     static constexpr double kLowestTempo = 45; // what the plug-in keeps to
     static constexpr double kHighestTempo = 499;
@@ -64,17 +61,20 @@ public:
     // The next block ends every note that sounds; from then on there is silence.
     void endNotes() { ending = 1; }
     bool hasEndedNotes() const { return ended != 0; }
+    SongSync& sync() { return songSync; }
+    const SongSync& sync() const { return songSync; }
 
     // The plug-in wants its window that large, device pixels. Called on the screen's thread.
     std::function<void(int width, int height)> sizeWindow;
 
     // --- the audio thread -----------------------------------------------------------------------
-    // For the block to come. What is no channel message is left out.
+    // For the block to come. Of the system messages those of a clock count.
     void send(const uint8_t* bytes, size_t size, int frame);
     // Takes in what the screen's thread asked for; run() does it too.
     void takeCommands();
     double ownTempo() const { return wantedTempo; }
-    // At most the largest block of setFormat().
+    // At most the largest block of setFormat(). `place` is the shared transport, where there is
+    // one.
     void run(
         float* left, float* right, int frames, MidiOut& out, const SharedPlace* place = nullptr);
 
@@ -91,6 +91,7 @@ private:
         VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) override;
     void follow(const SharedPlace& place);
     void pass(const VstEvents& list);
+    void passClocks(int lastFrame);
     void noteSounding(const Message& message);
     void stopNotes(MidiOut& out);
 
@@ -104,6 +105,8 @@ private:
 
     // Audio thread.
     HostTransport transport;
+    SongSync songSync;
+    std::span<const ClockSender::Event> clocks; // of this block, still to be sent
     double wantedTempo = 120;
     double cycleStart = 0;
     double cycleEnd = 0;

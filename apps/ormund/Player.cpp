@@ -125,13 +125,28 @@ void Player::end()
 void Player::play(bool on)
 {
     link.transportTold();
-    if (!driver || !driver->play(on))
+    if (host.sync().leader() != Leader::Jack || !driver || !driver->play(on))
         host.play(on);
+}
+
+void Player::setLeader(Leader wanted)
+{
+    if (wanted == host.sync().leader())
+        return;
+    link.transportTold();
+    // JACK needs a moment, in which the song runs on.
+    constexpr double kBlocksToJoin = 3;
+    const double ahead =
+        kBlocksToJoin * host.largestBlock() / static_cast<double>(host.sampleRate());
+    if (wanted == Leader::Jack && driver && host.isPlaying() && !driver->isRolling()
+        && driver->locate(host.position() + ahead * host.tempo() / 60, host.tempo()))
+        driver->play(true);
+    host.sync().choose(wanted);
 }
 
 void Player::toStart()
 {
-    if (!driver || !driver->locate(0, host.tempo()))
+    if (host.sync().leader() != Leader::Jack || !driver || !driver->locate(0, host.tempo()))
         host.locate(0);
 }
 
@@ -155,9 +170,28 @@ void Player::stepPreset(int direction)
 
 std::string Player::presetName() { return host.text(effGetProgramName); }
 
+std::string Player::clockText() const
+{
+    if (host.sync().leads() != Leader::MidiClock)
+        return {};
+    switch (host.sync().clockState()) {
+    case ClockFollower::State::Silent:
+        return "waits for MIDI clock";
+    case ClockFollower::State::Lost:
+        return "MIDI clock lost, runs on";
+    case ClockFollower::State::Locking:
+    case ClockFollower::State::Locked:
+        break;
+    }
+    return {};
+}
+
 std::string Player::soundText() const
 {
-    return isLost ? "sound lost, runs on without" : driver->describe();
+    std::string text = clockText();
+    if (!text.empty())
+        text += "; ";
+    return text + (isLost ? "sound lost, runs on without" : driver->describe());
 }
 
 } // namespace ormund

@@ -32,15 +32,19 @@ public:
     void play(bool on);
     bool isPlaying() const { return host.isPlaying(); }
     void toStart();
+    // A song that plays goes on where it is; on a transport of JACK that rolls, where that is.
+    void setLeader(Leader wanted);
     void setTempo(double beatsPerMinute);
     // Bars from 1, the last one included; none when `on` is false.
     void setCycle(bool on, int firstBar, int lastBar);
     void stepPreset(int direction); // -1 or 1
     std::string presetName();
-    std::string soundText() const; // what plays, or that the sound is lost
+    // What plays, or that the sound or a clock that leads is lost.
+    std::string soundText() const;
     LiveHost& effect() { return host; }
 
 private:
+    std::string clockText() const;
     void followPanel();
     void followPreset();
     void playOnSilently();

@@ -2,6 +2,8 @@
 
 #include "apps/options/CommandLine.h"
 
+#include <cstdio>
+
 namespace ormund {
 
 namespace {
@@ -9,6 +11,7 @@ namespace {
 constexpr int kLowestRate = 11050; // what the plug-in takes
 constexpr int kHighestRate = 196000;
 constexpr int kLargestBlock = 8192;
+constexpr int kUsageError = 2;
 
 constexpr char kExamples[] =
     R"(Without --device the first that answers plays: JACK, PulseAudio, ALSA.
@@ -20,6 +23,7 @@ Examples:
   ormund --device pulse --block 256   plays on PulseAudio with short blocks
   ormund --device none --no-window --play --midi-out Synth
                                       sends notes to the port "Synth", without sound or window
+  ormund --sync clock --midi-in Drums follows the MIDI clock that comes from "Drums"
   ormund --list-devices               prints what --device, --midi-in and --midi-out take
 )";
 
@@ -41,6 +45,10 @@ std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions
         {16, kLargestBlock});
     line.text("--midi-in", options.sound.midiIn, "Connect the MIDI input to this port", "NAME");
     line.text("--midi-out", options.sound.midiOut, "Connect the MIDI output to this port", "NAME");
+    std::string leader;
+    line.text("--sync", leader,
+        "What leads the song: own, jack (the default, where JACK plays) or clock", "NAME");
+    line.flag("--send-clock", options.sendClock, "Send MIDI clock");
     line.number("--tempo", options.tempo, "Beats per minute (the preset's, else 120)", "BPM",
         {LiveHost::kLowestTempo, LiveHost::kHighestTempo});
     line.flag("--play", options.play, "Start to play at once");
@@ -49,6 +57,14 @@ std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions
     line.version("ormund " ORMUND_VERSION);
     if (const auto end = line.parse(count, arguments))
         return end;
+    if (leader == "own")
+        options.leader = Leader::Own;
+    else if (leader == "clock")
+        options.leader = Leader::MidiClock;
+    else if (!leader.empty() && leader != "jack") {
+        std::fprintf(stderr, "ormund: --sync takes own, jack or clock\n");
+        return kUsageError;
+    }
     if (options.file.empty())
         options.file = preset;
     options.hasWindow = !noWindow;

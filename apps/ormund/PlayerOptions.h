@@ -12,6 +12,8 @@ struct PlayerOptions {
     std::string file; // kwe, kws or kwm
     SoundWishes sound;
     std::optional<double> tempo; // beats per minute; else 120, and what a preset brings
+    Leader leader = Leader::Jack;
+    bool sendClock = false;
     bool play = false;
     bool hasWindow = true;
     bool listDevices = false;

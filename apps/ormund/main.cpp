@@ -82,6 +82,8 @@ int run(const PlayerOptions& options)
     if (!options.file.empty())
         if (std::string problem = player.load(options.file); !problem.empty())
             return fail(problem);
+    player.effect().sync().choose(options.leader);
+    player.effect().sync().sendClock(options.sendClock);
     if (std::string problem = player.openSound(options.sound); !problem.empty())
         return fail("no sound: " + problem
             + (options.sound.device.empty() ? "; `ormund --device none` plays MIDI alone, "
