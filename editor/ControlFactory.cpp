@@ -305,6 +305,8 @@ KWControl* ControlFactory::makeDisplay(const ControlRow& row)
         cells->runningPattern = &screen.pattern;
         cells->lockedPattern = &screen.lockedPattern;
         cells->lockState = &screen.lockState;
+        cells->waitingPattern = &screen.waitingPattern;
+        cells->beatHalf = &screen.beatHalf;
         return cells;
     }
     auto* display = new KWDisplay(rectOf(row.place), &listener, row.tag, &frame);

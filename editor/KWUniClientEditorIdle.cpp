@@ -59,6 +59,8 @@ void KWUniClientEditor::refreshLanes()
     showLane(ScreenLane::Song, values.songStep);
     screen.pattern = values.pattern;
     screen.lockState = values.patternLocked;
+    screen.waitingPattern = values.waitingPattern;
+    screen.beatHalf = values.beatHalf;
     screen.lockedPattern =
         std::floor(std::min(engine.parameters.raw(Tag::LockArea), 1.0f) * 15.99f);
 }

@@ -17,15 +17,19 @@ public:
     CRect cellRect(int pattern) const;
 
     const Crossing<float>* runningPattern = nullptr;
-    const Crossing<float>* lockedPattern = nullptr; // as the engine holds it, 0 to 15
-    const Crossing<float>* lockState = nullptr;     // not 0: locked
+    const Crossing<float>* lockedPattern = nullptr;  // as the engine holds it, 0 to 15
+    const Crossing<float>* lockState = nullptr;      // not 0: locked
+    const Crossing<float>* waitingPattern = nullptr; // below 0: none
+    const Crossing<float>* beatHalf = nullptr;       // the waiting one is lit in the first half
 
 private:
     int running() const { return runningPattern ? int(*runningPattern) : -1; }
     int locked() const;
+    int waiting() const; // while it is lit
 
     int shownRunning = -2;
     int shownLocked = -2;
+    int shownWaiting = -1;
 };
 
 } // namespace ormund

@@ -17,6 +17,8 @@ struct ScreenState {
     Crossing<float> pattern = 0.0f;
     Crossing<float> lockedPattern = 0.0f;
     Crossing<float> lockState = 0.0f;
+    Crossing<float> waitingPattern = -1.0f;
+    Crossing<float> beatHalf = 0.0f;
     Crossing<float> keyboardBase = 24.0f;
 };
 

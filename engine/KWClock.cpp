@@ -73,10 +73,15 @@ void KWClock::tick(const KWSystemInfo&, const KWKeys::Out& keys)
     ownClockRuns = info.hostRunning > 0 && settings.triggerMode == 1;
     raw = ownClockRuns ? stepOf(ownClock) : hostStep();
     values.retrigger = static_cast<float>(settings.retrigger);
-    values.manualStep = settings.manualStep != 0;
+    // Letting go between two steps would play a step that nobody wrote.
+    if (padStep.changed(raw) || settings.padsOnStep == 0 || values.play == 0) {
+        halfOn = settings.halfSpeed != 0;
+        manualOn = settings.manualStep != 0;
+    }
+    values.manualStep = manualOn;
 
     float count = mainSwing.tick(raw, speed.swingAmount, speed.swingDelay);
-    count = half.tick(count, settings.halfSpeed != 0);
+    count = half.tick(count, halfOn);
     count = retriggerLink.tick(count, settings.retrigger != 0, speed);
     count = slowdownLink.tick(count, settings.slowdown != 0, settings.slowdownCurve, speed);
     count = manual.tick(count, values.manualStep, keys.keyStep, keys.stepKeyHeld, keys.restart);
@@ -97,6 +102,7 @@ void KWClock::followPart(float count)
     constexpr double kBelow = 1.0 - 1e-9;
     place.stepsPerBeat = static_cast<double>(settings.stepsPerBeat);
     place.songStep = place.stepsPerBeat * info.placeRead();
+    place.beats = ownClockRuns ? ownClock / place.stepsPerBeat : info.placeRead();
     const bool counted = partCount.changed(count);
     if (values.play == 0 || values.manualStep) {
         place.stepPart = 0;
@@ -105,7 +111,7 @@ void KWClock::followPart(float count)
     }
     const bool plain = count == raw;
     place.followsSong = plain && !ownClockRuns;
-    const double pace = settings.halfSpeed != 0 ? 0.5 : 1.0;
+    const double pace = halfOn ? 0.5 : 1.0;
     if (plain) {
         const double steps = ownClockRuns ? ownClock : place.songStep;
         place.stepPart = std::clamp(steps - static_cast<double>(raw), 0.0, kBelow);

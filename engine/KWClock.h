@@ -24,6 +24,7 @@ public:
         Crossing<int32_t> slowdown = 0;
         Crossing<float> slowdownCurve = 0.0f;
         Crossing<int32_t> manualStep = 0;
+        Crossing<int32_t> padsOnStep = 0; // half speed and manual step wait for a step
         Crossing<int32_t> looper = 0;
         Crossing<int32_t> looperSteps = 2;
         Crossing<float> stepsPerBeat = 4.0f;
@@ -49,6 +50,7 @@ public:
         double stepPart = 0; // of the master step, 0 to below 1
         double songStep = 0; // the place of the song, read ahead, in steps
         double stepsPerBeat = 0;
+        double beats = 0;         // quarter notes since the start of the song, or of the own clock
         bool followsSong = false; // the part is the song's: no effect on time is on
     };
     Settings settings;
@@ -111,6 +113,9 @@ private:
     Out values;
     Phase place;
     LastSeen<float> partCount;
+    LastSeen<float> padStep;
+    bool halfOn = false;
+    bool manualOn = false;
     LastSeen<float> gateEdge;
     LastSeen<float> playSent;
     LastSeen<float> startSeen;

@@ -3,6 +3,7 @@
 #include "data/parameters/ParameterSink.h"
 #include "data/parameters/Tags.h"
 #include "data/tracks/KWTableXY.h"
+#include "engine/KWNoteSchedule.h"
 
 #include <algorithm>
 
@@ -54,17 +55,47 @@ KeyZone keyZoneOf(int note, int keyboardMode)
 }
 
 KWKeys::KWKeys(KWSystemInfo& timeBase, KWKeyState& screenKeys, KWTableXY& pitch,
-    ParameterSink& parameterSink, InputQueue& inputQueue)
+    ParameterSink& parameterSink, InputQueue& inputQueue, KWNoteSchedule& noteSchedule)
     : info(timeBase)
     , keyState(screenKeys)
     , pitchTable(pitch)
     , sink(parameterSink)
     , queue(inputQueue)
+    , schedule(noteSchedule)
 {
+}
+
+bool KWKeys::startThrough(int note, int velocity)
+{
+    const int played = note + settings.inputOctave;
+    if (settings.playThrough == 0 || note < 0 || note >= static_cast<int>(through.size())
+        || keyZoneOf(played, settings.keyboardMode) != KeyZone::None)
+        return false;
+    Through& key = through[at(note)];
+    endThrough(note);
+    key = {true, static_cast<uint8_t>(std::clamp(played, 0, 127)),
+        static_cast<uint8_t>(settings.channel - 1)};
+    throughKey = note;
+    schedule.holdNote(key.note, velocity, key.channel);
+    return true;
+}
+
+bool KWKeys::endThrough(int note)
+{
+    if (note < 0 || note >= static_cast<int>(through.size()) || !through[at(note)].held)
+        return false;
+    Through& key = through[at(note)];
+    key.held = false;
+    if (throughKey == note)
+        throughKey = -1;
+    schedule.endNote(key.note, key.channel);
+    return true;
 }
 
 void KWKeys::noteOn(int note, int velocity)
 {
+    if (startThrough(note, velocity))
+        return;
     // The first free slot from `nextSlot` on; with none free the oldest key gives way.
     for (int i = 0; i < kSlots; ++i) {
         const int candidate = (nextSlot + i) % kSlots;
@@ -84,6 +115,8 @@ void KWKeys::noteOn(int note, int velocity)
 
 void KWKeys::noteOff(int note)
 {
+    if (endThrough(note))
+        return;
     for (Slot& slot : slots) {
         if (slot.note == note && slot.gate > 0) {
             slot.gate = 0;
@@ -105,6 +138,8 @@ void KWKeys::noteOff(int note)
 
 void KWKeys::allNotesOff()
 {
+    for (int note = 0; note < static_cast<int>(through.size()); ++note)
+        endThrough(note);
     for (Slot& slot : slots)
         slot.gate = 0;
     lastNote = 0;
@@ -227,18 +262,34 @@ void KWKeys::tick(const KWSystemInfo&)
         values.restart = gatePart + retriggerPart;
 }
 
+std::optional<int> KWKeys::recordedDegree() const
+{
+    constexpr int kOctave = 12;
+    const int centre = settings.keyboardMode == 1 ? 24 : 12;
+    if (keyTranspose >= 0)
+        return std::clamp(keyTranspose - centre, -kOctave, kOctave);
+    if (throughKey < 0)
+        return {};
+    int degree = throughKey + settings.inputOctave - kTransposeZoneLow - centre;
+    while (degree < -kOctave)
+        degree += kOctave;
+    while (degree > kOctave)
+        degree -= kOctave;
+    return degree;
+}
+
 void KWKeys::record(int mainPosition)
 {
     const int recording = settings.recording;
     if (recordingEdge.rose(recording))
         recordStepCount = 0;
-    const int active = recording != 0 && keyTranspose >= 0 ? 1 : 0;
-    if (!recordGate.rose(active))
+    const std::optional<int> degree = recordedDegree();
+    // A key that plays through is another key for each press.
+    const int active = recording == 0 || !degree ? 0 : throughKey + 2;
+    if (!recordGate.changed(active) || active == 0)
         return;
-    const int centre = settings.keyboardMode == 1 ? 24 : 12;
-    const int value = std::clamp(keyTranspose - centre, -12, 12);
     const int position = settings.stepRecord != 0 ? recordStepCount : mainPosition;
-    pitchTable.setValue(position, static_cast<float>(value));
+    pitchTable.setValue(position, static_cast<float>(*degree));
     recordStepCount = (recordStepCount + 1) % 32;
 }
 

@@ -11,9 +11,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <optional>
 
 namespace ormund {
 
+class KWNoteSchedule;
 class KWTableXY;
 class ParameterSink;
 
@@ -48,6 +51,8 @@ public:
         Crossing<int32_t> stepRecord = 0;
         Crossing<int32_t> recording = 0;
         Crossing<int32_t> retrigger = 0;
+        Crossing<int32_t> playThrough = 0; // keys outside the zones sound at once
+        Crossing<int32_t> channel = 1;     // 1 to 16, of those
     };
     struct Out {           // written by tick(), read by later stages
         float gate = 0;    // 0 or 1
@@ -63,7 +68,7 @@ public:
 
     // `keyState` is the on-screen keyboard's, `pitch` the table that is recorded into.
     KWKeys(KWSystemInfo& timeBase, KWKeyState& keyState, KWTableXY& pitch, ParameterSink& sink,
-        InputQueue& queue);
+        InputQueue& queue, KWNoteSchedule& schedule);
 
     void noteOn(int note, int velocity);
     void noteOff(int note);
@@ -108,12 +113,17 @@ private:
     void sendPerformanceButtons(int mode);
     void publishKeyState();
     int shiftedNote(const Slot& slot) const;
+    bool startThrough(int note, int velocity);
+    bool endThrough(int note);
+    // What the held key of a recording writes, a degree; nothing for none.
+    std::optional<int> recordedDegree() const;
 
     KWSystemInfo& info;
     KWKeyState& keyState;
     KWTableXY& pitchTable;
     ParameterSink& sink;
     InputQueue& queue;
+    KWNoteSchedule& schedule;
 
     Out values;
     std::array<Slot, kSlots> slots;
@@ -140,6 +150,14 @@ private:
     float gatePart = 0;
     float retriggerPart = 0;
 
+    // A key that plays through, and what it started.
+    struct Through {
+        bool held = false;
+        uint8_t note = 0;
+        uint8_t channel = 0;
+    };
+    std::array<Through, 128> through;
+    int throughKey = -1; // the last one, while it is held
     LastSeen<int> recordGate;
     LastSeen<int> recordingEdge;
     int recordStepCount = 0;

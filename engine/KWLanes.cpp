@@ -17,6 +17,11 @@ const LaneSpeed& speedAt(int places)
     return kLaneSpeedTable[static_cast<size_t>(kPlainLaneSpeed + places)];
 }
 
+double laneSteps(const LaneSpeed& speed, const KWClock::Out& clock, const KWClock::Phase& phase)
+{
+    return (static_cast<double>(clock.masterStep) + phase.stepPart) * speed.steps / speed.in;
+}
+
 float stepLength(int places)
 {
     const LaneSpeed& row = speedAt(places);
@@ -153,14 +158,19 @@ void KWLanes::tick(const KWClock::Out& clock, const KWClock::Phase& phase, int p
         idleUntil = idleFrom;
 }
 
+int64_t KWLanes::mainRound(const KWClock::Out& clock, const KWClock::Phase& phase) const
+{
+    const double steps = laneSteps(speedAt(settings.speed[Main]), clock, phase);
+    return static_cast<int64_t>(std::floor(std::floor(steps + kSlack) / lanes[Main].loopLength()));
+}
+
 // The clock's whole steps and the part of the one that runs, at the speed of a lane. From the
 // count itself rather than by adding up, so that a lane is in phase wherever play begins.
 int64_t KWLanes::countOf(int index, const KWClock::Out& clock, const KWClock::Phase& phase)
 {
     ownSpeeds = true;
     const LaneSpeed& speed = speedAt(index);
-    const auto whole = static_cast<double>(clock.masterStep);
-    const double steps = (whole + phase.stepPart) * speed.steps / speed.in;
+    const double steps = laneSteps(speed, clock, phase);
     const double count = std::floor(steps + kSlack);
     idleUntil =
         std::min(idleUntil, idleFrom + std::max(count + 1.0 - steps, 0.0) * speed.in / speed.steps);

@@ -30,6 +30,7 @@ public:
     void restart() { restarts = true; }
     int pass() const { return passes; }     // through the loop, since the restart
     int32_t count() const { return steps; } // of the last position
+    unsigned loopLength() const { return length; }
 
 private:
     const KWZoneHandlerContainer& loop;
@@ -83,6 +84,8 @@ public:
     // `pattern` is the current row.
     void tick(const KWClock::Out&, const KWClock::Phase&, int pattern);
     const Out& out() const { return values; }
+    // How often the main lane's loop has been walked at this place of the clock.
+    int64_t mainRound(const KWClock::Out&, const KWClock::Phase&) const;
 
     // engine/IdleTicks.h. A lane with a speed of its own moves between two steps.
     int idleTicks(int most) const { return idleFrom < idleUntil ? most : 0; }

@@ -106,6 +106,17 @@ void KWNoteSchedule::addNote(
     put(0, remaining, toSynth);
 }
 
+void KWNoteSchedule::endNote(int note, int channel)
+{
+    const int status = kNoteOnStatus | (channel & 15);
+    bool toSynth = true;
+    if (!removeNote(status, note, toSynth))
+        return;
+    const int16_t place = allocate(
+        {static_cast<uint8_t>(status), static_cast<uint8_t>(note), 0, true, toSynth, 0, kNone});
+    insertAfter(kNone, place, 0);
+}
+
 bool KWNoteSchedule::soundsElsewhere(const Message& ended) const
 {
     uint32_t seen = 1u << (ended.status & 15); // channels

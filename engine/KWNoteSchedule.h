@@ -30,6 +30,13 @@ public:
     void addNote(uint32_t delay, int note, int velocity, uint32_t duration, int channel,
         bool toSynth = true);
 
+    // For a key that is held: a note that lasts until it is ended, or for hours.
+    void holdNote(int note, int velocity, int channel)
+    {
+        addNote(0, note, velocity, kHeld, channel);
+    }
+    void endNote(int note, int channel);
+
     // Once a tick, at its end: hands what falls due inside the coming period to the list and to the
     // voices. A note off that finds the list full waits for the next tick; a note on is given up
     // together with its off.
@@ -52,6 +59,7 @@ public:
 
 private:
     static constexpr int16_t kNone = -1;
+    static constexpr uint32_t kHeld = 1u << 31; // samples
     struct Message {
         uint8_t status = 0;
         uint8_t note = 0;

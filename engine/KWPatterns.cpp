@@ -1,9 +1,11 @@
 #include "engine/KWPatterns.h"
 
+#include "data/parameters/ChoiceLists.h"
 #include "data/parameters/ParameterSink.h"
 #include "data/tracks/PatternStore.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ormund {
 
@@ -16,7 +18,37 @@ KWPatterns::KWPatterns(Tracks& allTracks, PatternStore& patternStore, ParameterS
 {
 }
 
-void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
+// The place is asked of the clock rather than remembered: ticks may be left out before it.
+bool KWPatterns::isLaunchPlace(
+    const KWClock::Out& clock, const KWClock::Phase& phase, int64_t mainRound)
+{
+    constexpr double kSlack = 1e-9; // rounding must never decide
+    constexpr double kBeatsPerBar = 4;
+    const bool stepped = cells.launchStep.changed(clock.masterStep);
+    const bool looped = cells.launchRound.changed(mainRound);
+    const auto passed = [&](double beats) {
+        const double before = phase.beats - clock.stepsPerTick / phase.stepsPerBeat;
+        return std::floor((phase.beats + kSlack) / beats) != std::floor((before + kSlack) / beats);
+    };
+    if (clock.play == 0)
+        return true;
+    switch (static_cast<Launch>(settings.launch.load())) {
+    case Launch::Now:
+        break;
+    case Launch::Step:
+        return stepped;
+    case Launch::Beat:
+        return passed(1);
+    case Launch::Bar:
+        return passed(kBeatsPerBar);
+    case Launch::Loop:
+        return looped;
+    }
+    return true;
+}
+
+void KWPatterns::tick(const KWClock::Out& clock, const KWClock::Phase& phase,
+    const KWKeys::Out& keys, int64_t mainRound)
 {
     const Cells before = cells;
     const Out valuesBefore = values;
@@ -57,8 +89,13 @@ void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
         songOn ? static_cast<int>(tracks.patternNumbers.step(values.songIndex)) : keys.keyPattern;
     values.locked = cells.lockState != 0;
     const int wanted = values.locked ? settings.lockedPattern.load() : chosen;
-    if (cells.wantedSeen.changed(wanted) || cells.wantedForgotten)
+    const bool launched = isLaunchPlace(clock, phase, mainRound);
+    if (cells.wantedSeen.changed(wanted))
+        cells.waits = true;
+    if ((cells.waits && launched) || cells.wantedForgotten) {
         cells.patternCell = static_cast<float>(wanted);
+        cells.waits = false;
+    }
     cells.wantedForgotten = false;
 
     // After a load the cell falls to the first pattern for a tick; then the wanted one is taken
@@ -74,7 +111,8 @@ void KWPatterns::tick(const KWClock::Out& clock, const KWKeys::Out& keys)
     if (cells.patternSeen.changed(pattern))
         select(pattern);
     values.pattern = pattern;
-    isSettled = cells == before && values == valuesBefore;
+    values.waiting = cells.waits && wanted != pattern ? wanted : -1;
+    isSettled = !cells.waits && cells == before && values == valuesBefore;
 }
 
 void KWPatterns::select(int pattern)

@@ -17,9 +17,11 @@ struct ScreenValues {
     Crossing<float> velocityStep = 0.0f;
     Crossing<float> gateStep = 0.0f;
     std::array<Crossing<float>, kModTracks> modStep{};
-    Crossing<float> songStep = 0.0f;      // 0 to 7
-    Crossing<float> pattern = 0.0f;       // 0 to 15
-    Crossing<float> patternLocked = 0.0f; // 0 or 1
+    Crossing<float> songStep = 0.0f;        // 0 to 7
+    Crossing<float> pattern = 0.0f;         // 0 to 15
+    Crossing<float> waitingPattern = -1.0f; // that waits for its launch, -1 none
+    Crossing<float> beatHalf = 0.0f;        // 1 in the first half of a beat
+    Crossing<float> patternLocked = 0.0f;   // 0 or 1
     Crossing<float> masterStep = 0.0f;
     Crossing<float> playing = 0.0f;                     // 0 or 1
     std::array<Crossing<float>, kModTracks> modValue{}; // 0 to 1

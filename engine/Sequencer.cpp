@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <pthread.h>
 #include <thread>
 
@@ -39,7 +40,7 @@ void clear(float* channel, int frames)
 Sequencer::Sequencer(const AudioLoops& loops)
     : tracks(info)
     , transport(info)
-    , keys(info, keyState, tracks.pitch, *this, inputQueue)
+    , keys(info, keyState, tracks.pitch, *this, inputQueue, schedule)
     , clock(info, *this, reloadCounter)
     , patterns(tracks, patternStore, *this)
     , lanes(tracks)
@@ -188,7 +189,8 @@ void Sequencer::tick(int frame)
 
     keys.tick(info);
     clock.tick(info, keys.out());
-    patterns.tick(clock.out(), keys.out());
+    patterns.tick(
+        clock.out(), clock.phase(), keys.out(), lanes.mainRound(clock.out(), clock.phase()));
     clock.readSpeed();
     lanes.tick(clock.out(), clock.phase(), patterns.out().pattern);
     keys.record(lanes.out().main);
@@ -272,6 +274,8 @@ void Sequencer::publish()
     }
     screen.songStep = static_cast<float>(patterns.out().songIndex);
     screen.pattern = static_cast<float>(patterns.out().pattern);
+    screen.waitingPattern = static_cast<float>(patterns.out().waiting);
+    screen.beatHalf = clock.phase().beats - std::floor(clock.phase().beats) < 0.5 ? 1.0f : 0.0f;
     screen.patternLocked = patterns.out().locked ? 1.0f : 0.0f;
     screen.masterStep = clock.out().masterStep;
     screen.playing = clock.out().play;

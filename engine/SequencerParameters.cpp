@@ -89,7 +89,6 @@ struct Sequencer::Reactions {
         {Tag::VelocityGateButton, index<kNotes, &Notes::velocityGateOn>},
         {Tag::VelocityThreshold, nullptr, mapped<kNotes, &Notes::velocityThreshold>},
         {Tag::Mute, index<kNotes, &Notes::mute>},
-        {Tag::MelodyChannel, index<kNotes, &Notes::channel>},
 
         {Tag::Play, index<kClock, &Clock::play>},
         {Tag::TriggerMode, index<kClock, &Clock::triggerMode>},
@@ -107,6 +106,9 @@ struct Sequencer::Reactions {
 
         {Tag::Fill, index<&Sequencer::chance, &KWChance::Settings::fill>},
 
+        {Tag::Launch, index<kPatterns, &Patterns::launch>},
+        {Tag::PadsOnStep, index<kClock, &Clock::padsOnStep>},
+        {Tag::PlayThrough, index<kKeys, &Keys::playThrough>},
         {Tag::SongOn, index<kPatterns, &Patterns::songOn>},
 
         {Tag::TriggerSource, index<kKeys, &Keys::triggerSource>},
@@ -242,6 +244,10 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
     case Tag::Retrigger:
         clock.settings.retrigger = index;
         keys.settings.retrigger = index;
+        break;
+    case Tag::MelodyChannel:
+        notes.settings.channel = index;
+        keys.settings.channel = index;
         break;
     case Tag::ChanceSeed:
         chance.settings.seed = std::bit_cast<uint32_t>(stored.raw);

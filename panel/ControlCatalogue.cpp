@@ -651,6 +651,13 @@ constexpr ControlRow kPanel[] = {
     hint(  755, 640, "speed of the lane"),
     knob(  601, { 843, 353, 870, 366 }, 1141, 13,  16, kSettingsPage, kRoundFrame),
     value( 751, 601, "MIDI channel of the melody  ", Integer, "", kOwnerMapped),
+    // When a pattern and the pads act, and the keys outside the zones.
+    in(Hue::Neutral, menu(  602, { 753, 589, 785, 626 }, 1143, MenuItems::Pictures, 0.20001f)),
+    toggle(603, { 874, 352, 929, 367 }, 1144, kSettingsPage),
+    toggle(604, { 932, 352, 989, 367 }, 1145, kSettingsPage),
+    hint(  756, 602, "when a chosen pattern begins"),
+    hint(  757, 603, "pads HALF and STEP: now or on the next step"),
+    hint(  758, 604, "keys outside the zones sound at once"),
     // The popups of the step views, which know a step.
     menu(kLearnStepsTag,     kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
     menu(kLearnStepsTag + 1, kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),

@@ -49,6 +49,11 @@ extern const std::array<LaneSpeed, kLaneSpeeds> kLaneSpeedTable;
 constexpr int kMidiNotes = 128;
 extern const std::array<std::string_view, kMidiNotes> kMidiNoteNames;
 
+// When a chosen pattern begins.
+enum class Launch { Now, Step, Beat, Bar, Loop };
+constexpr int kLaunches = 5;
+extern const std::array<std::string_view, kLaunches> kLaunchNames;
+
 // What an octave step adds.
 constexpr int kOctaveSteps = 5;
 extern const std::array<int, kOctaveSteps> kOctaveOffsets; // octaves

@@ -214,6 +214,9 @@ constexpr int Fill = 592;
 constexpr int PerformancePage = 593;
 
 constexpr int MelodyChannel = 601;
+constexpr int Launch = 602;
+constexpr int PadsOnStep = 603;
+constexpr int PlayThrough = 604;
 // Eight each: a modulation track that plays a drum, and where a track sends
 constexpr int DrumRow = 605;
 constexpr int DrumNote = 613;

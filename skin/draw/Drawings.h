@@ -173,6 +173,9 @@ void drawTrackMode(Paint& paint, int frame);
 void drawDrumNote(Paint& paint, int frame);
 void drawChannel(Paint& paint, int frame);
 void drawDrumGate(Paint& paint, int frame);
+void drawLaunch(Paint& paint, int frame);
+void drawPadsOnStep(Paint& paint, int frame);
+void drawPlayThrough(Paint& paint, int frame);
 
 // Keyboard.cpp
 void drawKeyboardMode(Paint& paint, int frame);

@@ -155,6 +155,9 @@ constexpr SkinRow kTable[] = {
     { 1140,   31,  13, 128, "note of a drum",                                      drawDrumNote },
     { 1141,   27,  13,  16, "MIDI channel",                                        drawChannel },
     { 1142,   31,  13, 100, "gate of a drum, 1 to 100 %",                          drawDrumGate },
+    { 1143,   32,  37,   5, "when a chosen pattern begins",                        drawLaunch },
+    { 1144,   55,  15,   6, "pads act now or on the step",                         drawPadsOnStep },
+    { 1145,   57,  15,   6, "keys play through, off and on",                       drawPlayThrough },
 };
 // clang-format on
 

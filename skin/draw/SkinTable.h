@@ -8,7 +8,7 @@ namespace ormund {
 class Paint;
 
 inline constexpr int kFirstBitmap = 1000;
-inline constexpr int kLastBitmap = 1142;
+inline constexpr int kLastBitmap = 1145;
 
 struct SkinRow {
     int number;

@@ -54,4 +54,36 @@ void drawChannel(Paint& paint, int frame) { field(paint, "ch" + std::to_string(f
 
 void drawDrumGate(Paint& paint, int frame) { field(paint, std::to_string(frame + 1) + "%"); }
 
+// Five dashes for the five choices, the chosen one lit.
+void drawLaunch(Paint& paint, int frame)
+{
+    constexpr const char* kWords[] = {"NOW", "STEP", "BEAT", "BAR", "LOOP"};
+    raised(paint, 0, 0, paint.width(), paint.height(), Look::Normal);
+    paint.text("START", paint.width() / 2, 9, {9, -0.3, Weight::Medium}, kBodyText, Align::Centre);
+    paint.text(kWords[frame], paint.width() / 2, 21, kFieldText, kWhite, Align::Centre);
+    for (int choice = 0; choice < 5; ++choice)
+        paint.rect(4 + 5 * choice, 31, 4, 2, choice == frame ? kWhite : kFourLine);
+}
+
+void drawPadsOnStep(Paint& paint, int frame)
+{
+    const ButtonFrame button = buttonFrame(frame);
+    raised(paint, 0, 0, paint.width(), paint.height(), button.look);
+    paint.text(button.state == 0 ? "PADS NOW" : "PADS STEP", paint.width() / 2,
+        paint.height() / 2 + pressShift(button.look), {9, -0.2, Weight::SemiBold},
+        contentInk(button.look), Align::Centre);
+}
+
+void drawPlayThrough(Paint& paint, int frame)
+{
+    const ButtonFrame button = buttonFrame(frame);
+    const bool on = button.state == 1;
+    if (on)
+        lit(paint, 0, 0, paint.width(), paint.height(), kNeutral, button.look);
+    else
+        raised(paint, 0, 0, paint.width(), paint.height(), button.look);
+    paint.text("PLAY THRU", paint.width() / 2, paint.height() / 2 + pressShift(button.look),
+        {9, -0.2, Weight::SemiBold}, on ? kDarkInk : contentInk(button.look), Align::Centre);
+}
+
 } // namespace ormund

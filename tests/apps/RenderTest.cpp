@@ -283,7 +283,7 @@ TEST_F(Renderer, ListsEveryParameterAndHelpsItself)
 {
     const Outcome list = run("--list");
     EXPECT_EQ(list.code, 0);
-    EXPECT_EQ(list.lines(), 340 + 1);
+    EXPECT_EQ(list.lines(), 343 + 1);
     EXPECT_THAT(list.text, HasSubstr("Root_Key"));
     const Outcome help = run("--help");
     EXPECT_EQ(help.code, 0);

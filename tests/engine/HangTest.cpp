@@ -27,6 +27,8 @@ public:
             break;
         case 1:
             pressButton(roll(kTagCount));
+            // Drums, channels, speeds, launch and keys that play through stay as they were set.
+            engine.setParameter(Tag::MelodyChannel + roll(kTagCount - Tag::MelodyChannel), unit());
             break;
         case 2:
             player.start(unit() * 200);
@@ -92,14 +94,15 @@ private:
 // Every start is alone and every end has its start.
 void expectSoundNotes(const std::vector<MidiOut>& events)
 {
-    bool sounding[128] = {};
+    bool sounding[16 * 128] = {};
     for (const MidiOut& event : events) {
+        const int key = (event.status & 15) * 128 + event.data1;
         if (event.isNoteOn()) {
-            ASSERT_FALSE(sounding[event.data1]) << "twice " << event.data1 << " at " << event.frame;
-            sounding[event.data1] = true;
+            ASSERT_FALSE(sounding[key]) << "twice " << event.data1 << " at " << event.frame;
+            sounding[key] = true;
         } else if (event.isNoteOff()) {
-            ASSERT_TRUE(sounding[event.data1]) << "no start at " << event.frame;
-            sounding[event.data1] = false;
+            ASSERT_TRUE(sounding[key]) << "no start at " << event.frame;
+            sounding[key] = false;
         }
     }
     EXPECT_TRUE(std::none_of(std::begin(sounding), std::end(sounding), [](bool on) { return on; }));
