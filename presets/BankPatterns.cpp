@@ -183,7 +183,8 @@ void BankPatterns::finish()
         for (int track = 0; track < kModTracks; ++track)
             if (const auto k = static_cast<size_t>(track);
                 used[k] && !written[static_cast<size_t>(p)].mods[k]) {
-                const float own = song.parameters.raw(kModSynthTags[k]);
+                const bool isDrum = song.parameters.index(Tag::DrumRow + track) != 0;
+                const float own = isDrum ? 0.0f : song.parameters.raw(kModSynthTags[k]);
                 for (int step = 0; step < kTrackSteps; ++step)
                     song.tracks.mods[k].setRowValue(p, step, own);
                 song.patterns.write(Tag::ModTrackOn + track, p, 0.5f);
@@ -335,11 +336,34 @@ void BankPatterns::row(const std::string& word, const BankTokens& values)
         fillLine(tracks.pitchBend, pattern, values, bankBend);
     else if (word == "random")
         fillLine(tracks.performance, pattern, values, bankRandom);
+    else if (word == "chance")
+        fillLine(tracks.chance, pattern, values, bankChance);
+    else if (word == "condition")
+        fillLine(tracks.condition, pattern, values, bankCondition);
+    else if (word == "ratchet")
+        fillLine(tracks.ratchet, pattern, values, bankRatchet);
+    else if (word == "late")
+        fillLine(tracks.late, pattern, values, bankCount);
+    else if (word == "strum")
+        fillLine(tracks.strum, pattern, values, bankStrum);
+    else if (const auto drumRow = bankDrum(word))
+        drum(*drumRow, values);
     else if (const auto track = bankModTrack(word, rest); track && rest.empty()) {
         fillTable(tracks.mods[static_cast<size_t>(*track)], controllers(values));
         written[static_cast<size_t>(pattern)].mods.set(static_cast<size_t>(*track), !keepsMods);
     } else
         throw std::runtime_error("no word is called " + word);
+}
+
+void BankPatterns::drum(int track, const BankTokens& values)
+{
+    const auto k = static_cast<size_t>(track);
+    fillTable(song.tracks.mods[k], digits(values, false));
+    written[static_cast<size_t>(pattern)].mods.set(k);
+    song.setParameter(Tag::DrumRow + track, 1.0f);
+    if (pattern == 0)
+        song.setParameter(Tag::ModTrackOn + track, 0.5f);
+    song.patterns.write(Tag::ModTrackOn + track, pattern, 0.5f);
 }
 
 void BankPatterns::mod(const BankTokens& values)

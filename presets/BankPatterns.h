@@ -38,6 +38,7 @@ private:
     void writeScore(const std::string& word);
     void row(const std::string& word, const BankTokens& values);
     void mod(const BankTokens& values);
+    void drum(int track, const BankTokens& values);
     void loop(const BankTokens& values);
     void steps(int count);
     void chain();

@@ -32,6 +32,10 @@
 //                              the synth and sends a controller
 //   mod pan wave 2 20 100      two periods of a shape: wave, up, down, tri, square
 //   mod1 0 64 127              the steps of a track alone
+//   drum1 9..5                 track 1 plays a drum: a digit a step, tenths of velocity;
+//                              `set mod1-note "C2"`, mod1-gate, mod1-channel, mod1-speed,
+//                              mod1-synth
+//   chance 80 . condition 1:4  what a step leaves to chance; and ratchet 3+, late 4, strum 2~
 //
 //   chain theme 4 answer 4     patterns and bars; switches the song on
 //   song 0 0 1 2               the same by number, a position each

@@ -2,6 +2,7 @@
 
 #include "data/music/BendShapes.h"
 #include "data/parameters/Tags.h"
+#include "data/tracks/StepRules.h"
 
 #include <algorithm>
 #include <array>
@@ -56,6 +57,15 @@ constexpr Word kParameterWords[] = {
     {"keyboard-mode", Tag::KeyboardModeSecond},
     {"random-min", Tag::RandomMin},
     {"random-max", Tag::RandomMax},
+    {"seed", Tag::ChanceSeed},
+    {"channel", Tag::MelodyChannel},
+    {"launch", Tag::Launch},
+    {"pads-on-step", Tag::PadsOnStep},
+    {"play-through", Tag::PlayThrough},
+    {"pitch-speed", Tag::LaneSpeed},
+    {"lines-speed", Tag::LaneSpeed + 1},
+    {"velocity-speed", Tag::LaneSpeed + 2},
+    {"gate-speed", Tag::LaneSpeed + 3},
 };
 
 struct ModWord {
@@ -187,6 +197,13 @@ std::optional<int> bankModTrack(const std::string& word, std::string& rest)
     return word[3] - '1';
 }
 
+std::optional<int> bankDrum(const std::string& word)
+{
+    if (word.size() != 5 || word.compare(0, 4, "drum") != 0 || word[4] < '1' || word[4] > '8')
+        return std::nullopt;
+    return word[4] - '1';
+}
+
 std::optional<int> bankModTarget(const std::string& word)
 {
     for (size_t track = 0; track < kModWords.size(); ++track)
@@ -212,6 +229,14 @@ int bankParameter(const std::string& word)
             return Tag::modMode(*track);
         if (rest == "-synth")
             return Tag::ModToSynth + *track;
+        if (rest == "-note")
+            return Tag::DrumNote + *track;
+        if (rest == "-gate")
+            return Tag::DrumGate + *track;
+        if (rest == "-channel")
+            return Tag::ModChannel + *track;
+        if (rest == "-speed")
+            return Tag::LaneSpeed + 4 + *track;
         if (rest.empty())
             return Tag::modSteps(*track);
     }
@@ -243,6 +268,44 @@ int bankRandom(const std::string& word)
     return known == kRandomWords.end() ? bankCount(word)
                                        : static_cast<int>(known - kRandomWords.begin());
 }
+
+int bankChance(const std::string& word)
+{
+    return word == "." ? 0 : 100 - std::clamp(static_cast<int>(bankNumber(word)), 0, 100);
+}
+
+int bankCondition(const std::string& word)
+{
+    static const std::map<std::string, int> words = [] {
+        std::map<std::string, int> all = {
+            {"1st", 36}, {"!1st", 37}, {"fill", 38}, {"!fill", 39}, {"pre", 40}, {"!pre", 41}};
+        for (int of = 2; of <= kLongestTurn; ++of)
+            for (int turn = 1; turn <= of; ++turn)
+                all[std::to_string(turn) + ":" + std::to_string(of)] = turnCondition(turn, of);
+        return all;
+    }();
+    return choice(words, word);
+}
+
+namespace {
+// A number and one of three signs behind it, as the lists of ratchets and strums count them.
+int signedChoice(const std::string& word, const char* signs, int least, int most)
+{
+    if (word == ".")
+        return 0;
+    const size_t sign =
+        word.size() < 2 ? std::string::npos : std::string_view(signs).find(word.back());
+    const int number = static_cast<int>(
+        bankNumber(sign == std::string::npos ? word : word.substr(0, word.size() - 1)));
+    if (number < least || number > most)
+        throw std::runtime_error(word + " is out of range");
+    return 1 + 3 * (number - least) + (sign == std::string::npos ? 0 : static_cast<int>(sign) + 1);
+}
+} // namespace
+
+int bankRatchet(const std::string& word) { return signedChoice(word, "+-", 2, 8); }
+
+int bankStrum(const std::string& word) { return signedChoice(word, "-~", 1, 8); }
 
 int bankCount(const std::string& word)
 {

@@ -22,6 +22,8 @@ std::optional<int> bankNote(const std::string& text);
 int bankParameter(const std::string& word);
 // mod1 to mod8 as 0 to 7; `rest` is what follows, "-on" for instance.
 std::optional<int> bankModTrack(const std::string& word, std::string& rest);
+// drum1 to drum8 as 0 to 7.
+std::optional<int> bankDrum(const std::string& word);
 // The track that drives cutoff, pan and so on in our own synth.
 std::optional<int> bankModTarget(const std::string& word);
 // The controller that such a track sends unless the source says otherwise.
@@ -36,6 +38,15 @@ int bankChord(const std::string& word);
 int bankOctave(const std::string& word);
 int bankBend(const std::string& word);
 int bankRandom(const std::string& word);
+// What a step leaves to chance and how it plays:
+//   chance    percent
+//   condition 2:4, 1st, !1st, fill, !fill, pre, !pre
+//   ratchet   2 to 8 strikes; 3+ rises, 3- falls
+//   strum     1 to 8 parts of 1/32 step upwards; 4- downwards, 4~ by turns
+int bankChance(const std::string& word);
+int bankCondition(const std::string& word);
+int bankRatchet(const std::string& word);
+int bankStrum(const std::string& word);
 int bankCount(const std::string& word);
 
 // 32 values from 0 to 1: "wave 2 40 100" is two periods between 40 and 100 of 127.
