@@ -9,14 +9,14 @@ class CBitmap;
 class BitmapTable {
 public:
     static constexpr int kFirst = 1000;
-    static constexpr int kCount = 146;
+    static constexpr int kCount = 148;
 
     BitmapTable();
     ~BitmapTable();
     BitmapTable(const BitmapTable&) = delete;
     BitmapTable& operator=(const BitmapTable&) = delete;
 
-    // Null for an id outside 1000 to 1145, and while nobody holds a reference.
+    // Null for an id outside 1000 to 1147, and while nobody holds a reference.
     static CBitmap* get(int id);
     static int references();
 };

@@ -288,6 +288,12 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
         parameters.store(Tag::PageSecond, stored.raw);
         screen.pagesChanged.raise();
         break;
+    case Tag::EditTool:
+        tracks.editTool = index;
+        break;
+    case Tag::ToolHits:
+        tracks.toolHits = index;
+        break;
     case Tag::PerformancePage:
         tracks.performancePage = index;
         screen.pagesChanged.raise();

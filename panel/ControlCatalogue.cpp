@@ -312,6 +312,9 @@ constexpr FamilyRow kDrumFamily[] = {
     { { 629, 630,  1 }, knob(  629, { 107, 563, 134, 576 }, 1141, 13,  16, kTrackPages, kRoundFrame) },
     { { 641, 642,  1 }, menu(  641, { 132, 529, 155, 538 }, 1138, MenuItems::Pictures, kLaneSpeedScale, kTrackLoops) },
 
+    { { 766, 767,  1 }, push(  766, { 763, 547, 782, 562 }, 1146, kTrackPages) },
+
+    { { 790, 791,  1 }, hint(  790, 0, "tool: does to the loop what the tool menu says"), { 766, 767,  1 } },
     { { 700, 701,  1 }, hint(  700, 0, "track %d: controller or drum"), { 605, 606,  1 } },
     { { 710, 711,  1 }, value( 710, 0, "drum note  ", NoteName, "", kOwnerMapped), { 613, 614,  1 } },
     { { 720, 721,  1 }, value( 720, 0, "drum gate  ", Integer, " %% of a step", kOwnerMapped), { 621, 622,  1 } },
@@ -658,6 +661,19 @@ constexpr ControlRow kPanel[] = {
     hint(  756, 602, "when a chosen pattern begins"),
     hint(  757, 603, "pads HALF and STEP: now or on the next step"),
     hint(  758, 604, "keys outside the zones sound at once"),
+    // The tools for steps: the choice, and a button at each lane.
+    in(Hue::Neutral, changes(EditScope::None, menu(  760, { 590,   4, 669,  19 }, 1114, MenuItems::Choices, 0.14287f))),
+    changes(EditScope::None, knob(  761, { 672,   5, 699,  18 }, 1147, 13,  16, kAlways, kRoundFrame)),
+    push(  762, { 763, 108, 782, 123 }, 1146),
+    push(  763, { 763, 437, 782, 452 }, 1146),
+    push(  764, { 763, 217, 782, 232 }, 1146),
+    push(  765, { 763, 327, 782, 342 }, 1146),
+    hint(  780, 760, "tool for the steps of a lane"),
+    value( 781, 761, "Euclid: hits in the loop  ", Integer, "", kOwnerMapped),
+    hint(  782, 762, "tool: does to the loop what the tool menu says"),
+    hint(  783, 763, "tool: does to the loop what the tool menu says"),
+    hint(  784, 764, "tool: does to the loop what the tool menu says"),
+    hint(  785, 765, "tool: does to the loop what the tool menu says"),
     // The popups of the step views, which know a step.
     menu(kLearnStepsTag,     kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),
     menu(kLearnStepsTag + 1, kMenuOnly, 0, MenuItems::LearnSteps, 1, kNoGroup, LearnSubMenu),

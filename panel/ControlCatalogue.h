@@ -173,7 +173,7 @@ struct ControlRow {
     int tag = 0;
     ControlClass kind = ControlClass::Display;
     Place place;
-    int16_t bitmap = 0; // 1000 to 1145; 0 for none
+    int16_t bitmap = 0; // 1000 to 1147; 0 for none
     int16_t runningBitmap = 0;
     int16_t frameHeight = 0; // strips: height of a frame
     int16_t frames = 0;      // strips: number of frames; zones: columns

@@ -67,6 +67,9 @@ constinit const std::array<std::string_view, kMidiNotes> kMidiNoteNames = [] {
 const std::array<std::string_view, kLaunches> kLaunchNames = {
     "now", "next step", "next beat", "next bar", "end of the loop"};
 
+const std::array<std::string_view, kEditTools> kEditToolNames = {
+    "Euclid", "Thin out", "Reverse", "Mirror", "Stretch", "Squeeze", "Humanise"};
+
 const std::array<int, kOctaveSteps> kOctaveOffsets = {0, 2, 1, -1, -2};
 
 } // namespace ormund

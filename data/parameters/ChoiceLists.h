@@ -54,6 +54,10 @@ enum class Launch { Now, Step, Beat, Bar, Loop };
 constexpr int kLaunches = 5;
 extern const std::array<std::string_view, kLaunches> kLaunchNames;
 
+// What the tool button of a lane does, enum EditTool.
+constexpr int kEditTools = 7;
+extern const std::array<std::string_view, kEditTools> kEditToolNames;
+
 // What an octave step adds.
 constexpr int kOctaveSteps = 5;
 extern const std::array<int, kOctaveSteps> kOctaveOffsets; // octaves

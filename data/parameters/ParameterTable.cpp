@@ -412,6 +412,20 @@ constexpr Row kRows[] = {
     {646, 10052, "Track_6_Speed",      choice(kLaneSpeeds),       0.625f,     kPreset,    -1},
     {647, 10053, "Track_7_Speed",      choice(kLaneSpeeds),       0.625f,     kPreset,    -1},
     {648, 10054, "Track_8_Speed",      choice(kLaneSpeeds),       0.625f,     kPreset,    -1},
+    {760,   -1, "Edit_Tool",            choice(kEditTools),        0,          kNone,      -1},
+    {761,   -1, "Tool_Hits",            offset(16, 15, 1, 1),      0.21875f,   kNone,      -1},
+    {762,   -1, "Pitch_Tool",           button(),                  0,          kNone,      -1},
+    {763,   -1, "Performance_Tool",     button(),                  0,          kNone,      -1},
+    {764,   -1, "Velocity_Tool",        button(),                  0,          kNone,      -1},
+    {765,   -1, "Gate_Tool",            button(),                  0,          kNone,      -1},
+    {766,   -1, "Track_1_Tool",         button(),                  0,          kNone,      -1},
+    {767,   -1, "Track_2_Tool",         button(),                  0,          kNone,      -1},
+    {768,   -1, "Track_3_Tool",         button(),                  0,          kNone,      -1},
+    {769,   -1, "Track_4_Tool",         button(),                  0,          kNone,      -1},
+    {770,   -1, "Track_5_Tool",         button(),                  0,          kNone,      -1},
+    {771,   -1, "Track_6_Tool",         button(),                  0,          kNone,      -1},
+    {772,   -1, "Track_7_Tool",         button(),                  0,          kNone,      -1},
+    {773,   -1, "Track_8_Tool",         button(),                  0,          kNone,      -1},
 };
 // clang-format on
 template <size_t Count>

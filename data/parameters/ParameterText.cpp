@@ -29,6 +29,8 @@ std::span<const std::string_view> choicesOf(int tag)
         return kTriggerModeNames;
     case Tag::GateTimeMultiply:
         return kGateMultiplyNames;
+    case Tag::EditTool:
+        return kEditToolNames;
     case Tag::Launch:
         return kLaunchNames;
     case Tag::PitchMode:

@@ -4,7 +4,7 @@
 
 namespace ormund {
 
-inline constexpr int kTagCount = 649; // 0 to 648, with holes
+inline constexpr int kTagCount = 774; // 0 to 773, with holes
 inline constexpr int kHostParameters = 46;
 inline constexpr int kModTracks = 8;
 inline constexpr int kStepLanes = 4 + kModTracks; // pitch, performance, velocity, gate and these
@@ -224,6 +224,11 @@ constexpr int DrumGate = 621;
 constexpr int ModChannel = 629;
 // Twelve, in the order of the lanes: pitch, performance, velocity, gate, modulation tracks
 constexpr int LaneSpeed = 637;
+
+// A tool for the steps of a lane: the choice, a number of it, and a button a lane in that order
+constexpr int EditTool = 760;
+constexpr int ToolHits = 761;
+constexpr int ToolButton = 762;
 
 // The tag `offset` places behind a mod track's first edit button; `track` 0 to 7. Track 1 alone
 // has another layout than the seven that follow it.

@@ -1,5 +1,6 @@
 #include "data/tracks/EditButtons.h"
 
+#include "data/tracks/EditTools.h"
 #include "data/tracks/Tracks.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace {
 using enum EditOperation;
 using enum EditTarget;
 
-constexpr size_t kModButtons = 9 * kModTracks;
+constexpr size_t kModButtons = 10 * kModTracks;
 
 // clang-format off
 constexpr std::array kTrackButtons = {
@@ -50,6 +51,10 @@ constexpr std::array kTrackButtons = {
     EditButton{Tag::PerformanceClear,         Performance, 0, Clear},
     EditButton{Tag::PerformanceRandom,        Performance, 0, Random},
     EditButton{Tag::PerformanceMutate,        Performance, 0, Mutate},
+    EditButton{Tag::ToolButton,               Pitch,       0, Tool},
+    EditButton{Tag::ToolButton + 1,           Performance, 0, Tool},
+    EditButton{Tag::ToolButton + 2,           Velocity,    0, Tool},
+    EditButton{Tag::ToolButton + 3,           Gate,        0, Tool},
     EditButton{Tag::GlobalShiftBackward,      All,         0, ShiftBackward},
     EditButton{Tag::GlobalShiftForward,       All,         0, ShiftForward},
     EditButton{Tag::GlobalCopy,               All,         0, Copy},
@@ -71,6 +76,7 @@ constexpr auto kButtons = [] {
         buttons[next++] = {Tag::modClear(track), Mod, track, Clear};
         buttons[next++] = {Tag::modRandom(track), Mod, track, Random};
         buttons[next++] = {Tag::modMutate(track), Mod, track, Mutate};
+        buttons[next++] = {Tag::ToolButton + 4 + track, Mod, track, Tool};
     }
     std::ranges::copy(kTrackButtons, buttons.begin() + static_cast<std::ptrdiff_t>(next));
     return buttons;
@@ -105,6 +111,8 @@ void editTable(KWTableXY& table, EditOperation operation, int from, int to)
         return table.randomize();
     case Mutate:
         return table.mutate();
+    case Tool:
+        return; // goes by lanes
     }
 }
 
@@ -128,6 +136,8 @@ void editLine(StepLine& line, EditOperation operation, int from, int to)
         return line.randomize();
     case Mutate:
         return line.mutate();
+    case Tool:
+        return;
     }
 }
 
@@ -210,6 +220,22 @@ void editAll(Tracks& tracks, EditOperation operation)
         transferLoops(mods, main.size(), pasteLoop);
 }
 
+const KWZoneHandlerContainer& loopOf(const Tracks& tracks, const EditButton& button)
+{
+    switch (button.target) {
+    case Mod:
+        return tracks.modLoops[static_cast<size_t>(button.track)];
+    case Velocity:
+        return tracks.velocityLoop;
+    case Gate:
+        return tracks.gateLoop;
+    case Performance:
+        return tracks.performanceLoop;
+    default:
+        return tracks.pitchLoop;
+    }
+}
+
 } // namespace
 
 std::span<const EditButton> editButtons() { return kButtons; }
@@ -233,6 +259,11 @@ bool performEdit(int tag, Tracks& tracks)
         const LoopZone zone = loop.current();
         return std::pair(zone.start, zone.end + 1);
     };
+    if (operation == Tool) {
+        const auto [from, to] = regionOf(loopOf(tracks, *button));
+        applyEditTool(tracks, button->target, button->track, from, to);
+        return true;
+    }
     switch (button->target) {
     case Mod: {
         const auto track = static_cast<size_t>(button->track);

@@ -27,6 +27,7 @@ enum class EditOperation : uint8_t {
     Clear,
     Random,
     Mutate,
+    Tool, // whichever is chosen: data/tracks/EditTools.h
 };
 
 struct EditButton {

@@ -71,6 +71,9 @@ public:
     // Which five lines of the performance lane are shown: 1 the rules above. What draws or clears
     // keeps to them.
     Crossing<int32_t> performancePage = 0;
+    // What the tool buttons do: an EditTool, and the hits of Euclid.
+    Crossing<int32_t> editTool = 0;
+    Crossing<int32_t> toolHits = 4;
     // --- rows that only display something ---
     KWTableXY modDisplay;   // 258
     KWTableXY bendDisplay;  // 336

@@ -176,6 +176,8 @@ void drawDrumGate(Paint& paint, int frame);
 void drawLaunch(Paint& paint, int frame);
 void drawPadsOnStep(Paint& paint, int frame);
 void drawPlayThrough(Paint& paint, int frame);
+void drawToolButton(Paint& paint, int frame);
+void drawToolHits(Paint& paint, int frame);
 
 // Keyboard.cpp
 void drawKeyboardMode(Paint& paint, int frame);

@@ -158,6 +158,8 @@ constexpr SkinRow kTable[] = {
     { 1143,   32,  37,   5, "when a chosen pattern begins",                        drawLaunch },
     { 1144,   55,  15,   6, "pads act now or on the step",                         drawPadsOnStep },
     { 1145,   57,  15,   6, "keys play through, off and on",                       drawPlayThrough },
+    { 1146,   19,  15,   3, "tool for the steps of a lane",                        drawToolButton },
+    { 1147,   27,  13,  16, "hits of the tool",                                    drawToolHits },
 };
 // clang-format on
 

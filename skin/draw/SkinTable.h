@@ -8,7 +8,7 @@ namespace ormund {
 class Paint;
 
 inline constexpr int kFirstBitmap = 1000;
-inline constexpr int kLastBitmap = 1145;
+inline constexpr int kLastBitmap = 1147;
 
 struct SkinRow {
     int number;

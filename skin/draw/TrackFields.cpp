@@ -86,4 +86,16 @@ void drawPlayThrough(Paint& paint, int frame)
         {9, -0.2, Weight::SemiBold}, on ? kDarkInk : contentInk(button.look), Align::Centre);
 }
 
+// Steps in a row, every third of them set.
+void drawToolButton(Paint& paint, int frame)
+{
+    const Look look = Look(frame);
+    raised(paint, 0, 0, paint.width(), paint.height(), look);
+    for (int step = 0; step < 4; ++step)
+        paint.rounded(3 + 3.5 * step, (step % 3 == 0 ? 4 : 8) + pressShift(look), 2.5,
+            step % 3 == 0 ? 7 : 3, 0.8, contentInk(look));
+}
+
+void drawToolHits(Paint& paint, int frame) { field(paint, std::to_string(frame + 1)); }
+
 } // namespace ormund

@@ -262,7 +262,7 @@ TEST_F(Renderer, MistakesGiveOneClearLine)
         {"--midi a.mid --preset " + noPreset, 1, "cannot load " + noPreset + ": "},
         {"--bars 1 --save /no/such/folder/a.kwe", 1, "cannot save /no/such/folder/a.kwe"},
         {"--midi a.mid --plugin /no/such.so", 1, "/no/such.so"},
-        {"--midi a.mid --set 649=0", 2, "TAG=VALUE"},
+        {"--midi a.mid --set 774=0", 2, "TAG=VALUE"},
         {"--midi a.mid --set 0=1.5", 2, "TAG=VALUE"},
         {"--midi a.mid --set tempo", 2, "TAG=VALUE"},
         {"--midi a.mid --tempo 20", 2, "--tempo"},
@@ -283,7 +283,7 @@ TEST_F(Renderer, ListsEveryParameterAndHelpsItself)
 {
     const Outcome list = run("--list");
     EXPECT_EQ(list.code, 0);
-    EXPECT_EQ(list.lines(), 343 + 1);
+    EXPECT_EQ(list.lines(), 357 + 1);
     EXPECT_THAT(list.text, HasSubstr("Root_Key"));
     const Outcome help = run("--help");
     EXPECT_EQ(help.code, 0);

@@ -69,7 +69,7 @@ TEST(Parameters, FileKeysAreForEver)
 
 TEST(Parameters, ListsHoldWhatTheyPromise)
 {
-    EXPECT_EQ(allParameters().size(), 343u);
+    EXPECT_EQ(allParameters().size(), 357u);
     EXPECT_EQ(presetParameters().size(), 171u);
     EXPECT_EQ(settingParameters().size(), 2u);
     // A synth preset is a part of a global one.

@@ -272,7 +272,7 @@ TEST_F(TracksTest, WithoutAKeyTheLastCopiedRowIsPasted)
 
 TEST_F(TracksTest, EveryButtonEndsInsideTheRangesOfItsTracks)
 {
-    EXPECT_EQ(editButtons().size(), 72u + 39u);
+    EXPECT_EQ(editButtons().size(), 80u + 43u);
     EXPECT_FALSE(performEdit(-1, tracks));
     EXPECT_FALSE(performEdit(Tag::Scale, tracks));
     EXPECT_FALSE(performEdit(1000000, tracks));

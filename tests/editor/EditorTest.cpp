@@ -31,9 +31,9 @@ TEST(Editor, BuildsEveryControlAndFreesAllAtTheEnd)
     {
         EditorRig rig;
         EXPECT_EQ(BitmapTable::references(), 1);
-        EXPECT_NE(BitmapTable::get(1145), nullptr);
+        EXPECT_NE(BitmapTable::get(1147), nullptr);
         EXPECT_EQ(BitmapTable::get(999), nullptr);
-        EXPECT_EQ(BitmapTable::get(1146), nullptr);
+        EXPECT_EQ(BitmapTable::get(1148), nullptr);
         for (const ControlRow& row : controlCatalogue())
             if (row.items != MenuItems::TargetGroup) {
                 EXPECT_TRUE(rig.editor.getControl(row.tag)) << row.tag;

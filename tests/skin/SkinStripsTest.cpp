@@ -122,7 +122,7 @@ TEST(SkinStrips, UnknownNumbersAndScalesGiveNothingOrAFittedImage)
 {
     SkinProvider provider;
     int width = 0, height = 0;
-    for (const long number : {-1L, 0L, 999L, 1146L}) {
+    for (const long number : {-1L, 0L, 999L, 1148L}) {
         EXPECT_FALSE(provider.getBitmapSize(number, width, height));
         EXPECT_EQ(provider.renderBitmap(number, 1), nullptr);
         EXPECT_TRUE(skinPart(int(number), 2, 0).empty());
