@@ -42,6 +42,7 @@ public:
     ~KWUniClientEditor() override;
 
     bool getRect(ERect** answer) override;
+    bool fitInto(int& fittedWidth, int& fittedHeight, bool takes) override;
     bool open(void* parent) override;
     // As open, in a window that is given: memory, for tests and pictures.
     bool openIn(std::unique_ptr<FrameWindow> window);

@@ -65,6 +65,22 @@ void KWUniClientEditor::chooseFirstScale()
     setScale(fittingPanelScale(link.storedPanelScale().value_or(desktop.scale), desktop));
 }
 
+// What a user drags a host's window to is a choice too.
+bool KWUniClientEditor::fitInto(int& fittedWidth, int& fittedHeight, bool takes)
+{
+    const double room =
+        std::min(double(fittedWidth) / kPanelWidth, double(fittedHeight) / kPanelHeight);
+    const double fitted = kPanelScales[size_t(panelScaleIndex(room))];
+    if (takes && fitted != getScale()) {
+        desktopAsked = true;
+        link.storePanelScale(fitted);
+        setScale(fitted);
+    }
+    fittedWidth = int(std::lround(kPanelWidth * fitted));
+    fittedHeight = int(std::lround(kPanelHeight * fitted));
+    return true;
+}
+
 void KWUniClientEditor::stepScale(int steps)
 {
     const int index = panelScaleIndex(getScale()) + steps;

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <array>
+#include "view/DrawnScales.h"
 
 namespace ormund {
 
 struct Desktop;
 
 // The sizes that the panel is offered in, device pixels to a panel pixel.
-inline constexpr std::array kPanelScales = {1.0, 1.5, 2.0};
+inline constexpr auto& kPanelScales = kDrawnScales;
 
 // The place of the largest of them that is not above `scale`; 0 when all are.
 int panelScaleIndex(double scale);

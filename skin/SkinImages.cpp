@@ -1,7 +1,6 @@
 #include "skin/SkinImages.h"
 
-#include <algorithm>
-#include <array>
+#include "view/DrawnScales.h"
 
 namespace ormund {
 
@@ -19,7 +18,7 @@ struct Image {
 
 struct Entry {
     SkinSize size;
-    Image images[4];
+    Image images[kDrawnScales.size()];
 };
 
 constexpr Entry kEntries[] = {
@@ -31,7 +30,6 @@ constexpr size_t kPartOffsets[] = {
 #include "SkinParts.inc"
 };
 constexpr int kCount = int(std::size(kEntries));
-constexpr std::array<int, 4> kHalves{2, 3, 4, 6};
 
 const Entry* entryOf(int number)
 {
@@ -39,11 +37,10 @@ const Entry* entryOf(int number)
     return index >= 0 && index < kCount ? &kEntries[index] : nullptr;
 }
 
-const Image* imageOf(int number, int halves)
+const Image* imageOf(int number, size_t scalePlace)
 {
-    const auto scale = std::ranges::find(kHalves, halves);
     const Entry* entry = entryOf(number);
-    return entry && scale != kHalves.end() ? &entry->images[scale - kHalves.begin()] : nullptr;
+    return entry && scalePlace < kDrawnScales.size() ? &entry->images[scalePlace] : nullptr;
 }
 
 } // namespace
@@ -54,15 +51,15 @@ const SkinSize* skinSize(int number)
     return entry ? &entry->size : nullptr;
 }
 
-int skinFramesOfPart(int number, int halves)
+int skinFramesOfPart(int number, size_t scalePlace)
 {
-    const Image* image = imageOf(number, halves);
+    const Image* image = imageOf(number, scalePlace);
     return image ? image->framesOfPart : 0;
 }
 
-std::span<const std::byte> skinPart(int number, int halves, int frame)
+std::span<const std::byte> skinPart(int number, size_t scalePlace, int frame)
 {
-    const Image* image = imageOf(number, halves);
+    const Image* image = imageOf(number, scalePlace);
     if (!image || frame < 0 || frame >= skinSize(number)->frames)
         return {};
     const size_t part = image->firstPart + size_t(frame / image->framesOfPart);

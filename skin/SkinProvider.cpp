@@ -1,23 +1,35 @@
 #include "skin/SkinProvider.h"
 
 #include "skin/SkinImages.h"
+#include "view/DrawnScales.h"
 
 #include <cairo.h>
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <zstd.h>
 
 namespace ormund {
 
 namespace {
 
-constexpr int kHalves[] = {2, 3, 4, 6};
+constexpr double kTolerance = 0.005; // scales come from decimal settings
 
 int rounded(double size) { return int(std::floor(size + 0.5)); }
 
-bool isEmbedded(double scale) { return std::ranges::find(kHalves, scale * 2) != std::end(kHalves); }
+// The place of the smallest embedded scale that is not below this one; of the largest otherwise.
+size_t placeOf(double scale)
+{
+    size_t place = 0;
+    while (place + 1 < kDrawnScales.size() && kDrawnScales[place] < scale - kTolerance)
+        ++place;
+    return place;
+}
+
+bool isEmbedded(double scale)
+{
+    return std::abs(kDrawnScales[placeOf(scale)] - scale) < kTolerance;
+}
 
 // First device row of a frame.
 int rowOf(const SkinSize& size, int frame, double scale)
@@ -77,9 +89,9 @@ bool SkinProvider::getBitmapSize(long id, int& width, int& height)
     return true;
 }
 
-cairo_surface_t* SkinProvider::unpack(const SkinSize& size, int halves, int from, int to)
+cairo_surface_t* SkinProvider::unpack(const SkinSize& size, size_t scalePlace, int from, int to)
 {
-    const double scale = halves / 2.0;
+    const double scale = kDrawnScales[scalePlace];
     const int top = rowOf(size, from, scale);
     cairo_surface_t* image =
         pool.make(rounded(size.frameWidth * scale), rowOf(size, to, scale) - top);
@@ -87,12 +99,12 @@ cairo_surface_t* SkinProvider::unpack(const SkinSize& size, int halves, int from
         return nullptr;
     unsigned char* pixels = cairo_image_surface_get_data(image);
     const auto rowBytes = size_t(cairo_image_surface_get_stride(image));
-    const int together = skinFramesOfPart(size.number, halves);
+    const int together = skinFramesOfPart(size.number, scalePlace);
     bool isWhole = unpacker;
     for (int frame = from; isWhole && frame < to; frame += together) {
         const int row = rowOf(size, frame, scale);
         const int end = rowOf(size, std::min(frame + together, to), scale);
-        const auto packed = skinPart(size.number, halves, frame);
+        const auto packed = skinPart(size.number, scalePlace, frame);
         const size_t room = size_t(end - row) * rowBytes;
         isWhole = ZSTD_decompressDCtx(unpacker, pixels + size_t(row - top) * rowBytes, room,
                       packed.data(), packed.size())
@@ -111,12 +123,11 @@ cairo_surface_t* SkinProvider::renderBitmap(long id, double scale)
     const SkinSize* size = skinSize(int(id));
     if (!size || !(scale > 0))
         return nullptr;
-    const auto* halves = std::find_if(std::begin(kHalves), std::end(kHalves) - 1,
-        [scale](int h) { return h >= scale * 2 - 0.01; });
-    cairo_surface_t* image = unpack(*size, *halves, 0, size->frames);
-    if (!image || std::abs(*halves - scale * 2) < 0.01)
+    const size_t place = placeOf(scale);
+    cairo_surface_t* image = unpack(*size, place, 0, size->frames);
+    if (!image || isEmbedded(scale))
         return image;
-    cairo_surface_t* fitted = resized(image, *halves / 2.0, scale, *size);
+    cairo_surface_t* fitted = resized(image, kDrawnScales[place], scale, *size);
     cairo_surface_destroy(image);
     return fitted;
 }
@@ -126,8 +137,9 @@ CBitmapProvider::Part SkinProvider::renderPart(long id, double scale, int from, 
     const SkinSize* size = skinSize(int(id));
     if (!size || !isEmbedded(scale))
         return {renderBitmap(id, scale), 0};
-    const int halves = rounded(scale * 2);
-    const int together = skinFramesOfPart(size->number, halves);
+    const size_t place = placeOf(scale);
+    scale = kDrawnScales[place];
+    const int together = skinFramesOfPart(size->number, place);
     int first = 0;
     while (first + together < size->frames && rowOf(*size, first + together, scale) <= from)
         first += together;
@@ -135,7 +147,7 @@ CBitmapProvider::Part SkinProvider::renderPart(long id, double scale, int from, 
     const int top = rowOf(*size, first, scale);
     if (from < top || to > rowOf(*size, end, scale))
         return {renderBitmap(id, scale), 0};
-    return {unpack(*size, halves, first, end), top};
+    return {unpack(*size, place, first, end), top};
 }
 
 } // namespace ormund

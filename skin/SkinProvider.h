@@ -28,7 +28,7 @@ public:
 
 private:
     // Frames from <= k < to, where a part begins and one ends; null when they cannot be had.
-    cairo_surface_t* unpack(const SkinSize& size, int halves, int from, int to);
+    cairo_surface_t* unpack(const SkinSize& size, size_t scalePlace, int from, int to);
 
     ImagePool pool;
     ZSTD_DCtx_s* unpacker; // kept, for it is larger than most images

@@ -1,5 +1,7 @@
 #include "view/CFrame.h"
 
+#include "view/DrawnScales.h"
+
 #include "view/CDrawContext.h"
 #include "view/offscreen/OffscreenWindow.h"
 
@@ -33,8 +35,8 @@ bool isNear(const CPoint& one, const CPoint& other)
 
 double CFrame::nearestScale(double wanted)
 {
-    double best = kPictureScales[0];
-    for (const double candidate : kPictureScales)
+    double best = kDrawnScales[0];
+    for (const double candidate : kDrawnScales)
         if (std::abs(candidate - wanted) < std::abs(best - wanted))
             best = candidate;
     return best;

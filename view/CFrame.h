@@ -24,8 +24,7 @@ public:
 
 class CFrame : public CViewContainer {
 public:
-    // The scales that the skin is drawn at.
-    static constexpr double kPictureScales[] = {1, 1.5, 2, 3};
+    // Of kDrawnScales.
     static double nearestScale(double wanted);
 
     // `size` is in panel pixels. With a system window the frame opens a child of it at the
@@ -47,7 +46,7 @@ public:
 
     // The panel's size; the window follows. False for an empty size.
     virtual bool setSize(int width, int height);
-    // One of kPictureScales, or the nearest of them.
+    // One of kDrawnScales, or the nearest of them.
     virtual void setScale(double newScale);
     double getScale() const { return scale; }
 

@@ -16,6 +16,9 @@ public:
 
     // Points `rect` at the window's size, before it is open too. False leaves it alone.
     virtual bool getRect(ERect** rect) = 0;
+    // Makes `width` and `height`, what a host offers, the nearest size that the window can have and
+    // that fits in; `takes` it too. False where the size is fixed.
+    virtual bool fitInto(int& /*width*/, int& /*height*/, bool /*takes*/) { return false; }
     // `parent` is the host's window, an X11 window number here.
     virtual bool open(void* parent) = 0;
     virtual void close() = 0;

@@ -3,6 +3,7 @@
 
 #include "base/Product.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace ormund {
@@ -34,15 +35,16 @@ const clap_plugin_gui_t ClapPlugin::gui = {
             *height = static_cast<uint32_t>(rect.bottom);
             return rect.right > 0;
         },
-    .can_resize = [](const clap_plugin_t*) { return false; },
-    .get_resize_hints = [](const clap_plugin_t*, clap_gui_resize_hints_t*) { return false; },
-    .adjust_size = [](const clap_plugin_t* self, uint32_t* width,
-                       uint32_t* height) { return gui.get_size(self, width, height); },
-    .set_size =
-        [](const clap_plugin_t* self, uint32_t width, uint32_t height) {
-            uint32_t ours[2] = {};
-            return gui.get_size(self, &ours[0], &ours[1]) && ours[0] == width && ours[1] == height;
+    .can_resize = [](const clap_plugin_t*) { return true; },
+    .get_resize_hints =
+        [](const clap_plugin_t* self, clap_gui_resize_hints_t* hints) {
+            *hints = {true, true, true, 0, 0};
+            return gui.get_size(self, &hints->aspect_ratio_width, &hints->aspect_ratio_height);
         },
+    .adjust_size = [](const clap_plugin_t* self, uint32_t* width,
+                       uint32_t* height) { return of(self).fit(*width, *height, false); },
+    .set_size = [](const clap_plugin_t* self, uint32_t width,
+                    uint32_t height) { return of(self).fit(width, height, true); },
     .set_parent =
         [](const clap_plugin_t* self, const clap_window_t* given) {
             ClapPlugin& plugin = of(self);
@@ -69,6 +71,17 @@ const clap_plugin_timer_support_t ClapPlugin::timers = {
             of(self).idle();
     },
 };
+
+bool ClapPlugin::fit(uint32_t& width, uint32_t& height, bool takes)
+{
+    constexpr uint32_t kMost = 1 << 16; // of a side, so that any number of a host's is one of ours
+    int fitted[2] = {
+        static_cast<int>(std::min(width, kMost)), static_cast<int>(std::min(height, kMost))};
+    const bool fits = window->fitInto(fitted[0], fitted[1], takes);
+    width = static_cast<uint32_t>(fitted[0]);
+    height = static_cast<uint32_t>(fitted[1]);
+    return fits;
+}
 
 bool ClapPlugin::createGui(bool floating)
 {

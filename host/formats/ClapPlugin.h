@@ -58,6 +58,7 @@ private:
     static const clap_plugin_gui_t gui;
     static const clap_plugin_timer_support_t timers;
     bool createGui(bool floating);
+    bool fit(uint32_t& width, uint32_t& height, bool takes); // as AEffEditor::fitInto
     void destroyGui();
     bool showGui();
     void idle();

@@ -29,6 +29,11 @@ public:
     ~FormatWindow();
 
     ERect size() const { return wrapper.editorRect(); }
+    // As AEffEditor::fitInto.
+    bool fitInto(int& width, int& height, bool takes)
+    {
+        return wrapper.fitEditor(width, height, takes);
+    }
     bool isOpen() const { return open; }
     // `parent` is an X11 window number.
     bool openIn(unsigned long parent);

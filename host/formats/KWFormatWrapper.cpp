@@ -274,6 +274,12 @@ ERect KWFormatWrapper::editorRect()
     return editor() && editor()->getRect(&rect) && rect ? *rect : ERect{};
 }
 
+bool KWFormatWrapper::fitEditor(int& width, int& height, bool takes)
+{
+    const std::lock_guard hold(screen);
+    return editor() && editor()->fitInto(width, height, takes);
+}
+
 bool KWFormatWrapper::openEditor(Window& shown, void* parent)
 {
     const std::lock_guard hold(screen);

@@ -92,6 +92,8 @@ public:
     // The editor, made when it is first asked for. It shows in one window at a time.
     ERect editorRect(); // device pixels; empty where there is no editor
     // `parent` is an X11 window number. False when it shows elsewhere already or cannot be opened.
+    // As AEffEditor::fitInto.
+    bool fitEditor(int& width, int& height, bool takes);
     bool openEditor(Window& window, void* parent);
     void idleEditor();
     void closeEditor();

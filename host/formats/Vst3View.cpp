@@ -2,6 +2,7 @@
 
 #include "host/formats/Vst3Plugin.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace ormund {
@@ -67,18 +68,17 @@ v3_plugin_view_cpp Vst3View::viewTable()
         *size = This::of(self).rect();
         return V3_OK;
     };
-    all.view.on_size = [](void*, v3_view_rect*) -> v3_result { return V3_OK; };
+    all.view.on_size = [](void* self, v3_view_rect* size) -> v3_result {
+        return This::of(self).fit(*size, true) ? V3_OK : V3_FALSE;
+    };
     all.view.on_focus = [](void*, v3_bool) -> v3_result { return V3_OK; };
     all.view.set_frame = [](void* self, v3_plugin_frame** given) -> v3_result {
         This::of(self).frame.reset(given);
         return V3_OK;
     };
-    all.view.can_resize = [](void*) -> v3_result { return V3_FALSE; };
+    all.view.can_resize = [](void*) -> v3_result { return V3_TRUE; };
     all.view.check_size_constraint = [](void* self, v3_view_rect* size) -> v3_result {
-        const v3_view_rect ours = This::of(self).rect();
-        size->right = size->left + ours.right;
-        size->bottom = size->top + ours.bottom;
-        return V3_OK;
+        return This::of(self).fit(*size, false) ? V3_OK : V3_FALSE;
     };
     return all;
 }
@@ -94,6 +94,21 @@ v3_timer_handler_cpp Vst3View::timerTable()
 
 const v3_plugin_view_cpp Vst3View::kView = viewTable();
 const v3_timer_handler_cpp Vst3View::kTimer = timerTable();
+
+bool Vst3View::fit(v3_view_rect& size, bool takes)
+{
+    const auto length = [](int32_t from, int32_t to) {
+        constexpr int64_t kMost = 1 << 16; // so that any number of a host's is one of ours
+        return static_cast<int>(std::clamp<int64_t>(int64_t{to} - from, 0, kMost));
+    };
+    int width = length(size.left, size.right);
+    int height = length(size.top, size.bottom);
+    if (!window.fitInto(width, height, takes))
+        return false;
+    size.right = size.left + width;
+    size.bottom = size.top + height;
+    return true;
+}
 
 // A host gives its loop with the frame, or there is no window: nothing would ever move in it.
 bool Vst3View::attach(unsigned long parent)

@@ -33,6 +33,7 @@ private:
     void edited(const HostEdit& edit) override;
     bool sizeWanted(int width, int height) override;
     v3_view_rect rect() const;
+    bool fit(v3_view_rect& size, bool takes); // as AEffEditor::fitInto
 
     static const v3_plugin_view_cpp kView;
     static const v3_timer_handler_cpp kTimer;

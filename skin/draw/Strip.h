@@ -11,9 +11,6 @@
 
 namespace ormund {
 
-// The scales that windows are shown at.
-inline constexpr double kPictureScales[] = {1, 1.5, 2, 3};
-
 // An image that frees itself.
 class Image {
 public:

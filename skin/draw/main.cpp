@@ -6,6 +6,7 @@
 // --scale N for the pictures, 2 if not given.
 #include "skin/draw/AppIcon.h"
 #include "skin/draw/Preview.h"
+#include "view/DrawnScales.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -43,7 +44,7 @@ void writePack(const std::string& folder)
     for (const SkinRow& row : skinTable()) {
         index += "{ { " + std::to_string(row.number) + ", " + std::to_string(row.frameWidth) + ", "
             + std::to_string(row.frameHeight) + ", " + std::to_string(row.frames) + " }, {";
-        for (const double scale : kPictureScales) {
+        for (const double scale : kDrawnScales) {
             const int together = framesOfPart(row, scale);
             index += " { " + std::to_string(parts) + ", " + std::to_string(together) + " },";
             int width = 0, height = 0;

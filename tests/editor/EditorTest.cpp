@@ -326,17 +326,31 @@ TEST(Editor, TheWindowGrowsWithTheChosenScale)
 {
     EditorRig rig;
     EXPECT_TRUE(rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl}));
-    EXPECT_EQ(rig.editor.getScale(), 1.5);
-    rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl});
-    rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl});
+    EXPECT_EQ(rig.editor.getScale(), 1.25);
+    for (int more = 0; more < 3; ++more)
+        rig.user->key({.character = U'+', .key = CKey::None, .modifiers = kControl});
     EXPECT_EQ(rig.editor.getScale(), 2);
     EXPECT_EQ(rig.window->getWidth(), 2 * kPanelWidth);
     ERect* rect = nullptr;
     rig.editor.getRect(&rect);
     EXPECT_EQ(rect->right, 2 * kPanelWidth);
-    rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
-    rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
+    for (int fewer = 0; fewer < 4; ++fewer)
+        rig.user->key({.character = U'-', .key = CKey::None, .modifiers = kControl});
     EXPECT_EQ(rig.editor.getScale(), 1);
+    // A window that a host makes larger or smaller takes the nearest size that fits.
+    const struct {
+        int width, height;
+        double scale;
+    } offers[] = {
+        {1400, 2000, 1.25}, {3003, 1390, 2}, {1, 1, 0.75}, {65536, 65536, 3}, {1001, 700, 1}};
+    for (auto [offeredWidth, offeredHeight, scale] : offers) {
+        int width = offeredWidth, height = offeredHeight;
+        EXPECT_TRUE(rig.editor.fitInto(width, height, false));
+        EXPECT_EQ(width, std::lround(kPanelWidth * scale));
+        EXPECT_TRUE(rig.editor.fitInto(width, height, true));
+        EXPECT_EQ(rig.editor.getScale(), scale);
+        EXPECT_EQ(rig.window->getHeight(), std::lround(kPanelHeight * scale));
+    }
 }
 
 TEST(PanelScale, FitsTheScreenAndFollowsTheWishUpToIt)
@@ -347,9 +361,9 @@ TEST(PanelScale, FitsTheScreenAndFollowsTheWishUpToIt)
         double scale;
     } cases[] = {
         {2, {}, 2}, // nothing is known of the screen
-        {1.25, {3840, 2160, 1.25}, 1}, {1.5, {3840, 2160, 1.5}, 1.5}, {3, {3840, 2160, 3}, 2},
-        {2, {1920, 1080, 2}, 1.5}, {2, {1366, 768, 1}, 1},
-        {1.5, {800, 600, 1}, 1}, // larger than the screen, but there is no smaller one
+        {1.25, {3840, 2160, 1.25}, 1.25}, {1.5, {3840, 2160, 1.5}, 1.5}, {3, {3840, 2160, 3}, 3},
+        {2, {1920, 1080, 2}, 1.5}, {2, {1366, 768, 1}, 1}, {1, {1024, 600, 1}, 0.75},
+        {1.5, {640, 480, 1}, 0.75}, // larger than the screen, but there is no smaller one
     };
     for (const auto& each : cases)
         EXPECT_EQ(fittingPanelScale(each.wanted, each.desktop), each.scale)
@@ -361,7 +375,7 @@ TEST(PanelScale, IsChosenFromItsMenu)
     EditorRig rig;
     const ControlRow& row = *findControl(kPanelScaleTag);
     const auto& menu = static_cast<KWOptionMenu&>(*rig.editor.getControl(kPanelScaleTag));
-    for (const int index : {2, 1, 0}) {
+    for (const int index : {5, 4, 3, 2, 0, 1}) {
         rig.click(EditorRig::middle(row));
         ASSERT_TRUE(menu.isOpen());
         const CRect line = menu.rowRect(index);

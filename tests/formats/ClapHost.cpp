@@ -141,6 +141,15 @@ public:
         if (ticking)
             timer->on_timer(plugin, kTimer);
     }
+    bool dragTo(int wide, int high) override
+    {
+        uint32_t size[2] = {static_cast<uint32_t>(wide), static_cast<uint32_t>(high)};
+        if (!gui->can_resize(plugin) || !gui->adjust_size(plugin, &size[0], &size[1])
+            || !gui->set_size(plugin, size[0], size[1]))
+            return false;
+        resized(size[0], size[1]);
+        return true;
+    }
     void closeEditor() override
     {
         if (gui)

@@ -167,7 +167,7 @@ TEST_P(FormatEditor, AsksForTheSizeOfEachScale)
         user->key(XK_Control_L, false);
         idle(*host, 3);
     };
-    for (const double scale : {1.5, 2.0}) {
+    for (const double scale : {1.25, 1.5, 1.75, 2.0}) {
         press(XK_equal);
         EXPECT_EQ(host->width, std::lround(kPanelWidth * scale));
         EXPECT_EQ(host->height, std::lround(kPanelHeight * scale));
@@ -185,9 +185,33 @@ TEST_P(FormatEditor, AsksForTheSizeOfEachScale)
     clickControl(*user, kKnob);
     user->click(2 * findControl(kKnob)->place.left + 20, 2 * findControl(kKnob)->place.top + 20);
     idle(*host, 3);
-    press(XK_minus);
-    press(XK_minus);
+    for (int fewer = 0; fewer < 4; ++fewer)
+        press(XK_minus);
     EXPECT_EQ(host->width, kPanelWidth);
+}
+
+TEST_P(FormatEditor, AWindowThatIsDraggedTakesTheNearestSizeThatFits)
+{
+    const auto host = GetParam().make();
+    const Window parent = parentAt(0);
+    ASSERT_TRUE(host->openEditor(parent));
+    idle(*host);
+    if (!host->dragTo(1300, 1000)) {
+        EXPECT_EQ(host->width, kPanelWidth);
+        return;
+    }
+    EXPECT_EQ(host->width, std::lround(kPanelWidth * 1.25));
+    EXPECT_EQ(host->height, std::lround(kPanelHeight * 1.25));
+    XResizeWindow(user->display, parent, static_cast<unsigned>(host->width),
+        static_cast<unsigned>(host->height));
+    XSync(user->display, False);
+    idle(*host, 5);
+    EXPECT_TRUE(isPainted(0, host->width, host->height));
+    for (const auto& [wide, high] : {std::pair{0, 0}, {-5, 70}, {1024, 572}}) {
+        EXPECT_TRUE(host->dragTo(wide, high));
+        EXPECT_EQ(host->width, std::lround(kPanelWidth * 0.75));
+    }
+    EXPECT_TRUE(host->dragTo(kPanelWidth, kPanelHeight));
 }
 
 TEST_P(FormatEditor, TwoInstancesShowAndTurnTheirOwnKnobs)

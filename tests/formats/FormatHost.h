@@ -43,6 +43,8 @@ public:
     virtual bool openEditor(unsigned long parent) = 0;
     virtual void idleEditor() = 0;
     virtual void closeEditor() = 0;
+    // What a user drags the window to. False where the format leaves no choice to the host.
+    virtual bool dragTo(int /*width*/, int /*height*/) { return false; }
 
     void start(double from)
     {

@@ -172,6 +172,15 @@ public:
         for (v3_timer_handler** timer : frame_.loop.timers)
             v3_cpp_obj(timer)->on_timer(timer);
     }
+    bool dragTo(int wide, int high) override
+    {
+        v3_view_rect rect{0, 0, wide, high};
+        if (v3_cpp_obj(view)->can_resize(view) != V3_TRUE
+            || v3_cpp_obj(view)->check_size_constraint(view, &rect) != V3_OK)
+            return false;
+        resized(view, &rect);
+        return true;
+    }
     void closeEditor() override
     {
         if (!view)

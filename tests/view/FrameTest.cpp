@@ -272,18 +272,19 @@ TEST_F(FrameTest, APressEndsWithALostReleaseAndWithItsWindow)
 
 TEST_F(FrameTest, ScaleChangesTheImageAndNotTheCoordinates)
 {
-    addProbe({10, 10, 20, 20}, kRedCColor);
-    for (const double scale : {1.5, 2.0, 3.0, 1.0}) {
+    addProbe({20, 20, 40, 40}, kRedCColor);
+    for (const double scale : {1.5, 2.0, 3.0, 1.0, 0.75, 1.25, 1.75, 1.0}) {
         frame.setScale(scale);
         frame.idle();
         EXPECT_EQ(window().getWidth(), static_cast<int>(100 * scale));
         const auto at = [&](double panel) { return static_cast<int>(panel * scale); };
-        EXPECT_EQ(window().pixel(at(10), at(10)), 0xFF0000u) << scale;
-        EXPECT_EQ(window().pixel(at(10) - 1, at(10)), 0u) << scale;
-        EXPECT_EQ(window().pixel(at(20) - 1, at(20) - 1), 0xFF0000u) << scale;
-        EXPECT_EQ(window().pixel(at(20), at(19)), 0u) << scale;
+        EXPECT_EQ(window().pixel(at(20), at(20)), 0xFF0000u) << scale;
+        EXPECT_EQ(window().pixel(at(20) - 1, at(20)), 0u) << scale;
+        EXPECT_EQ(window().pixel(at(40) - 1, at(40) - 1), 0xFF0000u) << scale;
+        EXPECT_EQ(window().pixel(at(40), at(39)), 0u) << scale;
     }
-    EXPECT_EQ(CFrame::nearestScale(1.25 - 0.01), 1.0);
+    EXPECT_EQ(CFrame::nearestScale(1.1), 1.0);
+    EXPECT_EQ(CFrame::nearestScale(0.1), 0.75);
     EXPECT_EQ(CFrame::nearestScale(192.0 / 96), 2.0);
     EXPECT_EQ(CFrame::nearestScale(17), 3.0);
 }
