@@ -88,6 +88,16 @@ void EngineLink::addAssignment(int controller, int tag, int step)
     engine.midiMap.addAssignment(controller, tag, step);
 }
 
+int EngineLink::controllerOf(int tag) const
+{
+    const MidiMap& map = engine.midiMap;
+    for (int list = 0; list < MidiMap::kLists; ++list)
+        for (int i = 0; i < map.count(list); ++i)
+            if (map.at(list, i).tag == tag)
+                return list;
+    return -1;
+}
+
 int EngineLink::learnTag() const { return engine.midiMap.learnTag(); }
 
 std::optional<double> EngineLink::storedPanelScale() const

@@ -45,7 +45,8 @@ public:
     void clearMapping(int tag); // all its steps
     void clearMapping(int tag, int step);
     void addAssignment(int controller, int tag, int step);
-    int learnTag() const; // -1: nothing waits
+    int controllerOf(int tag) const; // the first that moves it, MidiMap::kPressure too; -1 for none
+    int learnTag() const;            // -1: nothing waits
 
     std::optional<double> storedPanelScale() const; // as chosen last; empty at first
     void storePanelScale(double scale);

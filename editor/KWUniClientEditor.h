@@ -93,6 +93,7 @@ private:
     void refreshPages();
     void refreshMenus();
     void refreshHead();
+    std::string learnText();
     void refreshMessages();
     void showLane(ScreenLane lane, float step);
 
@@ -148,6 +149,8 @@ private:
     bool pagesShown = false; // since the opening
     bool keysTaken = false;  // a key goes to the panel rather than to the host
     std::string headText;
+    int learningTag = -1; // what waited to be learned at the last idle
+    int learnedIdles = 0; // so long does the line name what was learned
     unsigned shownMessage = 0;
 };
 

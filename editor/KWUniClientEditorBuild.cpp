@@ -68,6 +68,7 @@ void KWUniClientEditor::buildControls()
     for (const ControlRow& row : extraControls())
         if (row.kind != ControlClass::Image)
             add(row);
+    std::ranges::for_each(moreHints(), add);
     raiseMarkers();
     bindRunningSteps();
     bindHints();
@@ -133,6 +134,7 @@ void KWUniClientEditor::bindHints()
     };
     std::ranges::for_each(controlCatalogue(), bind);
     std::ranges::for_each(extraControls(), bind);
+    std::ranges::for_each(moreHints(), bind);
 }
 
 // A right click learns on every control that has a parameter; on the step views it also knows the

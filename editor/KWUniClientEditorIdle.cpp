@@ -12,6 +12,7 @@
 #include "host/plugin/KWUniClient.h"
 #include "panel/Look.h"
 #include "platform/Messages.h"
+#include "view/FittedText.h"
 
 #include <cmath>
 
@@ -112,11 +113,35 @@ void KWUniClientEditor::refreshMenus()
     }
 }
 
-// The line above the maker's name shows what the learning waits for.
+// What the learning waits for, and for three seconds what it has found.
+std::string KWUniClientEditor::learnText()
+{
+    constexpr int kShownIdles = 90;
+    constexpr double kLetters = 33; // that have room
+    const auto fitted = [](const std::string& text) {
+        return fittedText(
+            text, kLetters, [](std::string_view part) { return double(part.size()); });
+    };
+    const int before = learningTag;
+    learningTag = link.learnTag();
+    if (learningTag >= 0) {
+        learnedIdles = 0;
+        return fitted("move a controller for " + hintWordsOf(learningTag));
+    }
+    if (before >= 0)
+        if (const int controller = link.controllerOf(before); controller >= 0) {
+            learnedIdles = kShownIdles;
+            return fitted((controller == MidiMap::kPressure ? std::string("pressure")
+                                                            : "CC " + std::to_string(controller))
+                + " \u2192 " + hintWordsOf(before));
+        }
+    return learnedIdles > 0 && learnedIdles-- > 0 ? headText : std::string();
+}
+
+// The line above the maker's name.
 void KWUniClientEditor::refreshHead()
 {
-    const int tag = link.learnTag();
-    const std::string wanted = tag < 0 ? "" : "move a controller to learn it";
+    const std::string wanted = learnText();
     if (wanted != headText) {
         headText = wanted;
         learnLine->title = headText;

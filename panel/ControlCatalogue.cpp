@@ -171,8 +171,6 @@ constexpr ControlRow plain(ControlClass kind, int tag, Place place, int bitmap, 
     return row;
 }
 
-constexpr Place kHintLine{537, 24, 747, 35};
-
 constexpr ControlRow hint(int tag, int owner, const char* text, int secondOwner = -1)
 {
     ControlRow row = plain(ControlClass::Hint, tag, kHintLine, 1020, kAlways, Binding::None,
@@ -779,9 +777,10 @@ const ControlRow* findControl(int tag)
     for (const ControlRow& row : kCatalogue)
         if (row.tag == tag)
             return &row;
-    for (const ControlRow& row : kExtra)
-        if (row.tag == tag)
-            return &row;
+    for (const auto rows : {extraControls(), moreHints()})
+        for (const ControlRow& row : rows)
+            if (row.tag == tag)
+                return &row;
     return nullptr;
 }
 

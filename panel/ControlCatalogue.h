@@ -198,6 +198,8 @@ struct ControlRow {
     const char* suffix = "";
 };
 
+constexpr Place kHintLine{537, 24, 747, 35};
+
 constexpr int kPanelWidth = 1001;
 constexpr int kPanelHeight = 695;
 
@@ -221,6 +223,12 @@ std::span<const ControlRow> controlCatalogue();
 // What stands beside the instrument's own controls: the ground of the settings page, which lies
 // below them all, the chosen mod track's number, undo and redo, the panel's size.
 std::span<const ControlRow> extraControls();
+// Hints of controls that have none among the catalogue's rows.
+std::span<const ControlRow> moreHints();
+// The hint of a control; null for none.
+const ControlRow* hintRowOf(int ownerTag);
+// What it says, without its value; empty for none.
+std::string hintWordsOf(int ownerTag);
 // The row of a tag; null for none. Sub-menus have tags of their own.
 const ControlRow* findControl(int tag);
 
