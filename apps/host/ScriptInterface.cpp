@@ -53,12 +53,6 @@ std::string loadFile(HostedEffect& host, const std::string& path)
     return "cannot load " + path + ": a preset ends in .kwe or .kws";
 }
 
-void loadInWindow(HostedEffect& host, const std::string& path)
-{
-    std::string copy = path;
-    host.dispatch(effVendorSpecific, kDoor, kLoadGlobal, copy.data());
-}
-
 std::string savePreset(HostedEffect& host, const std::string& path)
 {
     return pass(host, path.ends_with(".kws") ? kSaveSynth : kSaveGlobal, path, "save");

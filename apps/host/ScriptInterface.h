@@ -11,8 +11,6 @@ namespace ormund {
 // A preset (kwe, kws) or a map of controllers (kwm), distinguished by the name's ending. Empty, or
 // what is wrong, in one line.
 std::string loadFile(HostedEffect& host, const std::string& path);
-// A preset (kwe); what is wrong is left to the plug-in's own window to show.
-void loadInWindow(HostedEffect& host, const std::string& path);
 // kwe, or kws where the name ends so. Empty, or what is wrong.
 std::string savePreset(HostedEffect& host, const std::string& path);
 // 0 to 1, of any parameter; getParameter of the effect knows those of the host alone. 0 for none.

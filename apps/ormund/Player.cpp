@@ -43,8 +43,6 @@ std::string Player::openSound(const SoundWishes& wishes)
 
 std::string Player::load(const std::string& file) { return loadFile(host, file); }
 
-void Player::choosePreset(const std::string& file) { loadInWindow(host, file); }
-
 void Player::idle()
 {
     if (!driver->isAlive()) {
@@ -105,8 +103,8 @@ void Player::tryAgain()
 
 void Player::followPanel()
 {
-    const PlayLink::Wish wish = link.look({readParameter(host, Tag::Play) >= kHalf,
-        readParameter(host, Tag::TriggerMode) >= kFollowsHost, host.isPlaying()});
+    const PlayLink::Wish wish = link.look(
+        {readParameter(host, Tag::Play) >= kHalf, panelPlaysTransport(), host.isPlaying()});
     if (wish != PlayLink::Wish::Nothing)
         play(wish == PlayLink::Wish::Start);
 }
@@ -160,13 +158,7 @@ void Player::setCycle(bool on, int firstBar, int lastBar)
         host.setCycle(0, 0);
 }
 
-void Player::stepPreset(int direction)
-{
-    // The plug-in goes on to the neighbouring folder at a folder's end, which a number cannot say.
-    const int tag = direction < 0 ? Tag::PreviousPreset : Tag::NextPreset;
-    host.effect()->setParameter(host.effect(), tag, 1);
-    host.effect()->setParameter(host.effect(), tag, 0);
-}
+bool Player::panelPlaysTransport() { return readParameter(host, Tag::TriggerMode) >= kFollowsHost; }
 
 std::string Player::presetName() { return host.text(effGetProgramName); }
 

@@ -22,7 +22,6 @@ public:
     std::string start(std::optional<double> tempo);
     std::string openSound(const SoundWishes& wishes);
     std::string load(const std::string& file);
-    void choosePreset(const std::string& file); // the window shows what is wrong
     // Now and then: keeps the panel's own play button and the transport together. Where the sound
     // is lost the song runs on without, as its messages do, and the sound is tried again.
     void idle();
@@ -37,7 +36,8 @@ public:
     void setTempo(double beatsPerMinute);
     // Bars from 1, the last one included; none when `on` is false.
     void setCycle(bool on, int firstBar, int lastBar);
-    void stepPreset(int direction); // -1 or 1
+    // Whether the panel's play button is the transport's; else keys play, and it shows them.
+    bool panelPlaysTransport();
     std::string presetName();
     // What plays, or that the sound or a clock that leads is lost.
     std::string soundText() const;

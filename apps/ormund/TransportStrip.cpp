@@ -1,8 +1,6 @@
 #include "apps/ormund/TransportStrip.h"
 
-#include "data/library/Settings.h"
 #include "panel/Look.h"
-#include "platform/KWFileio.h"
 #include "skin/SkinProvider.h"
 #include "view/CDrawContext.h"
 
@@ -21,6 +19,10 @@ constexpr int kTop = (TransportStrip::kHeight - kRow) / 2;
 constexpr int kMostBars = 999;
 constexpr int kFirstCycleBars = 4;
 constexpr int kMenuRow = 16;
+constexpr int kHintSize = 11;
+// By Leader: to choose, and who leads now.
+constexpr const char* kLeaders[] = {"own", "JACK", "MIDI clock"};
+constexpr const char* kLeads[] = {"Ormund leads", "JACK leads", "clock leads"};
 
 constexpr CRect at(int left, int width) { return {left, kTop, left + width, kTop + kRow}; }
 
@@ -100,12 +102,12 @@ void TransportStrip::build()
     const auto label = [this](int left, int width, const char* text) {
         add<StripText>(at(left, width), frame, kLeftText, look::kTextDim)->setText(text);
     };
-    add<IconButton>(
-        at(8, 32), this, kToStart, frame, Icon::Previous, kNeutral, KWButton::kMomentary)
-        ->isToEnd = true;
+    IconButton* toStart = add<IconButton>(
+        at(8, 32), this, kToStart, frame, Icon::Previous, kNeutral, KWButton::kMomentary);
+    toStart->isToEnd = true;
+    place = add<StripText>(at(50, 70), frame, kLeftText, look::kText);
     playButton =
-        add<IconButton>(at(44, 48), this, kPlay, frame, Icon::Play, kPitch, KWButton::kTrigger);
-    place = add<StripText>(at(104, 72), frame, kLeftText, look::kText);
+        add<IconButton>(at(124, 46), this, kPlay, frame, Icon::Play, kPitch, KWButton::kTrigger);
     tempo = add<NumberField>(at(180, 62), this, kTempo, frame,
         NumberField::Range{LiveHost::kLowestTempo, LiveHost::kHighestTempo, 1, 1},
         player.effect().tempo());
@@ -118,30 +120,58 @@ void TransportStrip::build()
     label(412, 14, "to");
     lastBar = add<NumberField>(at(428, 40), this, kLastBar, frame,
         NumberField::Range{1, kMostBars, 1, 0}, kFirstCycleBars);
-    add<IconButton>(
-        at(490, 26), this, kBack, frame, Icon::Previous, kNeutral, KWButton::kMomentary);
-    presets = add<KWOptionMenu>(at(520, 190), this, kMenu, frame, "kwe",
-        KWOptionMenu::kPresetMode | KWOptionMenu::kNestedFolders | KWOptionMenu::kStepFiles
-            | KWOptionMenu::kSortFiles | KWOptionMenu::kAlignLeft | KWOptionMenu::kCheckCurrent);
-    add<IconButton>(at(714, 26), this, kForth, frame, Icon::Next, kNeutral, KWButton::kMomentary);
-    status = add<StripText>(at(750, kWidth - 760), frame, kRightText, look::kTextDim);
+    label(490, 30, "sync");
+    addSync(at(522, 110));
+    leads = add<StripText>(at(640, 80), frame, kLeftText, look::kTextDim);
+    sendButton = add<IconButton>(
+        at(724, 32), this, kSendClock, frame, Icon::MidiDrag, kPitch, KWButton::kCycle);
+    status = add<StripText>(at(764, kWidth - 774), frame, kRightText, look::kTextDim);
 
-    presets->fontSize = kMenuRow;
-    presets->listBackColor = look::kMenu;
-    presets->listTextColor = look::kText;
-    presets->selectedBackColor = look::kNeutral;
-    presets->selectedTextColor = look::kInk;
-    presets->separatorColor = look::kHairline;
-    presets->frameColor = look::kMenuFrame;
-    presets->textColor = look::kText;
-    presets->backColor = look::kWell;
-    presets->style = KWControl::kFillBackground;
-    presets->arrowBitmap = arrow;
-    presets->checkBitmap = check;
-    presets->textOffset = 4;
-    presets->title = "default"; // while no preset has a name
-    presets->scanFolder(
-        KWFileio::folderOf(Settings().presetPath(PresetKind::Global)).c_str(), "kwe");
+    addHint(toStart, "to the start (Home)");
+    addHint(playButton, "play or stop (Space)");
+    addHint(tempo, "tempo: drag, wheel or type");
+    addHint(cycleButton, "cycle these bars");
+    addHint(firstBar, "first bar of the cycle");
+    addHint(lastBar, "last bar of the cycle");
+    addHint(sync, "what leads the song");
+    addHint(sendButton, "send MIDI clock");
+}
+
+void TransportStrip::addSync(const CRect& where)
+{
+    sync = add<KWOptionMenu>(where, this, kSync, frame, "",
+        KWOptionMenu::kShowCurrent | KWOptionMenu::kAlignLeft | KWOptionMenu::kCheckCurrent);
+    for (const char* leader : kLeaders)
+        sync->addEntry(leader);
+    sync->fontSize = kMenuRow;
+    sync->listBackColor = look::kMenu;
+    sync->listTextColor = look::kText;
+    sync->selectedBackColor = look::kNeutral;
+    sync->selectedTextColor = look::kInk;
+    sync->separatorColor = look::kHairline;
+    sync->frameColor = look::kMenuFrame;
+    sync->textColor = look::kText;
+    sync->backColor = look::kWell;
+    sync->style = KWControl::kFillBackground;
+    sync->arrowBitmap = arrow;
+    sync->checkBitmap = check;
+    sync->textOffset = 4;
+}
+
+// Over the panel below: the row has no room for it.
+void TransportStrip::addHint(KWControl* control, const char* text)
+{
+    constexpr int kHintWidth = 180;
+    constexpr int kHintHeight = 18;
+    const int left = std::min(control->getViewSize().left, kWidth - kHintWidth);
+    auto* hint = add<KWDisplay>(CRect{left, kHeight, left + kHintWidth, kHeight + kHintHeight},
+        this, 0, frame, text, false);
+    hint->backColor = look::kMenu;
+    hint->textColor = look::kText;
+    hint->fontSize = kHintSize;
+    hint->setMouseEnabled(false);
+    control->addHoverView(hint);
+    hints.push_back(hint);
 }
 
 void TransportStrip::idle()
@@ -149,13 +179,19 @@ void TransportStrip::idle()
     LiveHost& host = player.effect();
     const bool plays = player.isPlaying();
     playButton->show(plays, plays ? Icon::Stop : Icon::Play);
+    // One play button: the panel's, unless that shows what keys play.
+    if (playButton->shown == player.panelPlaysTransport()) {
+        playButton->setVisible(!playButton->shown);
+        frame->invalidRect(playButton->getViewSize());
+    }
     place->setText(placeText(host.position()));
     tempo->show(std::round(host.tempo() * 10) / 10);
-    const std::string name = player.presetName();
-    if (name != presets->selectedText) {
-        presets->selectedText = name;
-        presets->setDirty(true);
-    }
+    const SongSync& song = host.sync();
+    if (const auto leader = static_cast<int>(song.leader());
+        !sync->isOpen() && leader != static_cast<int>(sync->getValue()))
+        sync->setValue(static_cast<float>(leader));
+    leads->setText(std::string(kLeads[static_cast<size_t>(song.leads())]));
+    sendButton->show(song.sendsClock(), Icon::MidiDrag);
     status->setText(player.soundText());
     frame->idle();
 }
@@ -163,7 +199,10 @@ void TransportStrip::idle()
 std::vector<CRect> TransportStrip::shownParts() const
 {
     std::vector<CRect> parts = {{0, 0, kWidth, kHeight}};
-    addLists(*presets, parts);
+    addLists(*sync, parts);
+    for (const KWDisplay* hint : hints)
+        if (hint->isVisible())
+            parts.push_back(hint->getViewSize());
     const double scale = frame->getScale();
     for (CRect& part : parts)
         part = {static_cast<int>(part.left * scale), static_cast<int>(part.top * scale),
@@ -213,14 +252,11 @@ void TransportStrip::valueChanged(CControl* control)
     case kLastBar:
         cycleChanged();
         break;
-    case kBack:
-    case kForth:
-        if (isPressed)
-            player.stepPreset(control->getTag() == kBack ? -1 : 1);
+    case kSync:
+        player.setLeader(static_cast<Leader>(static_cast<int>(sync->getValue())));
         break;
-    case kMenu:
-        if (std::string path; presets->getPresetPath(path, "kwe"))
-            player.choosePreset(path);
+    case kSendClock:
+        player.effect().sync().sendClock(isPressed);
         break;
     default:
         break;

@@ -1,8 +1,9 @@
-// The row above the plug-in's panel: transport, tempo, cycle, presets, and what plays.
+// The row above the plug-in's panel: transport, tempo, cycle, who leads, and what plays.
 #pragma once
 
 #include "apps/ormund/Player.h"
 #include "apps/ormund/StripViews.h"
+#include "controls/KWDisplay.h"
 #include "controls/KWFrame.h"
 #include "controls/KWOptionMenu.h"
 #include "view/CBitmap.h"
@@ -17,7 +18,7 @@ public:
     static constexpr int kWidth = 1001; // panel pixels, as wide as the plug-in's panel
     static constexpr int kHeight = 40;
 
-    // Opens in `pane` at one of the frame's scales. The open list of presets lies over the panel
+    // Opens in `pane` at one of the frame's scales. The list of leaders lies over the panel
     // below, `panelHeight` panel pixels high.
     TransportStrip(Player& ownPlayer, void* pane, double scale, int panelHeight);
     ~TransportStrip() override;
@@ -25,27 +26,19 @@ public:
     void idle();
     void setScale(double scale) { frame->setScale(scale); }
     double scale() const { return frame->getScale(); }
-    // The parts of the pane that are used now, device pixels: the row, and a list that is open.
+    // The parts of the pane that are used now, device pixels: the row, a list that is open, a hint.
     std::vector<CRect> shownParts() const;
     // True when the key is one of the program's own.
     bool takeKey(const CKeyEvent& key);
 
 private:
-    enum Tag : long {
-        kToStart = 1,
-        kPlay,
-        kTempo,
-        kCycle,
-        kFirstBar,
-        kLastBar,
-        kBack,
-        kForth,
-        kMenu
-    };
+    enum Tag : long { kToStart = 1, kPlay, kTempo, kCycle, kFirstBar, kLastBar, kSync, kSendClock };
 
     void valueChanged(CControl* control) override;
     bool frameKeyDown(const CKeyEvent& key) override { return takeKey(key); }
     void build();
+    void addSync(const CRect& where);
+    void addHint(KWControl* control, const char* text);
     template <typename View, typename... Arguments>
     View* add(Arguments&&... arguments);
     void cycleChanged();
@@ -61,7 +54,10 @@ private:
     NumberField* tempo = nullptr;
     NumberField* firstBar = nullptr;
     NumberField* lastBar = nullptr;
-    KWOptionMenu* presets = nullptr;
+    KWOptionMenu* sync = nullptr;
+    IconButton* sendButton = nullptr;
+    StripText* leads = nullptr;
+    std::vector<KWDisplay*> hints;
 };
 
 // Bar, beat and sixteenth from 1, as "12.3.1".
