@@ -115,10 +115,15 @@ function(ormund_together)
 endfunction()
 
 # ormund_library(name [deps...]): all .cpp files of the current folder and of its rooms as library
-# `ormund_name`.
+# `ormund_name`. A room with a CMakeLists.txt is a library of its own.
 # A folder with headers alone becomes an interface library.
 function(ormund_library name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB rooms ${CMAKE_CURRENT_SOURCE_DIR}/*/CMakeLists.txt)
+  foreach(room ${rooms})
+    get_filename_component(room ${room} DIRECTORY)
+    list(FILTER sources EXCLUDE REGEX "^${room}/")
+  endforeach()
   if(sources)
     ormund_apart(${sources})
     add_library(ormund_${name} STATIC ${sources})

@@ -1,7 +1,7 @@
 // Makes the factory bank from the texts in this folder: build-bank SOURCE-FOLDER TARGET-FOLDER
+#include "data/library/ChunkFile.h"
+#include "data/library/PresetAbout.h"
 #include "data/library/Settings.h"
-#include "data/state/ChunkFile.h"
-#include "data/state/PresetAbout.h"
 #include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"

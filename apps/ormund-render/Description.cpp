@@ -1,6 +1,6 @@
 #include "apps/ormund-render/Description.h"
 
-#include "data/state/StateDescription.h"
+#include "data/library/StateDescription.h"
 
 #include <cstdio>
 

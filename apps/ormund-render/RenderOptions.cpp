@@ -1,8 +1,8 @@
 #include "apps/ormund-render/RenderOptions.h"
 
 #include "apps/options/CommandLine.h"
+#include "data/library/PresetAbout.h"
 #include "data/parameters/Tags.h"
-#include "data/state/PresetAbout.h"
 
 #include <charconv>
 

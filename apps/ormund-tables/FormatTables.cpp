@@ -1,7 +1,7 @@
 #include "apps/ormund-tables/FormatTables.h"
 
 #include "data/library/Settings.h"
-#include "data/state/StateDescription.h"
+#include "data/library/StateDescription.h"
 #include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"

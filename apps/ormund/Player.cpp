@@ -3,9 +3,9 @@
 #include "apps/host/ScriptInterface.h"
 #include "apps/ormund/ClockedBlocks.h"
 #include "apps/ormund/SilentDriver.h"
+#include "data/library/PresetAbout.h"
 #include "data/parameters/Tags.h"
 #include "data/state/KWChunk.h"
-#include "data/state/PresetAbout.h"
 
 #include <chrono>
 #include <thread>

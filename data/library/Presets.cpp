@@ -1,6 +1,6 @@
 #include "data/library/Presets.h"
 
-#include "data/state/ChunkFile.h"
+#include "data/library/ChunkFile.h"
 #include "data/state/MidiMapFile.h"
 #include "data/state/StateWriter.h"
 #include "platform/KWFileio.h"

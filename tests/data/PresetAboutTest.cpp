@@ -1,7 +1,7 @@
-#include "data/state/PresetAbout.h"
+#include "data/library/PresetAbout.h"
 
+#include "data/library/ChunkFile.h"
 #include "data/parameters/Tags.h"
-#include "data/state/ChunkFile.h"
 #include "data/state/ChunkFormat.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/StateReader.h"

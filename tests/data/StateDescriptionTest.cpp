@@ -1,4 +1,4 @@
-#include "data/state/StateDescription.h"
+#include "data/library/StateDescription.h"
 #include "data/state/ChunkFormat.h"
 #include "tests/data/SongSupport.h"
 #include "tests/support/Checked.h"

@@ -1,6 +1,6 @@
 // Maps of controllers, and the description of any file.
+#include "data/library/StateDescription.h"
 #include "data/state/MidiMapFile.h"
-#include "data/state/StateDescription.h"
 
 #include <cstdlib>
 #include <memory>

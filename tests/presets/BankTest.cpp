@@ -1,5 +1,5 @@
+#include "data/library/PresetAbout.h"
 #include "data/library/Settings.h"
-#include "data/state/PresetAbout.h"
 #include "platform/KWFileio.h"
 #include "presets/BankSource.h"
 #include "tests/presets/BankMeasure.h"

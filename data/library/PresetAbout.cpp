@@ -1,8 +1,8 @@
-#include "data/state/PresetAbout.h"
+#include "data/library/PresetAbout.h"
 
+#include "data/library/ChunkFile.h"
 #include "data/parameters/Parameters.h"
 #include "data/parameters/Tags.h"
-#include "data/state/ChunkFile.h"
 #include "data/state/ChunkFormat.h"
 
 #include <algorithm>

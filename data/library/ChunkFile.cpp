@@ -1,4 +1,4 @@
-#include "data/state/ChunkFile.h"
+#include "data/library/ChunkFile.h"
 
 #include "data/state/ChunkFormat.h"
 #include "platform/KWFileio.h"

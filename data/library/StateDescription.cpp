@@ -1,9 +1,9 @@
-#include "data/state/StateDescription.h"
+#include "data/library/StateDescription.h"
 
+#include "data/library/PresetAbout.h"
 #include "data/state/ChunkFormat.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/KWChunk.h"
-#include "data/state/PresetAbout.h"
 #include "data/state/StateReader.h"
 #include "platform/KWFileio.h"
 
