@@ -120,7 +120,9 @@ private:
     void synthTick();
     void renderRun(float* left, float* right, int frame, int samples);
     // engine/SequencerParameters.cpp
+    bool reactFamily(int tag, const Parameters::Stored& stored);
     void react(int tag, const Parameters::Stored& stored);
+    void reactShown(int tag, const Parameters::Stored& stored);
     void stepChoice(int tag, int direction);
     void reactGlobalEdit(int tag);
     void applyDefaults();

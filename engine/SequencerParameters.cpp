@@ -207,27 +207,36 @@ void Sequencer::reactGlobalEdit(int tag)
     screen.redraw.raise();
 }
 
-// What is more than a plain store.
-void Sequencer::react(int tag, const Parameters::Stored& stored)
+// Rows of tags, one for each track, lane or value of the synth.
+bool Sequencer::reactFamily(int tag, const Parameters::Stored& stored)
 {
     const int index = stored.index;
     if (tag >= Tag::DrumRow && tag < Tag::DrumRow + kModTracks) {
         mods.settings.drum[at(tag - Tag::DrumRow)] = index;
         screen.pagesChanged.raise();
-        return;
+        return true;
     }
     if (tag >= Tag::ModChannel && tag < Tag::ModChannel + kModTracks) {
         mods.settings.channel[at(tag - Tag::ModChannel)] = index - 1;
-        return;
+        return true;
     }
     if (tag >= Tag::LaneSpeed && tag < Tag::LaneSpeed + kStepLanes) {
         lanes.settings.speed[at(tag - Tag::LaneSpeed)] = index - kPlainLaneSpeed;
-        return;
+        return true;
     }
     if (tag >= KWSynth::kFirstTag && tag <= KWSynth::kLastTag) {
         synth.setParameter(tag, stored.mapped);
-        return;
+        return true;
     }
+    return false;
+}
+
+// What is more than a plain store.
+void Sequencer::react(int tag, const Parameters::Stored& stored)
+{
+    if (reactFamily(tag, stored))
+        return;
+    const int index = stored.index;
     switch (tag) {
     case Tag::GateTimeMultiply:
         notes.settings.gateMultiply = kGateMultiplyTable[at(index)];
@@ -268,8 +277,17 @@ void Sequencer::react(int tag, const Parameters::Stored& stored)
     case Tag::AllModsOff:
         mods.settings.enabled = 1 - index;
         break;
+    default:
+        reactShown(tag, stored);
+        break;
+    }
+}
 
-    // what the screen shows
+// Pages, values with two controls, and preset buttons.
+void Sequencer::reactShown(int tag, const Parameters::Stored& stored)
+{
+    const int index = stored.index;
+    switch (tag) {
     case Tag::LoopbarMode:
         lanes.settings.separateLoops = index;
         parameters.store(Tag::LoopbarModeSecond, stored.raw);
