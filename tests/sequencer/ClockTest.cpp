@@ -1,5 +1,5 @@
 #include "data/parameters/Tags.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 // Four steps a beat at 120 bpm: a step is 172.27 ticks.
 std::vector<int> ticksWith(std::initializer_list<std::pair<int, float>> settings, int count)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     for (const auto& [tag, value] : settings)
         player.engine().setParameter(tag, value);
@@ -41,11 +41,11 @@ TEST(Clock, AllSpeedsFollowTheHost)
 
 TEST(Clock, SlowTemposAreRaisedAndFastOnesIgnored)
 {
-    Player slow({.tempo = 30});
+    SequencerPlayer slow({.tempo = 30});
     slow.start();
     slow.play(4096);
     EXPECT_DOUBLE_EQ(slow.engine().info.tempo, 45.0);
-    Player fast({.tempo = 600});
+    SequencerPlayer fast({.tempo = 600});
     fast.start();
     fast.play(4096);
     EXPECT_DOUBLE_EQ(fast.engine().info.tempo, 120.0);
@@ -54,7 +54,7 @@ TEST(Clock, SlowTemposAreRaisedAndFastOnesIgnored)
 TEST(Clock, AStoppedHostIsSilentInEveryTriggerMode)
 {
     for (const float mode : {0.0f, 0.5f, 1.0f}) {
-        Player player;
+        SequencerPlayer player;
         player.writePlainNotes();
         player.engine().setParameter(Tag::TriggerMode, mode);
         player.play(44100);
@@ -64,7 +64,7 @@ TEST(Clock, AStoppedHostIsSilentInEveryTriggerMode)
 
 TEST(Clock, AHeldKeyIsTheGateInKeyboardMode)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TriggerMode, 0.0f);
     player.start();
@@ -82,7 +82,7 @@ TEST(Clock, AHeldKeyIsTheGateInKeyboardMode)
 
 TEST(Clock, TheKeyboardTogglesItsOwnClock)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TriggerMode, 0.5f);
     player.start();
@@ -110,7 +110,7 @@ TEST(Chain, HalfSpeedDoublesEveryStep)
 
 TEST(Chain, RetriggerPlaysFromTheFirstStepAndTheMainCountRunsOn)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     for (int i = 0; i < 32; ++i)
         player.engine().tracks.pitch.setValue(i, static_cast<float>(i % 12));
@@ -129,7 +129,7 @@ TEST(Chain, RetriggerPlaysFromTheFirstStepAndTheMainCountRunsOn)
 
 TEST(Chain, LooperRepeatsItsSteps)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     for (int i = 0; i < 32; ++i)
         player.engine().tracks.pitch.setValue(i, static_cast<float>(i % 12));
@@ -146,7 +146,7 @@ TEST(Chain, LooperRepeatsItsSteps)
 
 TEST(Chain, SlowdownSpacesStepsEverWider)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::SlowdownRate, 1.0f);
     player.start();

@@ -3,7 +3,7 @@
 #include "data/parameters/ChoiceLists.h"
 #include "data/parameters/Tags.h"
 #include "engine/KWNoteSchedule.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -22,7 +22,7 @@ constexpr double kStep = 5512.5; // frames: a 16th at 120 beats a minute
 float rawOfSpeed(int index) { return (static_cast<float>(index) + 0.5f) / kLaneSpeeds; }
 float rawOfChannel(int channel) { return (static_cast<float>(channel) - 0.5f) / 16; }
 
-void makeDrum(KWUniClient& engine, int track, const std::vector<float>& steps)
+void makeDrum(Sequencer& engine, int track, const std::vector<float>& steps)
 {
     engine.setParameter(Tag::DrumRow + track, 1);
     engine.setParameter(Tag::ModTrackOn + track, 1);
@@ -32,7 +32,7 @@ void makeDrum(KWUniClient& engine, int track, const std::vector<float>& steps)
 }
 
 // Where the notes of a pitch begin, in 32nds of a step.
-std::vector<int> onsets(const Player& player, int note, int channel = 0)
+std::vector<int> onsets(const SequencerPlayer& player, int note, int channel = 0)
 {
     std::vector<int> places;
     for (const MidiOut& on : player.noteOns())
@@ -44,8 +44,8 @@ std::vector<int> onsets(const Player& player, int note, int channel = 0)
 
 TEST(DrumRows, PlayTheirNoteWithTheirGateAndNothingElse)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     makeDrum(engine, 0, {1, 0, 0.5f, 0});
     makeDrum(engine, 4, {0, 0.25f});
     engine.setParameter(Tag::DrumGate + 4, 0.995f);
@@ -79,8 +79,8 @@ TEST(DrumRows, PlayTheirNoteWithTheirGateAndNothingElse)
 
 TEST(DrumRows, ALoopOfOneStepStrikesOnEveryStepAndTheSynthOnlyWhenItIsSentThere)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.setParameter(Tag::SynthOn, 1);
     player.keepAudio(true);
     makeDrum(engine, 2, {1});
@@ -103,8 +103,8 @@ TEST(DrumRows, ALoopOfOneStepStrikesOnEveryStepAndTheSynthOnlyWhenItIsSentThere)
 
 TEST(Channels, EveryNoteEndsWhereItBeganWhateverIsSwitchedMeanwhile)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     player.writePlainNotes();
     makeDrum(engine, 0, {1});
     engine.setParameter(Tag::DrumNote, (48 + 0.5f) / 128); // the melody's pitch
@@ -168,8 +168,8 @@ TEST(Channels, AVoiceEndsWithTheLastNoteOfItsPitch)
 
 TEST(Channels, AControllerIsSentAgainOnItsNewChannel)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.setParameter(Tag::ModTrackOn, 1);
     for (int i = 0; i < kTrackSteps; ++i)
         engine.tracks.mods[0].setValue(i, 0.5f);
@@ -192,7 +192,7 @@ TEST(LaneSpeed, EveryLaneIsInPhaseWithTheSong)
         const double length = double(row.in) / row.steps; // of a lane's step, in steps
         std::vector<int64_t> first;
         for (const int block : {1000, 64, 33}) {
-            Player player({.block = block});
+            SequencerPlayer player({.block = block});
             makeDrum(player.engine(), 0, {1});
             player.engine().setParameter(Tag::LaneSpeed + 4, rawOfSpeed(speed));
             std::vector<int64_t> found;
@@ -226,7 +226,7 @@ TEST(LaneSpeed, EveryLaneIsInPhaseWithTheSong)
 TEST(LaneSpeed, EffectsOnTimeKeepTheCountRisingAndStoppedLanesStand)
 {
     for (const int effect : {Tag::HalfSpeed, Tag::Slowdown, Tag::Swing}) {
-        Player player;
+        SequencerPlayer player;
         makeDrum(player.engine(), 0, {1});
         player.engine().setParameter(Tag::LaneSpeed + 4, rawOfSpeed(9)); // x 2
         player.engine().setParameter(effect, effect == Tag::Swing ? 0.5f : 1.0f);

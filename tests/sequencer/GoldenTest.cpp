@@ -1,7 +1,7 @@
 // What a new instance plays, event by event, against a trace that one can read.
 
 #include "data/parameters/Tags.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ void expectGolden(const std::string& name, const std::string& trace)
 
 TEST(Golden, TheFactorySongWithSwing)
 {
-    Player player({.empty = false});
+    SequencerPlayer player({.empty = false});
     player.engine().setParameter(Tag::SynthOn, 0);
     player.engine().setParameter(Tag::SongOn, 1);
     player.engine().setParameter(Tag::Swing, 0.3f);
@@ -47,7 +47,7 @@ TEST(Golden, TheFactorySongWithSwing)
 
 TEST(Golden, EveryEffectOnTimeInTurn)
 {
-    Player player({.empty = false});
+    SequencerPlayer player({.empty = false});
     player.engine().setParameter(Tag::SynthOn, 0);
     player.start();
     for (const int effect :

@@ -3,7 +3,7 @@
 #include "data/parameters/Tags.h"
 #include "data/tracks/FactoryContent.h"
 #include "tests/support/Checked.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gtest/gtest.h>
 
@@ -16,11 +16,11 @@ namespace {
 // Someone who tries everything, for reproducible hours.
 class Disturber {
 public:
-    Disturber(Player& victim, unsigned seed) : player(victim), random(seed) { }
+    Disturber(SequencerPlayer& victim, unsigned seed) : player(victim), random(seed) { }
 
     void act()
     {
-        KWUniClient& engine = player.engine();
+        Sequencer& engine = player.engine();
         switch (roll(12)) {
         case 0:
             engine.setParameter(roll(46), unit());
@@ -52,10 +52,10 @@ public:
             engine.setParameter(Tag::LockArea, unit());
             break;
         case 9:
-            engine.sequencer.setLockButton(roll(2) == 0);
+            engine.setLockButton(roll(2) == 0);
             break;
         case 10:
-            engine.sequencer.countReload();
+            engine.countReload();
             break;
         default:
             player.setBlock(1 + roll(4096));
@@ -87,7 +87,7 @@ private:
     }
     void key(int status) { player.send(status, 30 + roll(80), 1 + roll(127), roll(64)); }
 
-    Player& player;
+    SequencerPlayer& player;
     std::mt19937 random;
 };
 
@@ -113,7 +113,7 @@ TEST(Hang, AnHourOfAbuseLeavesNoNoteSounding)
 {
     size_t notes = 0;
     for (unsigned seed = 0; seed < unsigned{rounds(12)}; ++seed) {
-        Player player({.empty = false});
+        SequencerPlayer player({.empty = false});
         Disturber disturber(player, seed);
         player.start();
         for (int second = 0; second < 300; ++second) {

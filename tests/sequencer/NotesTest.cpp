@@ -1,5 +1,5 @@
 #include "data/parameters/Tags.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr int kMiddle = 48; // root key 60, output octave -12
 
 // The pitches of the first step's notes.
-std::vector<int> firstStep(Player& player)
+std::vector<int> firstStep(SequencerPlayer& player)
 {
     player.forget();
     player.start(0);
@@ -29,12 +29,12 @@ std::vector<int> firstStep(Player& player)
 
 TEST(Notes, ScalesTransposesAndOctavesAddUp)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().tracks.pitch.setValue(0, 2);
     EXPECT_THAT(firstStep(player), ElementsAre(kMiddle + 2)); // chromatic
 
-    Player major;
+    SequencerPlayer major;
     major.writePlainNotes();
     major.engine().tracks.pitch.setValue(0, -3);
     major.engine().setParameter(Tag::Scale, 1.5f / 34.0f);
@@ -45,13 +45,13 @@ TEST(Notes, ScalesTransposesAndOctavesAddUp)
 
 TEST(Notes, PitchesStopAtTheEndsOfMidi)
 {
-    Player low;
+    SequencerPlayer low;
     low.writePlainNotes();
     low.engine().tracks.pitch.setValue(0, -12);
     low.engine().setParameter(Tag::RootKey, 0);       // 36
     low.engine().setParameter(Tag::MidiOutOctave, 0); // -36
     EXPECT_THAT(firstStep(low), ElementsAre(0));
-    Player high;
+    SequencerPlayer high;
     high.writePlainNotes();
     high.engine().tracks.pitch.setValue(0, 12);
     high.engine().setParameter(Tag::RootKey, 1);       // 84
@@ -62,11 +62,11 @@ TEST(Notes, PitchesStopAtTheEndsOfMidi)
 
 TEST(Notes, ChordsPlayTheirRowAndADoubledRootPlaysOnce)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().tracks.chord.setStep(0, 4); // 0 4 7 10
     EXPECT_THAT(firstStep(player), ElementsAre(kMiddle, kMiddle + 4, kMiddle + 7, kMiddle + 10));
-    Player doubled;
+    SequencerPlayer doubled;
     doubled.writePlainNotes();
     doubled.engine().tracks.chord.setStep(0, 1); // 0 4 7 0
     EXPECT_THAT(
@@ -79,7 +79,7 @@ TEST(Notes, ChordsPlayTheirRowAndADoubledRootPlaysOnce)
 
 TEST(Notes, TheVelocityThresholdIsAGateNotAScale)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().tracks.velocity.setValue(0, 0.5f);
     player.engine().tracks.velocity.setValue(1, 0.95f);
@@ -95,7 +95,7 @@ TEST(Notes, TheVelocityThresholdIsAGateNotAScale)
 TEST(Notes, GateTimesAreStepsLong)
 {
     const auto length = [](float gate, float multiply) {
-        Player player;
+        SequencerPlayer player;
         player.writePlainNotes();
         player.engine().tracks.velocity.clear();
         player.engine().tracks.velocity.setValue(0, 1.0f);
@@ -116,7 +116,7 @@ TEST(Notes, GateTimesAreStepsLong)
 
 TEST(Notes, MuteActsAtTheNextStep)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.start();
     player.playBeats(0.1);
@@ -131,7 +131,7 @@ TEST(Notes, MuteActsAtTheNextStep)
 
 TEST(Notes, ArpeggioPlaysFourSubSteps)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::Scale, 1.5f / 34.0f);
     for (int i = 0; i < 32; ++i)
@@ -150,7 +150,7 @@ TEST(Notes, ArpeggioPlaysFourSubSteps)
 
 TEST(Notes, EveryStepOfAnArpeggioBeginsWithItsFirstSubStep)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     for (int i = 0; i < 32; ++i)
         player.engine().tracks.arpeggio.setStep(i, 7);
@@ -163,7 +163,7 @@ TEST(Notes, EveryStepOfAnArpeggioBeginsWithItsFirstSubStep)
 
 TEST(Notes, RandomCommandsChangeOneValueOfTheStep)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     for (int i = 0; i < 32; ++i)
         player.engine().tracks.performance.setStep(i, i % 2 == 0 ? 1 : 2);
@@ -195,7 +195,7 @@ TEST(Notes, EachRandomCommandMovesItsOwnValue)
         size_t notes = 0;
     };
     const auto hear = [](int command) {
-        Player player;
+        SequencerPlayer player;
         player.writePlainNotes();
         for (int k = 0; k < kModTracks; ++k) {
             player.engine().setParameter(Tag::ModTrackOn + k, 1);
@@ -260,7 +260,7 @@ TEST(Notes, EachRandomCommandMovesItsOwnValue)
 TEST(Lanes, EveryModeWalksItsLoop)
 {
     const auto walked = [](int mode, int start, int end) {
-        Player player;
+        SequencerPlayer player;
         player.writePlainNotes();
         for (int i = 0; i < 32; ++i)
             player.engine().tracks.pitch.setValue(i, static_cast<float>(i % 12));
@@ -286,7 +286,7 @@ TEST(Lanes, EveryModeWalksItsLoop)
 
 TEST(Lanes, ALoopOfOneStepTriggersOnceAndHolds)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().tracks.pitchLoop.setZone(0, {3, 3});
     player.engine().setParameter(Tag::LoopbarMode, 0);
@@ -297,7 +297,7 @@ TEST(Lanes, ALoopOfOneStepTriggersOnceAndHolds)
 
 TEST(Bend, AShapeGoesOutAndReturnsToTheCentre)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.start();
     player.playBeats(1);

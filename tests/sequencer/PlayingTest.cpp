@@ -1,7 +1,7 @@
 // Modulation tracks, patterns and keys.
 
 #include "data/parameters/Tags.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-std::vector<std::vector<int>> controllers(const Player& player)
+std::vector<std::vector<int>> controllers(const SequencerPlayer& player)
 {
     std::vector<std::vector<int>> found;
     for (const MidiOut& event : player.events())
@@ -22,13 +22,13 @@ std::vector<std::vector<int>> controllers(const Player& player)
     return found;
 }
 
-void setTarget(Player& player, int track, int target)
+void setTarget(SequencerPlayer& player, int track, int target)
 {
     player.engine().setParameter(
         Tag::ModTarget + track, (static_cast<float>(target) + 0.5f) / 130.0f);
 }
 
-void switchOn(Player& player, int track)
+void switchOn(SequencerPlayer& player, int track)
 {
     player.engine().setParameter(Tag::ModTrackOn + track, 1);
 }
@@ -39,7 +39,7 @@ void fill(KWTableXY& table, float value)
         table.setValue(i, value);
 }
 
-int pitchOf(Player& player, int beats = 1)
+int pitchOf(SequencerPlayer& player, int beats = 1)
 {
     player.forget();
     player.playBeats(beats);
@@ -49,7 +49,7 @@ int pitchOf(Player& player, int beats = 1)
 
 TEST(Mods, AValueGoesOutOnceWhenItMoves)
 {
-    Player player;
+    SequencerPlayer player;
     switchOn(player, 0);
     setTarget(player, 0, 74);
     fill(player.engine().tracks.mods[0], 0.5f);
@@ -60,7 +60,7 @@ TEST(Mods, AValueGoesOutOnceWhenItMoves)
 
 TEST(Mods, PressureAndProgramTargetsHaveTheirOwnMessages)
 {
-    Player player;
+    SequencerPlayer player;
     switchOn(player, 0);
     switchOn(player, 1);
     setTarget(player, 0, 128);
@@ -75,7 +75,7 @@ TEST(Mods, PressureAndProgramTargetsHaveTheirOwnMessages)
 
 TEST(Mods, OffFreezesMuteBringsToZeroAndAllOffFreezesAll)
 {
-    Player player;
+    SequencerPlayer player;
     switchOn(player, 2);
     setTarget(player, 2, 10);
     KWTableXY& table = player.engine().tracks.mods[2];
@@ -104,7 +104,7 @@ TEST(Mods, OffFreezesMuteBringsToZeroAndAllOffFreezesAll)
 TEST(Mods, ATrackDrivesItsSynthParameter)
 {
     const int targets[] = {17, 18, 19, 20, 25, 26, 27, 35};
-    Player player;
+    SequencerPlayer player;
     for (int k = 0; k < 8; ++k) {
         switchOn(player, k);
         player.engine().setParameter(Tag::ModToSynth + k, 1);
@@ -115,13 +115,13 @@ TEST(Mods, ATrackDrivesItsSynthParameter)
     player.playBeats(0.5);
     for (int k = 0; k < 8; ++k)
         EXPECT_FLOAT_EQ(
-            player.engine().getParameter(targets[k]), 0.2f + 0.05f * static_cast<float>(k));
+            player.engine().parameters.raw(targets[k]), 0.2f + 0.05f * static_cast<float>(k));
 }
 
 namespace {
 
 // Sixteen patterns that differ in their pitch.
-Tracks& writeRowsByPitch(Player& player)
+Tracks& writeRowsByPitch(SequencerPlayer& player)
 {
     Tracks& tracks = player.engine().tracks;
     for (int row = 0; row < 16; ++row) {
@@ -133,7 +133,7 @@ Tracks& writeRowsByPitch(Player& player)
     return tracks;
 }
 
-std::vector<int> rowsHeard(const Player& player)
+std::vector<int> rowsHeard(const SequencerPlayer& player)
 {
     std::vector<int> rows;
     for (const MidiOut& on : player.noteOns())
@@ -145,7 +145,7 @@ std::vector<int> rowsHeard(const Player& player)
 
 TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
 {
-    Player player;
+    SequencerPlayer player;
     Tracks& tracks = writeRowsByPitch(player);
     const int song[] = {3, 5, 1};
     for (int i = 0; i < 3; ++i)
@@ -161,8 +161,8 @@ TEST(Patterns, TheSongRowChainsPatternsWithRepeats)
 
 TEST(Patterns, AChangeReplaysTheStoredParametersInItsTick)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     for (int row = 0; row < 16; ++row) {
         engine.tracks.selectRow(row);
         player.writePlainNotes();
@@ -183,8 +183,8 @@ TEST(Patterns, AChangeReplaysTheStoredParametersInItsTick)
 
 TEST(Patterns, ASlowerPatternsFirstNoteIsAsLongAsItsOthers)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.tracks.selectRow(1);
     player.writePlainNotes();
     engine.tracks.selectRow(0);
@@ -206,8 +206,8 @@ TEST(Patterns, ASlowerPatternsFirstNoteIsAsLongAsItsOthers)
 
 TEST(Patterns, LockingHoldsAndUnlockingJumpsAtOnce)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.tracks.patternNumbers.setStep(0, 2);
     engine.tracks.sequenceLoop.setZone(0, {0, 0});
     engine.setParameter(Tag::SongOn, 1);
@@ -217,28 +217,28 @@ TEST(Patterns, LockingHoldsAndUnlockingJumpsAtOnce)
     engine.setParameter(Tag::LockArea, 9.5f / 15.99f);
     player.play(64);
     EXPECT_EQ(engine.patternStore.currentPattern, 2);
-    engine.sequencer.setLockButton(true);
+    engine.setLockButton(true);
     player.play(64);
-    engine.sequencer.setLockButton(false);
+    engine.setLockButton(false);
     EXPECT_EQ(engine.patternStore.currentPattern, 9);
     player.playBeats(2);
     EXPECT_EQ(engine.patternStore.currentPattern, 9);
-    engine.sequencer.setLockButton(true);
+    engine.setLockButton(true);
     player.play(64);
     EXPECT_EQ(engine.patternStore.currentPattern, 2);
 }
 
 TEST(Patterns, AReloadComesBackOnItsPattern)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.tracks.patternNumbers.setStep(0, 3);
     engine.tracks.sequenceLoop.setZone(0, {0, 0});
     engine.setParameter(Tag::SongOn, 1);
     player.start();
     player.playBeats(1);
     ASSERT_EQ(engine.patternStore.currentPattern, 3);
-    engine.sequencer.countReload();
+    engine.countReload();
     player.play(32);
     EXPECT_EQ(engine.patternStore.currentPattern, 0);
     player.play(96);
@@ -247,10 +247,10 @@ TEST(Patterns, AReloadComesBackOnItsPattern)
 
 TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndSecondControlsAgree)
 {
-    Player player({.empty = false});
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player({.empty = false});
+    Sequencer& engine = player.engine();
     for (int tag = 0; tag < kHostParameters; ++tag)
-        EXPECT_EQ(engine.getParameter(tag), parameterEntry(tag)->defaultRaw) << tag;
+        EXPECT_EQ(engine.parameters.raw(tag), parameterEntry(tag)->defaultRaw) << tag;
     const std::pair<int, int> pairs[] = {{Tag::LoopbarMode, Tag::LoopbarModeSecond},
         {Tag::Page, Tag::PageSecond}, {Tag::SynthOn, Tag::SynthOnSecond}};
     for (const auto& [first, second] : pairs) {
@@ -267,7 +267,7 @@ TEST(Parameters, ANewInstanceStandsOnTheDefaultsAndSecondControlsAgree)
 
 TEST(Patterns, ARetriggerBeginsTheSongAnew)
 {
-    Player player;
+    SequencerPlayer player;
     Tracks& tracks = writeRowsByPitch(player);
     for (int i = 0; i < 8; ++i)
         tracks.patternNumbers.setStep(i, static_cast<float>(i + 3));
@@ -282,7 +282,7 @@ TEST(Patterns, ARetriggerBeginsTheSongAnew)
 
 TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TransposeMode, 1);
     player.start();
@@ -303,7 +303,7 @@ TEST(Keys, TheUpperZoneTransposesAndLockedStepsStay)
 
 TEST(Keys, FourCountAndBeyondAnOctaveTransposesNoFurther)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TransposeMode, 1);
     player.start();
@@ -325,7 +325,7 @@ TEST(Keys, FourCountAndBeyondAnOctaveTransposesNoFurther)
 
 TEST(Keys, AKeyOfTheLowerZoneTransposesNothing)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TransposeMode, 1);
     player.start();
@@ -340,7 +340,7 @@ TEST(Keys, AKeyOfTheLowerZoneTransposesNothing)
 
 TEST(Keys, TheLowerZoneChoosesThePattern)
 {
-    Player player;
+    SequencerPlayer player;
     player.start();
     player.send(0x90, 41, 100);
     player.playBeats(1);
@@ -352,7 +352,7 @@ TEST(Keys, TheLowerZoneChoosesThePattern)
 
 TEST(Keys, AnOctaveShiftActsAtTheNextKey)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TransposeMode, 1);
     player.engine().setParameter(Tag::InputOctave, 1.0f); // +24
@@ -365,7 +365,7 @@ TEST(Keys, AnOctaveShiftActsAtTheNextKey)
 
 TEST(Keys, KeySyncHoldsAKeyUntilTheNextBeat)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TransposeMode, 1);
     player.engine().setParameter(Tag::KeySync, 3.5f / 6.0f); // a quarter: a beat
@@ -384,8 +384,8 @@ TEST(Keys, KeySyncHoldsAKeyUntilTheNextBeat)
 
 TEST(Keys, PerformanceKeysHoldTheirButtons)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.setParameter(Tag::KeyboardMode, 1);
     player.start();
     player.play(64);
@@ -406,9 +406,9 @@ TEST(Keys, PerformanceKeysHoldTheirButtons)
 
 TEST(Keys, StepModeMovesOneStepAKey)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
-    KWUniClient& engine = player.engine();
+    Sequencer& engine = player.engine();
     for (int i = 0; i < 32; ++i)
         engine.tracks.pitch.setValue(i, static_cast<float>(i % 12));
     for (int i = 0; i < 32; ++i)
@@ -432,8 +432,8 @@ TEST(Keys, StepModeMovesOneStepAKey)
 
 TEST(Keys, RecordingWritesStepByStepOrLive)
 {
-    Player player;
-    KWUniClient& engine = player.engine();
+    SequencerPlayer player;
+    Sequencer& engine = player.engine();
     engine.tracks.pitch.clear();
     engine.setParameter(Tag::RecordMode, 1);
     engine.setParameter(Tag::Record, 1);
@@ -465,7 +465,7 @@ TEST(Keys, RecordingWritesStepByStepOrLive)
 
 TEST(Keys, AKeyPressedAndReleasedBeforeItsTickSoundsNothing)
 {
-    Player player({.block = 16});
+    SequencerPlayer player({.block = 16});
     player.writePlainNotes();
     player.engine().setParameter(Tag::TriggerMode, 0);
     player.start();
@@ -479,7 +479,7 @@ TEST(Keys, AKeyPressedAndReleasedBeforeItsTickSoundsNothing)
 
 TEST(Keys, AReleaseOfAKeyThatIsNotHeldCallsOffItsNextPress)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().setParameter(Tag::TriggerMode, 0);
     player.start();
@@ -498,7 +498,7 @@ TEST(Keys, AnyOrderOfKeysComesToRest)
 {
     std::mt19937 random(3);
     for (int round = 0; round < 60; ++round) {
-        Player player({.block = 100});
+        SequencerPlayer player({.block = 100});
         player.writePlainNotes();
         player.engine().setParameter(Tag::TriggerMode, 0);
         player.engine().setParameter(Tag::KeyboardMode, round % 2 == 0 ? 1.0f : 0.0f);
@@ -524,7 +524,7 @@ TEST(Keys, AnyOrderOfKeysComesToRest)
 TEST(Keys, RandomBytesHangNothing)
 {
     std::mt19937 random(5);
-    Player player({.block = 64, .empty = false});
+    SequencerPlayer player({.block = 64, .empty = false});
     player.start();
     for (int i = 0; i < 3000; ++i) {
         const int status = 0x80 + static_cast<int>(random() % 128);

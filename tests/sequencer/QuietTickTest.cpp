@@ -3,7 +3,7 @@
 #include "base/ParkMiller.h"
 #include "data/parameters/Tags.h"
 #include "data/tracks/EditButtons.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gtest/gtest.h>
 
@@ -37,9 +37,9 @@ bool isRepeatable(int tag)
         && tag != Tag::RandomPreset;
 }
 
-void disturb(Player& player, Dice& dice, bool withSynth)
+void disturb(SequencerPlayer& player, Dice& dice, bool withSynth)
 {
-    KWUniClient& engine = player.engine();
+    Sequencer& engine = player.engine();
     Tracks& tracks = engine.tracks;
     const int step = dice.below(kTrackSteps);
     const int row = dice.below(kTrackRows);
@@ -75,7 +75,7 @@ void disturb(Player& player, Dice& dice, bool withSynth)
         tracks.modLoops[mod].setZone(row, {step / 2, step});
         break;
     case 9:
-        engine.sequencer.setLockButton(value < 0.5f);
+        engine.setLockButton(value < 0.5f);
         break;
     case 10:
     case 17:
@@ -88,7 +88,7 @@ void disturb(Player& player, Dice& dice, bool withSynth)
         break;
     case 12:
         if (value < 0.3f)
-            engine.sequencer.countReload();
+            engine.countReload();
         break;
     case 13: // what decides when the next step comes
         engine.setParameter(kTimeTags[dice.below(std::ssize(kTimeTags))], value);
@@ -125,7 +125,7 @@ struct Played {
 
 Played play(bool everyTickInFull)
 {
-    Player player({.block = kTickSamples, .empty = false});
+    SequencerPlayer player({.block = kTickSamples, .empty = false});
     player.engine().setParameter(Tag::ChanceSeed, 0.5f);
     Dice dice;
     for (int k = 0; k < kModTracks; ++k)
@@ -144,7 +144,7 @@ Played play(bool everyTickInFull)
 
 std::string traceOfBlocks(bool withSynth)
 {
-    Player player({.empty = false});
+    SequencerPlayer player({.empty = false});
     player.engine().setParameter(Tag::ChanceSeed, 0.5f);
     Dice dice;
     player.engine().setParameter(Tag::SynthOn, withSynth ? 1.0f : 0.0f);

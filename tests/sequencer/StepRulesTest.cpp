@@ -3,7 +3,7 @@
 #include "data/tracks/StepRules.h"
 #include "base/ParkMiller.h"
 #include "data/parameters/Tags.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -18,9 +18,9 @@ constexpr int kManySteps = 10000;
 constexpr double kStepFrames = 60.0 / 480.0 / 8.0 * 44100.0;
 
 // Eight steps a beat at 480 beats a minute, all of them sounding.
-std::unique_ptr<Player> fastPlayer(int loopLength)
+std::unique_ptr<SequencerPlayer> fastPlayer(int loopLength)
 {
-    auto player = std::make_unique<Player>(Player::Setup{.tempo = 480});
+    auto player = std::make_unique<SequencerPlayer>(SequencerPlayer::Setup{.tempo = 480});
     player->writePlainNotes();
     player->engine().setParameter(Tag::StepSpeed, 1);
     player->engine().tracks.performanceLoop.setZone(0, {0, loopLength - 1});
@@ -28,7 +28,7 @@ std::unique_ptr<Player> fastPlayer(int loopLength)
 }
 
 // Which of the steps since the start has a note.
-std::vector<bool> playedSteps(Player& player, int steps)
+std::vector<bool> playedSteps(SequencerPlayer& player, int steps)
 {
     player.forget();
     player.start();
@@ -62,7 +62,7 @@ void leaveToChance(Tracks& tracks, int seed)
         }
 }
 
-std::vector<std::pair<int, int>> ticksAndNotes(const Player& player)
+std::vector<std::pair<int, int>> ticksAndNotes(const SequencerPlayer& player)
 {
     std::vector<std::pair<int, int>> found;
     for (const MidiOut& on : player.noteOns())
@@ -71,9 +71,9 @@ std::vector<std::pair<int, int>> ticksAndNotes(const Player& player)
 }
 
 // Step 0 alone sounds: a step long, at 5512.5 samples, which are 172.27 ticks.
-std::unique_ptr<Player> oneNote()
+std::unique_ptr<SequencerPlayer> oneNote()
 {
-    auto player = std::make_unique<Player>();
+    auto player = std::make_unique<SequencerPlayer>();
     player->writePlainNotes();
     player->engine().tracks.velocity.clear();
     player->engine().tracks.velocity.setValue(0, 0.8f);
@@ -170,7 +170,7 @@ TEST(StepRules, ASeedAlwaysPlaysTheSameAndAnotherDoesNot)
 // A loop of the host's that is as long as the pattern brings the second pass too.
 TEST(StepRules, PassesGoOnThroughTheHostsLoop)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.engine().tracks.performanceLoop.setZone(0, {0, 15});
     for (int i = 1; i < 16; ++i)
@@ -234,7 +234,7 @@ TEST(StepRules, AStrumGoesUpDownOrByTurns)
 
 TEST(StepRules, StoppingDropsWhatHasNotStartedAndEndsTheRest)
 {
-    Player player;
+    SequencerPlayer player;
     leaveToChance(player.engine().tracks, 77);
     player.start();
     for (int i = 0; i < 40; ++i) {
@@ -251,7 +251,7 @@ TEST(StepRules, StoppingDropsWhatHasNotStartedAndEndsTheRest)
 TEST(StepRules, SameMidiForEveryBlockSizeAcrossLoopsAndLocates)
 {
     const auto trace = [](int block) {
-        Player player({.tempo = 131, .block = block});
+        SequencerPlayer player({.tempo = 131, .block = block});
         leaveToChance(player.engine().tracks, 4711);
         player.engine().setParameter(Tag::ChanceSeed, 0.7f);
         player.cycle(8, 12);

@@ -2,7 +2,7 @@
 
 #include "data/parameters/Tags.h"
 #include "engine/KWTransport.h"
-#include "tests/support/Player.h"
+#include "tests/support/SequencerPlayer.h"
 
 #include <gmock/gmock.h>
 
@@ -15,14 +15,14 @@ using testing::ElementsAre;
 
 namespace {
 // Step k of all 32 has pitch k above the lowest.
-void writeScale(Player& player)
+void writeScale(SequencerPlayer& player)
 {
     player.writePlainNotes();
     for (int i = 0; i < 32; ++i)
         player.engine().tracks.pitch.setValue(i, static_cast<float>(i % 16 - 8));
 }
 
-std::vector<int> stepsHeard(const Player& player)
+std::vector<int> stepsHeard(const SequencerPlayer& player)
 {
     std::vector<int> steps;
     for (const MidiOut& on : player.noteOns())
@@ -32,7 +32,7 @@ std::vector<int> stepsHeard(const Player& player)
 
 std::string traceAt(int block, double tempo, float speed)
 {
-    Player player({.tempo = tempo, .block = block});
+    SequencerPlayer player({.tempo = tempo, .block = block});
     writeScale(player);
     player.engine().setParameter(Tag::StepSpeed, speed);
     player.engine().setParameter(Tag::Swing, 0.4f);
@@ -45,7 +45,7 @@ std::string traceAt(int block, double tempo, float speed)
 
 TEST(Transport, ALocateIsTakenOverAtOnceAndADriftIsSteeredAway)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.start(0.2);
     player.play(512);
@@ -66,7 +66,7 @@ TEST(Transport, ALocateIsTakenOverAtOnceAndADriftIsSteeredAway)
 TEST(Transport, AStartIsTakenOverWhereverItIs)
 {
     for (const double place : {0.25, 0.45, 0.02}) {
-        Player player;
+        SequencerPlayer player;
         writeScale(player);
         player.start(place);
         player.play(512);
@@ -80,7 +80,7 @@ TEST(Transport, APlaceThatIsRoundedToASampleIsOnItsLine)
         for (double tempo = 40.5; tempo < 300; tempo += 20.5) {
             const double beat = static_cast<double>(rate) * 60 / tempo;
             for (const double bar : {1, 7, 32, 33}) {
-                Player player({.tempo = tempo, .rate = rate});
+                SequencerPlayer player({.tempo = tempo, .rate = rate});
                 writeScale(player);
                 player.start(std::round(bar * 4 * beat) / beat);
                 player.play(512);
@@ -88,7 +88,7 @@ TEST(Transport, APlaceThatIsRoundedToASampleIsOnItsLine)
             }
         }
     }
-    Player player({.tempo = 61});
+    SequencerPlayer player({.tempo = 61});
     writeScale(player);
     player.start(3.999995);
     player.play(512);
@@ -108,7 +108,7 @@ TEST(Transport, TheMidiIsTheSameAtEveryBlockSize)
 TEST(Transport, TheFirstStepOfACountInSoundsAtItsTick)
 {
     for (const int block : {64, 441, 2048}) {
-        Player player({.block = block});
+        SequencerPlayer player({.block = block});
         writeScale(player);
         player.start(-0.5);
         player.playBeats(0.4);
@@ -159,7 +159,7 @@ TEST(Transport, LoopsThatAreNoneAndPlacesOfAnySizeLeaveANumber)
 // Its block does not end where the loop does, and it reports the return a block too late.
 TEST(Transport, ALoopsEndThatTheHostPassesIsNoJump)
 {
-    Player player;
+    SequencerPlayer player;
     player.writePlainNotes();
     player.cycle(0, 2);
     constexpr double kBlock = 512 * 2 / 44100.0; // beats
@@ -176,7 +176,7 @@ TEST(Transport, ACycleLosesAndDoublesNoStep)
 {
     for (const int block : {64, 441, 1024, 4096})
         for (const double length : {2.0, 3.0}) {
-            Player player({.block = block});
+            SequencerPlayer player({.block = block});
             writeScale(player);
             player.cycle(0, length);
             player.start(0);

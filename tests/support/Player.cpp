@@ -3,7 +3,6 @@
 #include "data/parameters/Tags.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace ormund {
@@ -117,10 +116,7 @@ void Player::play(int64_t frames)
             pending.clear();
         }
         client->processReplacing(nullptr, outputs, count);
-        if (keepsAudio) {
-            leftOut.insert(leftOut.end(), left, left + count);
-            rightOut.insert(rightOut.end(), right, right + count);
-        }
+        keepSound(left, right, count);
         frame += count;
         frames -= count;
         if (!rolling)
@@ -133,64 +129,13 @@ void Player::play(int64_t frames)
 
 void Player::playBeats(double count) { play(static_cast<int64_t>(count * 60.0 / tempo * rate)); }
 
-void Player::writePlainNotes()
-{
-    Tracks& tracks = client->tracks;
-    for (int i = 0; i < 32; ++i) {
-        tracks.pitch.setValue(i, 0.0f);
-        tracks.velocity.setValue(i, 0.8f);
-        tracks.velocityOn.setStep(i, 1.0f);
-        tracks.gateTime.setValue(i, 0.1f);
-    }
-}
-
-std::vector<MidiOut> Player::noteOns() const
-{
-    std::vector<MidiOut> ons;
-    std::copy_if(out.begin(), out.end(), std::back_inserter(ons),
-        [](const MidiOut& event) { return event.isNoteOn(); });
-    return ons;
-}
-
 std::vector<int> Player::stepTicks(int count)
 {
     if (!rolling)
         start();
     while (static_cast<int>(noteOns().size()) < count && frame < 44100 * 60)
         play(block);
-    std::vector<int> ticks;
-    for (const MidiOut& on : noteOns())
-        if (static_cast<int>(ticks.size()) < count)
-            ticks.push_back(static_cast<int>(on.frame / kTickSamples));
-    return ticks;
-}
-
-std::string Player::trace() const
-{
-    std::string text;
-    for (const MidiOut& event : out) {
-        char line[64];
-        std::snprintf(line, sizeof line, "tick %d  %02x %02x %02x\n",
-            static_cast<int>(event.frame / kTickSamples), static_cast<unsigned>(event.status),
-            static_cast<unsigned>(event.data1), static_cast<unsigned>(event.data2));
-        text += line;
-    }
-    return text;
-}
-
-int Player::soundingNotes() const
-{
-    int sounding[128] = {};
-    for (const MidiOut& event : out) {
-        if (event.isNoteOn())
-            ++sounding[event.data1];
-        else if (event.isNoteOff())
-            sounding[event.data1] = std::max(sounding[event.data1] - 1, 0);
-    }
-    int total = 0;
-    for (const int count : sounding)
-        total += count;
-    return total;
+    return ticksOf(count);
 }
 
 } // namespace ormund
