@@ -67,7 +67,10 @@ CMouseEventResult KWOptionMenu::onMouseDown(const CPoint& where, int buttons)
         return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
     }
     takeKeyboard();
-    openMenu(nullptr);
+    if (pressedText && where.x < size.right - restRight)
+        pressedText();
+    else
+        openMenu(nullptr);
     return kMouseDownEventHandledButDontNeedMovedOrUpEvents;
 }
 

@@ -158,6 +158,9 @@ public:
     std::string defaultPath;
     std::string extension;
     KWOptionMenuExtraCallBack* extraCallBack = nullptr;
+    // Runs at a press on the text at rest, in place of the list; the arrow behind it still opens
+    // that. `restRight` is the arrow's room.
+    std::function<void()> pressedText;
     std::function<void()> saveDialogue; // runs at the press of the save button
     int currentEntry = -1;
     uint32_t menuStyle;

@@ -2,6 +2,7 @@
 
 #include "controls/KWFrame.h"
 #include "editor/BitmapTable.h"
+#include "editor/Browser.h"
 #include "host/plugin/KWUniClient.h"
 #include "platform/Messages.h"
 #include "view/CFontDesc.h"
@@ -55,6 +56,7 @@ void KWUniClientEditor::close()
     controls.clear();
     messageBox = nullptr;
     fileSheet = nullptr;
+    browser = nullptr;
     scaleMenu = nullptr;
     undoButton = nullptr;
     redoButton = nullptr;
@@ -147,6 +149,10 @@ bool KWUniClientEditor::frameKeyDown(const CKeyEvent& event)
     }
     if (event.key == CKey::Escape && link.learnTag() >= 0) {
         link.setLearnTarget(-1, 0);
+        return true;
+    }
+    if (event.character == '/' && !control && browser) {
+        browser->show();
         return true;
     }
     if (event.key == CKey::Space || event.character == ' ') {

@@ -29,6 +29,7 @@ class KWControl;
 class KWDisplay;
 class KWOptionMenu;
 class KWUniClient;
+class Browser;
 class FileSheet;
 class MessageBox;
 class UndoButton;
@@ -142,6 +143,7 @@ private:
     KWDisplay* trackNumber = nullptr; // of the mod track that is shown
     std::array<KWDisplay*, kModTracks> trackValues{};
     std::array<KWOptionMenu*, kPresetKinds> presetMenus{};
+    Browser* browser = nullptr;
     KWOptionMenu* scaleMenu = nullptr;
     UndoButton* undoButton = nullptr;
     UndoButton* redoButton = nullptr;

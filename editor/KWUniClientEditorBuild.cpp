@@ -8,6 +8,7 @@
 #include "controls/KWOptionMenu.h"
 #include "editor/AboutBox.h"
 #include "editor/BitmapTable.h"
+#include "editor/Browser.h"
 #include "editor/FileSheet.h"
 #include "editor/MessageBox.h"
 #include "editor/MidiDragPad.h"
@@ -80,6 +81,9 @@ void KWUniClientEditor::buildControls()
     messageBox = new MessageBox(frame, product::kName);
     fileSheet = new FileSheet(frame);
     frame->addView(fileSheet);
+    browser = new Browser(frame, engine, recorder);
+    frame->addView(browser);
+    static_cast<KWOptionMenu*>(getControl(466))->pressedText = [this] { browser->show(); };
     frame->addView(messageBox);
 }
 

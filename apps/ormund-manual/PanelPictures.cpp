@@ -254,7 +254,7 @@ std::map<std::string, PanelPicture> takePanelPictures(
     camera.click(kNowhere);
 
     const Place& presetMenu = rowOf(466).place;
-    camera.click({presetMenu.left + 20, presetMenu.top + 8});
+    camera.click({presetMenu.right - 6, presetMenu.top + 8});
     pictures["presets"] =
         camera.take(CRect(presetMenu.left - 40, 4, presetMenu.right + 60, presetMenu.bottom + 132));
     camera.click(kNowhere);

@@ -42,7 +42,7 @@ protected:
     void choose(int tag, int row)
     {
         const ControlRow& control = *findControl(tag);
-        rig.click({control.place.left + 8, EditorRig::middle(control).y});
+        rig.click({control.place.right - 6, EditorRig::middle(control).y});
         ASSERT_TRUE(menuOf(tag).isOpen());
         const CRect line = menuOf(tag).rowRect(row);
         rig.click({line.left + 10, line.top + 8});
@@ -114,7 +114,7 @@ TEST_F(Files, AFileThatCannotBeLoadedGivesNoName)
     KWOptionMenu& presets = menuOf(466);
     const std::string before = presets.selectedText;
     const ControlRow& control = *findControl(466);
-    rig.click({control.place.left + 8, EditorRig::middle(control).y});
+    rig.click({control.place.right - 6, EditorRig::middle(control).y});
     const int user = presets.findEntry("User");
     rig.user->move({presets.rowRect(user).left + 10, presets.rowRect(user).top + 8});
     const KWOptionMenu* files = presets.getSubMenu(user);
