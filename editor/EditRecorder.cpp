@@ -15,19 +15,26 @@ std::shared_ptr<const MidiMap::Lists> mapOf(const KWUniClient& engine)
     return lists;
 }
 
-// A state that is the last level's too is kept once.
-std::shared_ptr<const Presets::Moment> momentOf(KWUniClient& engine, const UndoHistory& history)
-{
-    auto moment = std::make_shared<const Presets::Moment>(engine.presets.moment());
-    const UndoHistory::Level* last = history.last();
-    return last && last->load.after && *last->load.after == *moment ? last->load.after : moment;
-}
+constexpr int kIdlesBetweenMoments = 60;
 
 } // namespace
 
 EditRecorder::EditRecorder(KWUniClient& ownEngine)
-    : engine(ownEngine), cells(ownEngine), reloads(ownEngine.sequencer.reloads())
+    : engine(ownEngine)
+    , cells(ownEngine)
+    , outside(ownEngine, cells)
+    , loads(ownEngine.presets.loads())
+    , hostStates(ownEngine.presets.hostStates())
 {
+    keepMoment();
+}
+
+// A state that is the last level's too is kept once.
+EditRecorder::Moment EditRecorder::momentNow()
+{
+    auto moment = std::make_shared<const Presets::Moment>(engine.presets.moment());
+    const UndoHistory::Level* last = history.last();
+    return last && last->load.after && *last->load.after == *moment ? last->load.after : moment;
 }
 
 void EditRecorder::begin(EditScope scope, int tag)
@@ -35,10 +42,11 @@ void EditRecorder::begin(EditScope scope, int tag)
     if (depth++ > 0)
         return;
     watch();
+    push(outside.finish());
     ranges = cells.rangesOf(scope, tag);
     before = cells.read(ranges);
     mapBefore = scope == EditScope::Map ? mapOf(engine) : nullptr;
-    loadBefore = scope == EditScope::Load ? momentOf(engine, history) : nullptr;
+    loadBefore = scope == EditScope::Load ? momentNow() : nullptr;
 }
 
 void EditRecorder::end()
@@ -50,26 +58,82 @@ void EditRecorder::end()
     if (mapBefore)
         if (auto after = mapOf(engine); *after != *mapBefore)
             level.map = {mapBefore, after};
+    outside.take(level.changes);
     if (loadBefore) {
-        if (auto after = momentOf(engine, history); *after != *loadBefore)
+        if (auto after = momentNow(); *after != *loadBefore)
             level.load = {loadBefore, after};
-        reloads = engine.sequencer.reloads();
+        loads = engine.presets.loads();
+        outside.restart();
     }
     mapBefore.reset();
     loadBefore.reset();
-    const bool hasChanged = !level.isEmpty();
+    if (level.isEmpty())
+        return;
     history.push(std::move(level));
-    if (hasChanged)
-        engine.updateDisplay(); // a host saves only what it knows to be edited
+    keepMoment();
+}
+
+void EditRecorder::push(std::optional<OutsideEdits::Edit> edit)
+{
+    if (!edit)
+        return;
+    UndoHistory::Level level;
+    level.changes = std::move(edit->changes);
+    history.push(std::move(level));
+    keepMoment();
 }
 
 void EditRecorder::watch()
 {
-    // While a load is under way the count has not reached its end.
-    if (loadBefore || reloads == engine.sequencer.reloads())
+    // While a load of our own is under way the count has not reached its end.
+    if (loadBefore || followLoad() || depth > 0)
         return;
-    reloads = engine.sequencer.reloads();
-    history.clear();
+    push(outside.look());
+    if (++idles >= kIdlesBetweenMoments)
+        keepMoment();
+}
+
+void EditRecorder::keepMoment()
+{
+    idles = 0;
+    const uint32_t changes = engine.info.changes.load();
+    if (recent && changes == recentChanges)
+        return;
+    auto now = momentNow();
+    // Not the song that is just taking the place of ours.
+    if (engine.presets.loads() != loads)
+        return;
+    recent = std::move(now);
+    recentChanges = changes;
+}
+
+// Another song or sound is there, or about to be.
+bool EditRecorder::followLoad()
+{
+    const uint32_t counted = engine.presets.loads();
+    if (counted == loads)
+        return false;
+    if (counted % 2 != 0)
+        return true; // it is being put in place
+    loads = counted;
+    // A gesture that it came into has lost what it began with.
+    ranges.clear();
+    before.clear();
+    mapBefore.reset();
+    const bool fromHost = engine.presets.hostStates() != hostStates;
+    hostStates = engine.presets.hostStates();
+    const bool hadEdits = history.canUndo();
+    if (fromHost)
+        history.clear();
+    UndoHistory::Level level;
+    if (!fromHost || hadEdits)
+        if (auto now = momentNow(); *now != *recent)
+            level.load = {recent, now};
+    history.push(std::move(level));
+    outside.restart();
+    recent.reset();
+    keepMoment();
+    return true;
 }
 
 void EditRecorder::undo()
@@ -77,6 +141,7 @@ void EditRecorder::undo()
     if (depth > 0)
         return;
     watch();
+    push(outside.finish());
     if (const UndoHistory::Level* level = history.undo())
         apply(*level, true);
 }
@@ -86,6 +151,7 @@ void EditRecorder::redo()
     if (depth > 0)
         return;
     watch();
+    push(outside.finish());
     if (const UndoHistory::Level* level = history.redo())
         apply(*level, false);
 }
@@ -95,11 +161,13 @@ void EditRecorder::apply(const UndoHistory::Level& level, bool back)
     cells.apply(level.changes, back);
     if (level.map.before)
         engine.midiMap.replace(back ? *level.map.before : *level.map.after, true, true);
+    outside.take(level.changes, back);
     if (level.load.before) {
         engine.presets.comeBackTo(back ? *level.load.before : *level.load.after);
-        reloads = engine.sequencer.reloads();
+        loads = engine.presets.loads();
+        outside.restart();
+        engine.updateDisplay();
     }
-    engine.updateDisplay();
     engine.screen.redraw.raise();
 }
 

@@ -2,6 +2,7 @@
 
 #include "editor/EditCells.h"
 #include "editor/EditScope.h"
+#include "editor/OutsideEdits.h"
 #include "editor/UndoHistory.h"
 
 #include <memory>
@@ -13,8 +14,9 @@ class KWUniClient;
 
 // Looks at the state before and after a gesture and keeps what became different. Only what lies
 // within the gesture's scope is looked at, so what the engine changes by itself in the meantime is
-// no part of the level. A state that comes from elsewhere, from the host or by a program change,
-// ends the history: its levels belong to another song. Screen thread.
+// no part of the level. Steps that come from elsewhere are levels of their own, and so is a song
+// that a program change brings. A state from the host begins a new history; its first level leads
+// back to the song before, where the user had worked on that. Screen thread.
 class EditRecorder {
 public:
     explicit EditRecorder(KWUniClient& ownEngine);
@@ -25,27 +27,39 @@ public:
     // Nothing happens in the middle of a gesture.
     void undo();
     void redo();
-    // Notices a foreign state. Once an idle.
+    // Notices what comes from elsewhere. Once an idle.
     void watch();
 
-    bool canUndo() const { return history.canUndo(); }
+    bool canUndo() const { return history.canUndo() || outside.isUnderWay(); }
     bool canRedo() const { return history.canRedo(); }
     size_t levels() const { return history.size(); }
 
 private:
+    using Moment = std::shared_ptr<const Presets::Moment>;
+
     void apply(const UndoHistory::Level& level, bool back);
+    Moment momentNow();
+    void push(std::optional<OutsideEdits::Edit> edit);
+    bool followLoad();
+    void keepMoment();
 
     KWUniClient& engine;
     EditCells cells;
+    OutsideEdits outside;
     UndoHistory history;
-    float reloads; // as counted when the state was last ours
+    uint32_t loads;      // as counted when the state was last ours
+    uint32_t hostStates; // those among them
+    // The song as it was lately, for when another one takes its place.
+    Moment recent;
+    uint32_t recentChanges = 0;
+    int idles = 0;
 
     // The gesture's.
     int depth = 0;
     std::vector<EditCells::Range> ranges;
     std::vector<float> before;
     std::shared_ptr<const MidiMap::Lists> mapBefore;
-    std::shared_ptr<const Presets::Moment> loadBefore;
+    Moment loadBefore;
 };
 
 // A gesture for as long as it lives.

@@ -180,6 +180,7 @@ LoadResult Presets::loadState(const void* bytes, size_t byteCount)
         takeMidiProgram();
         rebuildPaths();
         savedState = PackedChunk(chunk);
+        ++hostStateCount;
     }
     return report(result, {}, false);
 }

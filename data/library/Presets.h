@@ -39,6 +39,9 @@ public:
     // The host's form of the present state. Valid until the next call.
     const KWChunk& state();
     bool restoreSnapshot(); // false while no host has given a state
+    // Counts each load twice: odd while it is put in place. And the host's states among them.
+    uint32_t loads() const { return parts.interlock.loads; }
+    uint32_t hostStates() const { return hostStateCount; }
 
     // --- taking loads back ---
     // All that a load can replace: the state, the place in the presets, and the map.
@@ -103,6 +106,7 @@ private:
     std::vector<PresetFile> midiFiles; // of its programs
     KWChunk stateChunk;
     PackedChunk savedState; // what the host gave last
+    uint32_t hostStateCount = 0;
 };
 
 } // namespace ormund

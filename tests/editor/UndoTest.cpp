@@ -237,18 +237,129 @@ TEST(Undo, AClearedAssignmentComesBack)
     EXPECT_TRUE(rig.engine.midiMap.isAssigned(Tag::LooperSteps));
 }
 
-TEST(Undo, AStateFromTheHostEndsTheHistory)
+TEST(Undo, AStateFromTheHostBeginsAHistoryThatLeadsBackToTheSongBeforeIt)
 {
     EditorRig rig;
-    rig.click(EditorRig::middle(*findControl(Tag::Looper)));
-    const auto words = chunkOf(rig);
-    std::vector<uint32_t> state = words;
-    rig.engine.setParameter(Tag::Looper, 0.0f);
+    const auto first = chunkOf(rig);
+    for (int presses = 0; presses < 2; ++presses)
+        rig.click(EditorRig::middle(*findControl(Tag::ScaleUp)));
+    const auto edited = chunkOf(rig);
+    std::vector<uint32_t> state = first;
+    ASSERT_EQ(rig.engine.setChunk(state.data(), VstInt32(state.size() * 4), false), 1);
+    rig.idle();
+    const auto loaded = chunkOf(rig);
+    ASSERT_FALSE(edited == loaded);
+    for (int presses = 0; presses < 3; ++presses) {
+        pressUndo(rig);
+        EXPECT_TRUE(chunkOf(rig) == edited);
+    }
+    pressRedo(rig);
+    EXPECT_TRUE(chunkOf(rig) == loaded);
+}
+
+TEST(Undo, AStateFromTheHostBeforeAnyEditIsTheFirstThatThereIs)
+{
+    EditorRig rig;
+    rig.engine.setParameter(Tag::Scale, 1.0f);
+    auto state = chunkOf(rig);
+    rig.engine.setParameter(Tag::Scale, 0.0f);
     ASSERT_EQ(rig.engine.setChunk(state.data(), VstInt32(state.size() * 4), false), 1);
     rig.idle();
     const StateImage loaded(rig.engine);
     pressUndo(rig);
     EXPECT_TRUE(StateImage(rig.engine) == loaded);
+}
+
+TEST(Undo, AProgramThatTheHostChoosesIsOneLevel)
+{
+    EditorRig rig;
+    const auto first = chunkOf(rig);
+    rig.click(EditorRig::middle(*findControl(Tag::ScaleUp)));
+    const auto edited = chunkOf(rig);
+    const std::string path = rig.engine.settings.presetSavePath(PresetKind::Global) + "/other";
+    KWUniClient other(nullptr);
+    other.setParameter(Tag::FilterCutoff, 0.125f);
+    ASSERT_EQ(other.presets.save(PresetKind::Global, path), LoadResult::Done);
+    ASSERT_EQ(rig.engine.library.load(PresetKind::Global, path + ".kwe"), LoadResult::Done);
+    rig.idle();
+    const auto loaded = chunkOf(rig);
+    pressUndo(rig);
+    EXPECT_TRUE(chunkOf(rig) == edited);
+    pressRedo(rig);
+    EXPECT_TRUE(chunkOf(rig) == loaded);
+    pressUndo(rig);
+    pressUndo(rig);
+    EXPECT_TRUE(chunkOf(rig) == first);
+}
+
+namespace {
+
+// As the keys do it while it records.
+void recordNote(EditorRig& rig, int step, float pitch)
+{
+    rig.engine.tracks.pitch.setValue(step, pitch);
+    rig.idle();
+}
+
+} // namespace
+
+TEST(Undo, ATakeIsOneLevelHoweverLongItsPausesAre)
+{
+    EditorRig rig;
+    const StateImage before(rig.engine);
+    rig.engine.setParameter(Tag::Record, 1.0f);
+    for (int step = 0; step < 5; ++step) {
+        recordNote(rig, step, float(step - 7));
+        rig.idle(100);
+    }
+    rig.engine.setParameter(Tag::Record, 0.0f);
+    rig.idle(100);
+    const StateImage recorded(rig.engine);
+    ASSERT_EQ(recorded.changedSince(before), std::set<int>{Tag::Pitch});
+    pressUndo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == before);
+    pressRedo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == recorded);
+}
+
+TEST(Undo, EachTouchOfAControllerThatWritesStepsIsOneLevel)
+{
+    EditorRig rig;
+    const auto turn = [&rig](int step, float from) {
+        for (int i = 0; i < 8; ++i, rig.idle()) {
+            rig.engine.sequencer.remoteStep = step;
+            rig.engine.setParameter(Tag::Velocity, from + 0.05f * float(i));
+        }
+        rig.idle(100);
+    };
+    const StateImage first(rig.engine);
+    turn(3, 0.1f);
+    const StateImage second(rig.engine);
+    turn(4, 0.3f);
+    const StateImage third(rig.engine);
+    ASSERT_FALSE(second == first);
+    ASSERT_FALSE(third == second);
+    pressUndo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == second);
+    pressUndo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == first);
+    pressRedo(rig);
+    pressRedo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == third);
+}
+
+// The hand draws in one track while the keys record into another, and neither takes the other's.
+TEST(Undo, AGestureDuringATakeDividesIt)
+{
+    EditorRig rig;
+    rig.engine.setParameter(Tag::Record, 1.0f);
+    recordNote(rig, 0, -5);
+    const StateImage first(rig.engine);
+    rig.click(EditorRig::middle(*findControl(Tag::ScaleUp)));
+    recordNote(rig, 1, -3);
+    pressUndo(rig);
+    pressUndo(rig);
+    EXPECT_TRUE(StateImage(rig.engine) == first);
 }
 
 namespace {
