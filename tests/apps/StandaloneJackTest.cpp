@@ -190,6 +190,18 @@ TEST_F(OnJack, SendsAndHearsBesideASoundThatCarriesNoMessages)
     EXPECT_EQ(program.wait(), 0);
 }
 
+// Takes its time: the program waits four seconds for the server.
+TEST_F(OnJack, EndsBySignalWhileTheServerStandsStill)
+{
+    Running program(home, {"--device", "jack", "--no-window", "--play"});
+    EXPECT_TRUE(listener->waitRolling(true, 10000)) << program.said();
+    server->standStill(true);
+    usleep(200000);
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0) << program.said();
+    server->standStill(false);
+}
+
 TEST_F(OnJack, StartsTheTransportFollowsItsStopAndEndsItsNotes)
 {
     Running program(home, {"--device", "jack", "--no-window", "--play"});

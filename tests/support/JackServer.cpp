@@ -121,6 +121,8 @@ void JackServer::stop()
     process = -1;
 }
 
+void JackServer::standStill(bool on) const { kill(process, on ? SIGSTOP : SIGCONT); }
+
 JackClient::JackClient()
     : client(jack_client_open("other", JackNoStartServer, nullptr))
     , input(jack_port_register(client, "in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0))

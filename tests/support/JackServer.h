@@ -30,6 +30,7 @@ public:
     bool isRunning() const { return answers; }
     std::string said() const;
     void stop();
+    void standStill(bool on) const; // answers nobody, as one that hangs
 
 private:
     void start(const std::string& name);
