@@ -125,6 +125,8 @@ public:
 
     // Fills the menu from a folder: its headers, then its files and, nested, its sub-folders.
     void scanFolder(const char* folder, const char* fileExtension);
+    // A folder from elsewhere below the rows that are there.
+    void addFolder(const std::string& folder, const std::string& name);
     int headerCount() const;
     // Choices counted over the whole tree, depth first: no titles, no rows that hold a sub-menu.
     int getLeafCount() const;
@@ -230,7 +232,7 @@ private:
     // KWOptionMenuFolder.cpp
     void addHeaders();
     void fillFromFolder(ScanBudget& budget);
-    void addFolder(const std::string& name, ScanBudget& budget);
+    void addFolder(const std::string& folder, const std::string& name, ScanBudget& budget);
     std::vector<std::string> currentChain() const;
     void restoreChain(const std::vector<std::string>& chain);
 

@@ -74,7 +74,7 @@ void KWOptionMenu::fillFromFolder(ScanBudget& budget)
         if (hasStyle(kNestedFolders)) {
             for (const std::string& name : content.folders)
                 if (getEntryCount() < kMaxEntries && budget.folders > 0)
-                    addFolder(name, budget);
+                    addFolder(path + name, name, budget);
         }
         const size_t files = std::min(content.files.size(), static_cast<size_t>(kMaxFiles));
         for (size_t i = 0; i < files; ++i)
@@ -82,10 +82,15 @@ void KWOptionMenu::fillFromFolder(ScanBudget& budget)
     }
 }
 
-void KWOptionMenu::addFolder(const std::string& name, ScanBudget& budget)
+void KWOptionMenu::addFolder(const std::string& folder, const std::string& name)
+{
+    ScanBudget budget;
+    addFolder(folder, name, budget);
+}
+
+void KWOptionMenu::addFolder(const std::string& folder, const std::string& name, ScanBudget& budget)
 {
     // A link back to an outer folder would nest for ever.
-    const std::string folder = path + name;
     int depth = 0;
     for (const KWOptionMenu* menu = this; menu; menu = menu->parentMenu) {
         std::error_code error;

@@ -60,6 +60,16 @@ const EditCells::Section& EditCells::sectionOf(uint32_t cell) const
     return *std::ranges::upper_bound(sections, cell, {}, &Section::end);
 }
 
+std::vector<int> EditCells::stepTags(std::span<const Change> changes) const
+{
+    std::vector<int> tags;
+    for (const Change& change : changes)
+        if (const Section& section = sectionOf(change.cell); section.kind == Section::Table
+            || section.kind == Section::Line || section.kind == Section::Zone)
+            tags.push_back(section.tag);
+    return tags;
+}
+
 std::vector<EditCells::Range> EditCells::rangesOf(EditScope scope, int tag) const
 {
     const auto holds = [](const Section& section, int wanted) {

@@ -30,6 +30,8 @@ public:
     std::vector<float> read(std::span<const Range> ranges) const;
     // What has become different of the values that read() gave before.
     Changes changesSince(std::span<const Range> ranges, std::span<const float> before) const;
+    // The tags of the changed steps, one a cell.
+    std::vector<int> stepTags(std::span<const Change> changes) const;
     // Gives every cell its value before, or after.
     void apply(std::span<const Change> changes, bool back);
 

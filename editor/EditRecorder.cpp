@@ -25,6 +25,7 @@ EditRecorder::EditRecorder(KWUniClient& ownEngine)
     , outside(ownEngine, cells)
     , loads(ownEngine.presets.loads())
     , hostStates(ownEngine.presets.hostStates())
+    , settlements(ownEngine.presets.settlements())
 {
     keepMoment();
 }
@@ -37,12 +38,14 @@ EditRecorder::Moment EditRecorder::momentNow()
     return last && last->load.after && *last->load.after == *moment ? last->load.after : moment;
 }
 
-void EditRecorder::begin(EditScope scope, int tag)
+void EditRecorder::begin(EditScope gestureScope, int tag)
 {
     if (depth++ > 0)
         return;
     watch();
     push(outside.finish());
+    scope = gestureScope;
+    gestureTag = tag;
     ranges = cells.rangesOf(scope, tag);
     before = cells.read(ranges);
     mapBefore = scope == EditScope::Map ? mapOf(engine) : nullptr;
@@ -69,8 +72,18 @@ void EditRecorder::end()
     loadBefore.reset();
     if (level.isEmpty())
         return;
+    level.name = level.load.before ? EditName{loadedText(*level.load.before), -1}
+                                   : nameOfGesture(engine, scope, gestureTag);
     history.push(std::move(level));
     keepMoment();
+}
+
+std::string EditRecorder::loadedText(const Presets::Moment& older) const
+{
+    auto& now = engine.presets;
+    const bool isSound = older.position.names[0] == now.name(PresetKind::Global)
+        && older.position.names[1] != now.name(PresetKind::Synth);
+    return "Loaded “" + now.name(isSound ? PresetKind::Synth : PresetKind::Global) + "”";
 }
 
 void EditRecorder::push(std::optional<OutsideEdits::Edit> edit)
@@ -79,6 +92,8 @@ void EditRecorder::push(std::optional<OutsideEdits::Edit> edit)
         return;
     UndoHistory::Level level;
     level.changes = std::move(edit->changes);
+    const std::vector<int> tags = cells.stepTags(level.changes);
+    level.name = edit->isTake ? nameOfTake(tags) : nameOfOutsideEdit(tags);
     history.push(std::move(level));
     keepMoment();
 }
@@ -88,9 +103,26 @@ void EditRecorder::watch()
     // While a load of our own is under way the count has not reached its end.
     if (loadBefore || followLoad() || depth > 0)
         return;
+    followSettling();
     push(outside.look());
     if (++idles >= kIdlesBetweenMoments)
         keepMoment();
+}
+
+// The song was loaded or saved as a whole, so it lies in a file as it stands.
+void EditRecorder::followSettling()
+{
+    const uint32_t counted = engine.presets.settlements();
+    if (counted == settlements)
+        return;
+    settlements = counted;
+    push(outside.finish());
+    settledPlace = history.place();
+}
+
+bool EditRecorder::isChanged() const
+{
+    return outside.isUnderWay() || history.place() != settledPlace;
 }
 
 void EditRecorder::keepMoment()
@@ -127,12 +159,15 @@ bool EditRecorder::followLoad()
         history.clear();
     UndoHistory::Level level;
     if (!fromHost || hadEdits)
-        if (auto now = momentNow(); *now != *recent)
+        if (auto now = momentNow(); *now != *recent) {
             level.load = {recent, now};
+            level.name = {fromHost ? "Opened by the host" : loadedText(*recent), -1};
+        }
     history.push(std::move(level));
     outside.restart();
     recent.reset();
     keepMoment();
+    followSettling();
     return true;
 }
 
@@ -154,6 +189,18 @@ void EditRecorder::redo()
     push(outside.finish());
     if (const UndoHistory::Level* level = history.redo())
         apply(*level, false);
+}
+
+void EditRecorder::goTo(size_t level)
+{
+    if (depth > 0)
+        return;
+    watch();
+    push(outside.finish());
+    while (history.undoable() > level)
+        apply(*history.undo(), true);
+    while (history.undoable() < level && history.canRedo())
+        apply(*history.redo(), false);
 }
 
 void EditRecorder::apply(const UndoHistory::Level& level, bool back)

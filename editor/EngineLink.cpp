@@ -135,12 +135,27 @@ std::string EngineLink::presetName(PresetKind kind) const { return engine.preset
 
 void EngineLink::loadPreset(PresetKind kind, const std::string& path)
 {
-    engine.library.load(kind, path);
+    if (KWFileio::folderOf(path) == recoveryFolder())
+        engine.library.recover(path);
+    else
+        engine.library.load(kind, path);
 }
 
-void EngineLink::savePreset(PresetKind kind, const std::string& path)
+bool EngineLink::savePreset(PresetKind kind, const std::string& path)
 {
-    engine.library.save(kind, path);
+    return engine.library.save(kind, path) == LoadResult::Done;
+}
+
+std::string EngineLink::recoveryFolder() const { return engine.settings.recoveryFolder(); }
+
+bool EngineLink::hasRecovered() const
+{
+    constexpr size_t kMostNames = 1000;
+    size_t most = kMostNames;
+    for (const KWFileio::Entry& entry : KWFileio::list(recoveryFolder(), most))
+        if (!entry.isFolder && entry.name.ends_with(".kwe"))
+            return true;
+    return false;
 }
 
 std::string EngineLink::mapFolder() const { return engine.settings.mapFolder(); }

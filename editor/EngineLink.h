@@ -57,7 +57,10 @@ public:
     std::string presetSaveFolder(PresetKind kind) const;
     std::string presetName(PresetKind kind) const;
     void loadPreset(PresetKind kind, const std::string& path);
-    void savePreset(PresetKind kind, const std::string& path);
+    bool savePreset(PresetKind kind, const std::string& path);
+    // Songs that a crash has left.
+    std::string recoveryFolder() const;
+    bool hasRecovered() const;
     std::string mapFolder() const;
     void loadMap(const std::string& path);
     void saveMap(const std::string& path);

@@ -29,7 +29,11 @@ KWControl* KWUniClientEditor::getControl(int tag) const
     return found == controls.end() ? nullptr : found->second;
 }
 
-bool KWUniClientEditor::open(void* parent) { return openFrame(parent, nullptr); }
+bool KWUniClientEditor::open(void* parent)
+{
+    engine.library.beginAutosave(); // what has a window is worked on
+    return openFrame(parent, nullptr);
+}
 
 bool KWUniClientEditor::openIn(std::unique_ptr<FrameWindow> window)
 {
@@ -57,6 +61,8 @@ void KWUniClientEditor::close()
     messageBox = nullptr;
     fileSheet = nullptr;
     browser = nullptr;
+    questionLine = nullptr;
+    undoList = nullptr;
     scaleMenu = nullptr;
     undoButton = nullptr;
     redoButton = nullptr;
@@ -133,6 +139,8 @@ bool KWUniClientEditor::onKeyUp(VstKeyCode& /*key*/) { return keysTaken; }
 
 bool KWUniClientEditor::frameKeyDown(const CKeyEvent& event)
 {
+    if (documentKey(event))
+        return true;
     const bool control = (event.modifiers & kControl) != 0;
     const char32_t letter = event.character | 0x20;
     if (control && letter == 'z') {

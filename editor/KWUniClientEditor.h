@@ -14,6 +14,7 @@
 #include "view/FrameWindow.h"
 
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -32,7 +33,9 @@ class KWUniClient;
 class Browser;
 class FileSheet;
 class MessageBox;
+class QuestionLine;
 class UndoButton;
+class UndoList;
 
 // The plug-in's window. It holds no musical state: the controls read the engine through pointers
 // and this class writes it through setParameter. The engine never calls it; it looks at the engine
@@ -120,6 +123,17 @@ private:
     void dragMidiFile();
     void askForMidiFile();
 
+    // KWUniClientEditorDocument.cpp: the song as a document of the stand-alone program
+    bool documentKey(const CKeyEvent& event);
+    void refreshDocument();
+    void saveSong(const std::function<void()>& then);
+    void saveSongAs(const std::function<void()>& then);
+    void newSong();
+    // Asks first where the song has changes that lie nowhere.
+    void leaveSong(const std::string& verb, const std::function<void()>& go,
+        const std::function<void()>& stay);
+    std::string songName() const;
+
     KWUniClient& engine;
     EngineLink link;
     ValueDispatch dispatch;
@@ -144,6 +158,8 @@ private:
     std::array<KWDisplay*, kModTracks> trackValues{};
     std::array<KWOptionMenu*, kPresetKinds> presetMenus{};
     Browser* browser = nullptr;
+    QuestionLine* questionLine = nullptr;
+    UndoList* undoList = nullptr;
     KWOptionMenu* scaleMenu = nullptr;
     UndoButton* undoButton = nullptr;
     UndoButton* redoButton = nullptr;

@@ -13,7 +13,9 @@
 #include "editor/MessageBox.h"
 #include "editor/MidiDragPad.h"
 #include "editor/PanelScale.h"
+#include "editor/QuestionLine.h"
 #include "editor/UndoButton.h"
+#include "editor/UndoList.h"
 #include "host/plugin/KWUniClient.h"
 #include "panel/Look.h"
 #include "platform/Messages.h"
@@ -80,6 +82,15 @@ void KWUniClientEditor::buildControls()
             i, fittingPanelScale(kPanelScales[size_t(i)], desktop) == kPanelScales[size_t(i)]);
     messageBox = new MessageBox(frame, product::kName);
     fileSheet = new FileSheet(frame);
+    undoList = new UndoList(frame, recorder, [this](size_t level) {
+        recorder.goTo(level);
+        redrawFrame();
+    });
+    frame->addView(undoList);
+    for (UndoButton* button : {undoButton, redoButton})
+        button->setPopupControl(undoList);
+    questionLine = new QuestionLine(frame);
+    frame->addView(questionLine);
     frame->addView(fileSheet);
     browser = new Browser(frame, engine, recorder);
     frame->addView(browser);

@@ -32,6 +32,7 @@ void KWUniClientEditor::refresh()
     refreshMenus();
     refreshHead();
     refreshMessages();
+    refreshDocument();
     chooser.poll();
 }
 

@@ -108,6 +108,8 @@ void ControlFactory::fillPresetMenu(KWOptionMenu& menu, PresetKind kind)
 {
     menu.scanFolder(engine.presetFolder(kind).c_str(), presetKindRow(kind).extension);
     menu.selectedText = engine.presetName(kind);
+    if (kind == PresetKind::Global && engine.hasRecovered())
+        menu.addFolder(engine.recoveryFolder(), "Recovered");
 }
 
 } // namespace ormund

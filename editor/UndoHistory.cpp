@@ -6,7 +6,7 @@ namespace ormund {
 
 size_t UndoHistory::Level::bytes() const
 {
-    size_t sum = sizeof *this + changes.capacity() * sizeof changes[0];
+    size_t sum = sizeof *this + name.text.size() + changes.capacity() * sizeof changes[0];
     if (map.before)
         sum += sizeof *map.before + sizeof *map.after;
     for (const Presets::Moment* moment : {load.before.get(), load.after.get()})
@@ -22,10 +22,14 @@ void UndoHistory::push(Level level)
     for (; levels.size() > next; levels.pop_back())
         bytes -= levels.back().bytes();
     bytes += level.bytes();
+    level.serial = ++serials;
+    level.time = std::chrono::steady_clock::now();
     levels.push_back(std::move(level));
     for (; levels.size() > kMaxLevels || (bytes > kMaxBytes && levels.size() > 1);
-         levels.pop_front())
+         levels.pop_front()) {
         bytes -= levels.front().bytes();
+        firstPlace = levels.front().serial;
+    }
     next = levels.size();
 }
 
@@ -36,6 +40,7 @@ const UndoHistory::Level* UndoHistory::redo() { return canRedo() ? &levels[next+
 void UndoHistory::clear()
 {
     levels = {};
+    firstPlace = ++serials;
     bytes = 0;
     next = 0;
 }

@@ -3,7 +3,9 @@
 #include "data/library/Presets.h"
 #include "data/state/MidiMap.h"
 #include "editor/EditCells.h"
+#include "editor/EditNames.h"
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <memory>
@@ -23,6 +25,9 @@ public:
         EditCells::Changes changes;
         Replaced<MidiMap::Lists> map;
         Replaced<Presets::Moment> load;
+        EditName name = {};
+        std::chrono::steady_clock::time_point time = {}; // given by push, as the next
+        uint32_t serial = 0;
         bool isEmpty() const { return changes.empty() && !map.before && !load.before; }
         size_t bytes() const; // as if it shared nothing
     };
@@ -38,17 +43,23 @@ public:
     const Level* undo();
     const Level* redo();
     void clear();
+    // Names the song at this place among the levels: the same number is the same song.
+    uint32_t place() const { return next > 0 ? levels[next - 1].serial : firstPlace; }
 
     bool canUndo() const { return next > 0; }
     bool canRedo() const { return next < levels.size(); }
     size_t size() const { return levels.size(); }
+    size_t undoable() const { return next; }                      // levels
+    const Level& at(size_t index) const { return levels[index]; } // the oldest first
     // The last level that could be undone; null for none.
     const Level* last() const { return next > 0 ? &levels[next - 1] : nullptr; }
 
 private:
     std::deque<Level> levels;
     size_t bytes = 0; // of all levels
-    size_t next = 0;  // levels before it can be undone, those from it on redone
+    uint32_t serials = 0;
+    uint32_t firstPlace = 0; // before the oldest level
+    size_t next = 0;         // levels before it can be undone, those from it on redone
 };
 
 } // namespace ormund

@@ -220,6 +220,8 @@ std::vector<KWFileio::Entry> KWFileio::list(const std::string& folder, size_t& m
     return entries;
 }
 
+bool KWFileio::remove(const std::string& path) { return ::unlink(path.c_str()) == 0; }
+
 bool KWFileio::exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
 bool KWFileio::isFolder(const std::string& path)

@@ -28,6 +28,7 @@ public:
     // The plain files and the folders in a folder, links followed, without "." and "..", in byte
     // order; empty when it cannot be read. Looks at no more than `most` names and takes them off.
     static std::vector<Entry> list(const std::string& folder, size_t& most);
+    static bool remove(const std::string& path); // a file
     static bool exists(const std::string& path);
     static bool isFolder(const std::string& path); // links followed
     // With all folders above it. True when it is there afterwards.

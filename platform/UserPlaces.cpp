@@ -15,6 +15,8 @@ namespace ormund {
 
 namespace {
 
+constexpr char kRecovered[] = "Recovered";
+constexpr char kSession[] = "session";
 constexpr char kStoreFile[] = "settings.db";
 constexpr int kMostLevels = 6; // from within a bundle up to the prefix
 constexpr char kShippedFolder[] = "Global Presets/Factory";
@@ -93,6 +95,11 @@ UserPlaces UserPlaces::find()
         places.store = KWFileio::join(config, kStoreFile);
     places.content = place("XDG_DATA_HOME", ".local/share");
     places.installed = installation();
+    const std::string state = place("XDG_STATE_HOME", ".local/state");
+    if (!state.empty()) {
+        places.recovery = KWFileio::join(state, kRecovered);
+        places.session = KWFileio::join(state, kSession);
+    }
     return places;
 }
 

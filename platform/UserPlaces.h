@@ -10,11 +10,14 @@ std::string homeFolder();
 
 // Each is empty when it is unknown, for instance without a home.
 struct UserPlaces {
-    std::string store;     // file of the key store
-    std::string content;   // root of the preset folders
-    std::string installed; // root of the shipped content
+    std::string store;         // file of the key store
+    std::string content;       // root of the preset folders
+    std::string installed;     // root of the shipped content
+    std::string recovery = {}; // folder of the songs that a crash leaves
+    std::string session = {};  // file of what the program had open
 
-    // $XDG_CONFIG_HOME and $XDG_DATA_HOME, else the usual folders of $HOME or of the user's entry.
+    // $XDG_CONFIG_HOME, $XDG_DATA_HOME and $XDG_STATE_HOME, else the usual folders of $HOME or of
+    // the user's entry.
     static UserPlaces find();
 };
 

@@ -5,6 +5,7 @@
 #include "apps/ormund/AudioDriver.h"
 #include "apps/ormund/LiveHost.h"
 #include "apps/ormund/PlayLink.h"
+#include "apps/ormund/SongDocument.h"
 
 #include <memory>
 #include <optional>
@@ -42,6 +43,7 @@ public:
     // What plays, or that the sound or a clock that leads is lost.
     std::string soundText() const;
     LiveHost& effect() { return host; }
+    SongDocument& song() { return document; }
 
 private:
     std::string clockText() const;
@@ -51,6 +53,7 @@ private:
     void tryAgain();
 
     LiveHost host;
+    SongDocument document{host};
     SoundWishes sound;
     std::unique_ptr<AudioDriver> driver;
     bool isLost = false; // the sound; the driver is then a silent one

@@ -51,6 +51,7 @@ std::optional<int> parsePlayerOptions(int count, char** arguments, PlayerOptions
     line.flag("--send-clock", options.sendClock, "Send MIDI clock");
     line.number("--tempo", options.tempo, "Beats per minute (the preset's, else 120)", "BPM",
         {LiveHost::kLowestTempo, LiveHost::kHighestTempo});
+    line.flag("--fresh", options.isFresh, "Begin without the last song");
     line.flag("--play", options.play, "Start to play at once");
     bool noWindow = false;
     line.flag("--no-window", noWindow, "Show no window; Ctrl+C ends");

@@ -16,6 +16,7 @@ struct PlayerOptions {
     bool sendClock = false;
     bool play = false;
     bool hasWindow = true;
+    bool isFresh = false; // the last song stays away
     bool listDevices = false;
 };
 

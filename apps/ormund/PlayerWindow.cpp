@@ -83,8 +83,13 @@ void PlayerWindow::setPanelSize(int width, int height)
 
 bool PlayerWindow::run()
 {
-    if (!window.wait(kIdleMs))
-        return false;
+    if (!window.wait(kIdleMs)) {
+        if (!window.stayOpen()) {
+            player.song().keepForNextStart(); // the screen is lost
+            return false;
+        }
+        player.song().askToClose();
+    }
     player.effect().dispatch(effEditIdle);
     strip->idle();
     if (std::vector<CRect> parts = strip->shownParts(); parts != shown) {
@@ -92,13 +97,14 @@ bool PlayerWindow::run()
         window.shapePane(stripPane, shown);
     }
     showTitle();
-    return true;
+    return !player.song().mayClose();
 }
 
 void PlayerWindow::showTitle()
 {
     const std::string preset = player.presetName();
-    std::string wanted = preset.empty() ? product::kName : preset + " – " + product::kName;
+    std::string wanted = player.song().isChanged() ? "*" : "";
+    wanted += preset.empty() ? std::string(product::kName) : preset + " – " + product::kName;
     if (wanted == title)
         return;
     title = std::move(wanted);

@@ -19,6 +19,7 @@ constexpr int kIdleMs = 16;
 constexpr unsigned kMostSecondsToEnd = 4;
 
 volatile std::sig_atomic_t endWanted = 0;
+volatile std::sig_atomic_t saveWanted = 0;
 
 void listenForEnd()
 {
@@ -29,6 +30,8 @@ void listenForEnd()
     };
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         sigaction(signal, &action, nullptr);
+    action.sa_handler = [](int) { saveWanted = 1; }; // a session manager's
+    sigaction(SIGUSR1, &action, nullptr);
     // A sound server that stands still would hold the program in one of its calls for ever.
     action.sa_handler = [](int) { _exit(kGood); };
     sigaction(SIGALRM, &action, nullptr);
@@ -53,11 +56,29 @@ int listDevices()
     return kGood;
 }
 
+void lookAfter(Player& player)
+{
+    player.idle();
+    player.song().idle();
+    if (saveWanted) {
+        saveWanted = 0;
+        player.song().save();
+    }
+}
+
+// A signal asks nothing: what is in no file is offered at the next start.
+void keepTheSong(Player& player)
+{
+    if (endWanted)
+        player.song().keepForNextStart();
+    alarm(kMostSecondsToEnd);
+}
+
 void runWindow(Player& player, PlayerWindow& window)
 {
     while (!endWanted && window.run())
-        player.idle();
-    alarm(kMostSecondsToEnd);
+        lookAfter(player);
+    keepTheSong(player);
 }
 
 void runWithoutWindow(Player& player)
@@ -70,8 +91,9 @@ void runWithoutWindow(Player& player)
             shown = std::move(sound);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(kIdleMs));
-        player.idle();
+        lookAfter(player);
     }
+    keepTheSong(player);
 }
 
 int run(const PlayerOptions& options)
@@ -79,9 +101,13 @@ int run(const PlayerOptions& options)
     Player player;
     if (std::string problem = player.start(options.tempo); !problem.empty())
         return fail(problem);
-    if (!options.file.empty())
+    player.song().begin(options.hasWindow);
+    if (!options.file.empty()) {
         if (std::string problem = player.load(options.file); !problem.empty())
             return fail(problem);
+    } else if (!options.isFresh) {
+        player.song().openLast();
+    }
     player.effect().sync().choose(options.leader);
     player.effect().sync().sendClock(options.sendClock);
     if (std::string problem = player.openSound(options.sound); !problem.empty())

@@ -98,6 +98,8 @@ LoadResult Presets::load(PresetKind kind, const std::string& path, bool quiet)
         // A global preset names the synth preset that it was made with.
         rebuildPaths();
         becomeCurrent(kind, path);
+        if (kind == PresetKind::Global)
+            settleAgain();
     }
     return report(result, path, quiet);
 }
@@ -138,6 +140,8 @@ LoadResult Presets::save(PresetKind kind, std::string path)
     }
     scan();
     becomeCurrent(kind, path);
+    if (kind == PresetKind::Global)
+        settleAgain();
     return LoadResult::Done;
 }
 
@@ -181,6 +185,7 @@ LoadResult Presets::loadState(const void* bytes, size_t byteCount)
         rebuildPaths();
         savedState = PackedChunk(chunk);
         ++hostStateCount;
+        settleAgain();
     }
     return report(result, {}, false);
 }
@@ -244,6 +249,52 @@ void Presets::comeBackTo(const Moment& moment)
     takeMidiProgram();
     position = moment.position;
     paths = moment.paths;
+}
+
+Presets::Song Presets::song()
+{
+    constexpr uint64_t kStart = 0xCBF29CE484222325u;
+    constexpr uint64_t kPrime = 0x100000001B3u;
+    const std::lock_guard guard(lock);
+    KWChunk chunk;
+    writeWhole(chunk);
+    Song song{{chunk.words().begin(), chunk.words().end()}, position.names[at(PresetKind::Global)],
+        kStart, settledHash.value_or(0)};
+    for (const uint32_t word : song.words)
+        song.hash = (song.hash ^ word) * kPrime;
+    return song;
+}
+
+void Presets::settle()
+{
+    const std::lock_guard guard(lock);
+    settledHash = song().hash;
+    ++settlementCount;
+}
+
+void Presets::settleAgain()
+{
+    if (settledHash)
+        settle();
+    else
+        ++settlementCount;
+}
+
+LoadResult Presets::recover(const std::string& path)
+{
+    const std::lock_guard guard(lock);
+    KWChunk chunk;
+    LoadResult result = readChunkFile(path, chunk, LoadResult::NewerVersion);
+    if (result == LoadResult::Done) {
+        StateReader::Options options;
+        options.force = true; // the map too
+        result = StateReader(parts).load(chunk, options);
+    }
+    if (result == LoadResult::Done) {
+        takeMidiProgram();
+        rebuildPaths();
+    }
+    return report(result, path, false);
 }
 
 // A state names its presets; where they lie is the matter of this user.
@@ -355,6 +406,7 @@ void Presets::takeMidiProgram()
 
 const std::string& Presets::name(PresetKind kind)
 {
+    const std::lock_guard guard(lock);
     takeMidiProgram();
     return position.names[at(kind)];
 }
@@ -368,6 +420,7 @@ void Presets::setName(PresetKind kind, const std::string& text)
 
 const std::string& Presets::path(PresetKind kind)
 {
+    const std::lock_guard guard(lock);
     takeMidiProgram();
     return paths[at(kind)];
 }

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,22 @@ public:
     Moment moment();
     void comeBackTo(const Moment& moment);
 
+    // --- keeping ---
+    struct Song {
+        std::vector<uint32_t> words;
+        std::string name;
+        uint64_t hash = 0;        // of the words
+        uint64_t settledHash = 0; // of the song as it lies in a file or with the host
+    };
+    // Any thread but the audio thread.
+    Song song();
+    // Counts how often the song came to lie in a file or with the host, or came from there.
+    uint32_t settlements() const { return settlementCount; }
+    // The present song counts as one that lies in a file; from then on loads and saves set it.
+    void settle();
+    // A song that was kept after a crash. It lies in no file of the user's.
+    LoadResult recover(const std::string& path);
+
     // --- moving ---
     // A number in the current folder of global presets; past its ends the neighbouring folder
     // follows, and the tree is a ring.
@@ -92,6 +109,7 @@ private:
     void takeMidiProgram();
     void writeWhole(KWChunk& chunk);
     void rebuildPaths();
+    void settleAgain();
     std::string currentFolder(PresetKind kind);
     static size_t at(PresetKind kind) { return static_cast<size_t>(kind); }
 
@@ -107,6 +125,8 @@ private:
     KWChunk stateChunk;
     PackedChunk savedState; // what the host gave last
     uint32_t hostStateCount = 0;
+    uint32_t settlementCount = 0;
+    std::optional<uint64_t> settledHash; // empty while nobody keeps the song
 };
 
 } // namespace ormund

@@ -60,6 +60,8 @@ public:
     std::string audioFolder() const;
     void setAudioFolder(const std::string& folder) const;
 
+    const std::string& recoveryFolder() const { return places.recovery; }
+
     const SettingStore& store() const { return keys; }
 
 private:

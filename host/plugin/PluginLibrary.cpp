@@ -1,7 +1,10 @@
 #include "host/plugin/PluginLibrary.h"
 
 #include "data/parameters/Tags.h"
+#include "platform/KWFileio.h"
 
+#include <memory>
+#include <unistd.h>
 #include <utility>
 
 namespace ormund {
@@ -84,6 +87,41 @@ void PluginLibrary::setName(const std::string& name)
 {
     presets.setName(PresetKind::Global, name);
     reportChange();
+}
+
+std::string PluginLibrary::beginAutosave()
+{
+    const std::vector<std::string> left = settleRecovered(settings.recoveryFolder());
+    autosave.begin(settings.recoveryFolder());
+    return left.empty() ? std::string() : left.front();
+}
+
+void PluginLibrary::recover(const std::string& path)
+{
+    if (presets.recover(path) != LoadResult::Done)
+        return;
+    // It goes on as the present song, and is kept as that.
+    if (autosave.look())
+        KWFileio::remove(path);
+    reportChange(true);
+}
+
+void PluginLibrary::newSong()
+{
+    const auto fresh = std::make_unique<Sequencer>();
+    PluginLibrary library(*fresh, [] {});
+    presets.comeBackTo(library.presets.moment());
+    presets.settle();
+    reportChange();
+}
+
+std::string PluginLibrary::ownSongPath()
+{
+    const std::string& path = presets.path(PresetKind::Global);
+    const bool isOwn = !path.empty() && path.find("/Factory/") == std::string::npos
+        && KWFileio::folderOf(path) != settings.recoveryFolder()
+        && ::access(path.c_str(), W_OK) == 0;
+    return isOwn ? path : std::string();
 }
 
 bool PluginLibrary::stepPreset(int tag)

@@ -4,6 +4,8 @@
 #include "data/library/Presets.h"
 #include "data/library/Settings.h"
 #include "engine/Sequencer.h"
+#include "host/plugin/Autosave.h"
+#include "host/plugin/Document.h"
 
 #include <functional>
 #include <string>
@@ -30,6 +32,16 @@ public:
     // given away.
     void runDeferred();
 
+    // --- the song as a document ---
+    // Keeps the song from now on. The newest song that a crash left since the last time; empty for
+    // none.
+    std::string beginAutosave();
+    void recover(const std::string& path); // a song that a crash left
+    void newSong();                        // as a new instance has it
+    // The file of the song where it may be saved without a question: one of the user's that is
+    // there. Empty for none.
+    std::string ownSongPath();
+
     // --- settings ---
     // Settings::Option; `persist` writes it to the key store. The parameter that mirrors it
     // follows.
@@ -45,6 +57,8 @@ private:
 public:
     Settings settings;
     Presets presets{settings, sequencer.state()};
+    Autosave autosave{presets};
+    Document document; // what the editor and the stand-alone program say to each other
 
 private:
     bool stepPreset(int tag);

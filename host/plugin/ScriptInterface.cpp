@@ -22,6 +22,12 @@ enum ScriptCode : VstIntPtr {
     kLockButton = 10,
     kRenderOffline = 11,
     kReadParameter = 12, // a host's own call reads the host's parameters alone
+    kBeDocument = 13, // the song is a document of the program's; `opt` 1: offers what a crash left
+    kIsChanged = 14,  // since the last load or save
+    kAskClose = 15,   // `opt` 1 asks the user; answers 0 until there is an answer, 1 go, 2 stay
+    kKeepSong = 16,   // at once where it is in no file; `opt` 1: the next start offers it
+    kSongPath = 17,   // into `ptr`; empty where it lies in no file
+    kSaveSong = 18,   // to its file; 0 where it lies in none of the user's
 };
 
 // The text and a zero; answers the text's bytes.
@@ -54,6 +60,44 @@ bool loadOrSave(PluginLibrary& library, VstIntPtr code, const char* path)
         return library.presets.saveMap(path) == LoadResult::Done;
     default:
         return false;
+    }
+}
+
+VstIntPtr runDocument(PluginLibrary& library, VstIntPtr code, void* ptr, float opt)
+{
+    Document& document = library.document;
+    switch (code) {
+    case kBeDocument: {
+        document.isProgram = true;
+        const std::string left = library.beginAutosave();
+        if (opt >= 0.5f)
+            document.offered = left;
+        return 1;
+    }
+    case kIsChanged:
+        return document.isChanged ? 1 : 0;
+    case kAskClose:
+        if (opt >= 0.5f)
+            document.close = Document::Close::Asked;
+        return document.close == Document::Close::Go  ? 1
+            : document.close == Document::Close::Stay ? 2
+                                                      : 0;
+    case kKeepSong:
+        return (opt >= 0.5f ? library.autosave.keepForNextStart() : library.autosave.look()) ? 1
+                                                                                             : 0;
+    case kSongPath: {
+        const std::string path = library.ownSongPath();
+        if (!ptr || path.size() >= static_cast<size_t>(kMessageBytes))
+            return 0;
+        std::memcpy(ptr, path.c_str(), path.size() + 1);
+        return 1;
+    }
+    case kSaveSong: {
+        const std::string path = library.ownSongPath();
+        return !path.empty() && library.save(PresetKind::Global, path) == LoadResult::Done ? 1 : 0;
+    }
+    default:
+        return 0;
     }
 }
 
@@ -96,6 +140,13 @@ VstIntPtr runScript(
         std::memcpy(ptr, &raw, sizeof raw);
         return 1;
     }
+    case kBeDocument:
+    case kIsChanged:
+    case kAskClose:
+    case kKeepSong:
+    case kSongPath:
+    case kSaveSong:
+        return runDocument(library, code, ptr, opt);
     default:
         return ptr && loadOrSave(library, code, static_cast<const char*>(ptr)) ? 1 : 0;
     }

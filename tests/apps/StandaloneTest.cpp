@@ -10,8 +10,8 @@
 #include <sstream>
 #include <unistd.h>
 #include <vector>
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
+
+#include "tests/apps/ProgramWindow.h"
 
 namespace ormund {
 
@@ -120,20 +120,7 @@ protected:
         user.reset();
         screen.reset();
     }
-    // The program's; 0 until it is there.
-    Window window() const
-    {
-        Window root = 0;
-        Window parent = 0;
-        Window* children = nullptr;
-        unsigned count = 0;
-        XQueryTree(
-            user->display, DefaultRootWindow(user->display), &root, &parent, &children, &count);
-        const Window first = count > 0 ? children[0] : 0;
-        if (children)
-            XFree(children);
-        return first;
-    }
+    Window window() const { return programWindow(*user); }
     std::string title() const
     {
         char* name = nullptr;
@@ -258,15 +245,7 @@ TEST_F(InWindow, AHintLiesOverThePanelWhileTheMouseRests)
 
 TEST_F(InWindow, ClosesWhenItsDesktopSaysSo)
 {
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window();
-    event.xclient.message_type = XInternAtom(user->display, "WM_PROTOCOLS", False);
-    event.xclient.format = 32;
-    event.xclient.data.l[0] =
-        static_cast<long>(XInternAtom(user->display, "WM_DELETE_WINDOW", False));
-    XSendEvent(user->display, window(), False, NoEventMask, &event);
-    XSync(user->display, False);
+    askToClose(*user);
     EXPECT_EQ(program->wait(), 0);
     EXPECT_THAT(program->said(), IsEmpty());
 }

@@ -103,7 +103,13 @@ bool HostWindow::wait(int milliseconds)
         handle(event);
         std::free(event);
     }
-    return !isClosed && !xcb_connection_has_error(connection);
+    return !isClosed && !isGone && !xcb_connection_has_error(connection);
+}
+
+bool HostWindow::stayOpen()
+{
+    isClosed = false;
+    return window && !isGone && !xcb_connection_has_error(connection);
 }
 
 void HostWindow::handle(const xcb_generic_event_t* event)
@@ -116,7 +122,7 @@ void HostWindow::handle(const xcb_generic_event_t* event)
     }
     case XCB_DESTROY_NOTIFY: {
         const auto* gone = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
-        isClosed = isClosed || gone->window == window;
+        isGone = isGone || gone->window == window;
         break;
     }
     case XCB_MAPPING_NOTIFY:

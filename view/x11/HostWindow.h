@@ -45,6 +45,8 @@ public:
 
     // Takes in what happened, waiting at most this long for it. False once the user closed it.
     bool wait(int milliseconds);
+    // The answer to that is no. False where the window has gone already.
+    bool stayOpen();
     // Closes the window under its editor, as hosts do.
     void destroy();
 
@@ -57,7 +59,8 @@ private:
     xcb_window_t window = 0;
     xcb_atom_t deleteAtom = 0;
     KeyMap keys;
-    bool isClosed = false;
+    bool isClosed = false; // wished by the user
+    bool isGone = false;
 };
 
 } // namespace ormund
