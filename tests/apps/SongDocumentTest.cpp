@@ -1,6 +1,4 @@
 // The song as the stand-alone program's document: marked, saved, asked about, kept after a kill.
-#include "data/parameters/Tags.h"
-#include "panel/ControlCatalogue.h"
 #include "tests/apps/StandaloneRig.h"
 #include "tests/view/XServer.h"
 
@@ -23,7 +21,9 @@ using testing::StartsWith;
 constexpr unsigned long kReturn = 0xFF0D;
 constexpr unsigned long kEscape = 0xFF1B;
 constexpr unsigned long kControlKey = 0xFFE3;
-constexpr int kStrip = 40; // the row above the panel
+constexpr int kStrip = 40;     // the row above the panel
+constexpr int kScaleUpX = 150; // the arrow to the next scale, on the panel
+constexpr int kScaleUpY = 106;
 
 class SongDocuments : public Standalone {
 protected:
@@ -73,8 +73,7 @@ protected:
     }
     void edit()
     {
-        const Place place = findControl(Tag::ScaleUp)->place;
-        user->click((place.left + place.right) / 2, (place.top + place.bottom) / 2 + kStrip);
+        user->click(kScaleUpX, kScaleUpY + kStrip);
         user->move(540, 52);
     }
     void control(unsigned long letter)
@@ -170,7 +169,7 @@ TEST_F(SongDocuments, AreOfferedAgainAfterAKillAndAfterASignal)
         EXPECT_EQ(recovered(".kwe"), 0u) << "it goes on as the present song";
         EXPECT_EQ(recovered(".song"), 1u);
         close();
-        user->tapKey(0xFF09); // from SAVE on to DON'T SAVE
+        user->tapKey(0xFF53); // from SAVE on to DON'T SAVE
         user->tapKey(kReturn);
         EXPECT_EQ(program->wait(), 0);
         EXPECT_EQ(recovered(""), 0u);
