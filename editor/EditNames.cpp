@@ -35,6 +35,8 @@ const char* wordOf(EditOperation operation)
         return "Random";
     case EditOperation::Mutate:
         return "Mutate";
+    case EditOperation::Tool:
+        return "Tool";
     }
     return "";
 }

@@ -1,8 +1,8 @@
 // The presets of a kind with what they say about themselves, to be shown and searched.
 #pragma once
 
+#include "data/library/PresetAbout.h"
 #include "data/library/PresetTree.h"
-#include "data/state/PresetAbout.h"
 
 #include <atomic>
 #include <cstddef>

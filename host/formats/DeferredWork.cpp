@@ -9,7 +9,8 @@ namespace {
 // Without a thread the work waits for a window or for the state to be asked for.
 ModuleThread<DeferredWork::Client>& pool()
 {
-    static ModuleThread<DeferredWork::Client> only(std::chrono::milliseconds(DeferredWork::kPeriodMs),
+    static ModuleThread<DeferredWork::Client> only(
+        std::chrono::milliseconds(DeferredWork::kPeriodMs),
         [](DeferredWork::Client& client) { client.doDeferredWork(); });
     return only;
 }

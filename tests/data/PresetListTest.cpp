@@ -1,6 +1,6 @@
 #include "data/library/PresetList.h"
 
-#include "data/state/ChunkFile.h"
+#include "data/library/ChunkFile.h"
 #include "data/state/DetachedSong.h"
 #include "data/state/StateWriter.h"
 #include "tests/platform/TestFolder.h"

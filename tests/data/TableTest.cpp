@@ -18,7 +18,7 @@ using ::testing::FloatNear;
 
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<float> stepsOf(const KWTable& table)
 {
@@ -57,10 +57,10 @@ TEST_F(TableTest, AnIndexOutsideReadsNothingAndWritesNothing)
             EXPECT_EQ(table.getRowAtIndex(i, 0), 0.0f);
         }
     }
-    EXPECT_EQ(table.getAtPosition(kNaN), 0.0f);
-    table.setNormalized(kNaN, 1.0f);
-    table.setValue(0, kNaN);
-    table.setNormalized(0, kNaN);
+    EXPECT_EQ(table.getAtPosition(kNotANumber), 0.0f);
+    table.setNormalized(kNotANumber, 1.0f);
+    table.setValue(0, kNotANumber);
+    table.setNormalized(0, kNotANumber);
     EXPECT_THAT(stepsOf(table), ElementsAre(0.1f, 0.2f, 0.3f, 0.4f));
     table.setValue(0, 1e30f);
     EXPECT_EQ(table.step(0), 1.0f);
@@ -157,7 +157,7 @@ TEST_F(TableTest, EachRowIsItsOwn)
     fill(table, {0.5f, 0.5f, 0.5f, 0.5f});
     table.clear(); // the selected row alone
     EXPECT_EQ(table.getRowAtIndex(0, 2), 1.0f);
-    for (const float position : {16.0f, -1.0f, kNaN, 1e30f})
+    for (const float position : {16.0f, -1.0f, kNotANumber, 1e30f})
         table.setRowPosition(position);
     EXPECT_EQ(table.row(), 5);
     table.setRowPosition(15.5f); // nothing behind the last row to blend with
@@ -194,8 +194,8 @@ TEST_F(TableTest, GrowsWithItsDefaultAndRefusesWhatHasNoRoom)
     const float infinity = std::numeric_limits<float>::infinity();
     EXPECT_FALSE(table.setRange(1, 1, 0));
     EXPECT_FALSE(table.setRange(0, infinity, 0));
-    EXPECT_FALSE(table.setRange(kNaN, 1, 0));
-    EXPECT_FALSE(table.setRange(0, 1, kNaN));
+    EXPECT_FALSE(table.setRange(kNotANumber, 1, 0));
+    EXPECT_FALSE(table.setRange(0, 1, kNotANumber));
     EXPECT_EQ(table.maxValue(), 1.0f);
 }
 

@@ -16,31 +16,31 @@ using namespace midiclock;
 
 namespace {
 
-constexpr double kRate = 48000;
-constexpr int kBlock = 256;
+constexpr double kClockRate = 48000;
+constexpr int kClockBlock = 256;
 constexpr double kTick = 32; // frames; the engine's
 
-double clockFrames(double tempo) { return kRate * 60 / tempo / kPerBeat; }
+double clockFrames(double tempo) { return kClockRate * 60 / tempo / kPerBeat; }
 
 // Another machine's clock, and the song that follows it block by block.
 class Clocked {
 public:
     explicit Clocked(const SharedPlace& from = {})
     {
-        follower.setSampleRate(kRate);
+        follower.setSampleRate(kClockRate);
         follower.adopt(from);
     }
     void say(std::vector<uint8_t> bytes) { follower.hear(bytes.data(), bytes.size(), frame); }
     // Sends clocks for so long. Each comes late by up to `jitter` frames.
     void run(double seconds, double tempo, double jitter = 0)
     {
-        const double until = frame + seconds * kRate;
-        for (; frame < until; frame += kBlock) {
-            for (; nextClock < frame + kBlock; nextClock += clockFrames(tempo)) {
+        const double until = frame + seconds * kClockRate;
+        for (; frame < until; frame += kClockBlock) {
+            for (; nextClock < frame + kClockBlock; nextClock += clockFrames(tempo)) {
                 const double late = jitter * std::uniform_real_distribution<>(0, 1)(random);
                 queue.push_back(nextClock + late);
             }
-            for (; !queue.empty() && queue.front() < frame + kBlock; queue.pop_front()) {
+            for (; !queue.empty() && queue.front() < frame + kClockBlock; queue.pop_front()) {
                 const uint8_t clock = kClock;
                 follower.hear(&clock, 1, std::max(queue.front(), frame));
             }
@@ -49,7 +49,7 @@ public:
     }
     void silence(double seconds)
     {
-        for (const double until = frame + seconds * kRate; frame < until; frame += kBlock)
+        for (const double until = frame + seconds * kClockRate; frame < until; frame += kClockBlock)
             block();
         nextClock = frame;
     }
@@ -64,7 +64,7 @@ private:
     void block()
     {
         const SharedPlace before = place;
-        place = follower.follow(frame, kBlock);
+        place = follower.follow(frame, kClockBlock);
         if (before.playing && place.playing)
             mostBack = std::max(mostBack, before.beat - place.beat);
         tempoChanges += place.tempo != before.tempo;
@@ -83,7 +83,7 @@ TEST(ClockFollower, IsLockedWithinTwoBeatsAndHoldsTempoAndPlaceForTenMinutes)
     EXPECT_DOUBLE_EQ(song.place.tempo, kTempo);
     song.tempoChanges = 0;
     song.run(600, kTempo);
-    const double expected = (song.frame - kBlock - 100) / clockFrames(kTempo) / kPerBeat;
+    const double expected = (song.frame - kClockBlock - 100) / clockFrames(kTempo) / kPerBeat;
     EXPECT_NEAR((song.place.beat - expected) * clockFrames(kTempo) * kPerBeat, 0, kTick);
     EXPECT_EQ(song.tempoChanges, 0);
     EXPECT_EQ(song.mostBack, 0);
@@ -92,7 +92,7 @@ TEST(ClockFollower, IsLockedWithinTwoBeatsAndHoldsTempoAndPlaceForTenMinutes)
 // A millisecond is what a busy USB port has.
 TEST(ClockFollower, ClocksThatComeLateShakeNeitherTempoNorPlace)
 {
-    constexpr double kJitter = kRate / 1000;
+    constexpr double kJitter = kClockRate / 1000;
     Clocked song;
     song.say({kStart});
     song.run(8, 120, kJitter);
@@ -102,7 +102,7 @@ TEST(ClockFollower, ClocksThatComeLateShakeNeitherTempoNorPlace)
     for (int i = 0; i < 600; ++i) {
         song.run(0.1, 120, kJitter);
         const double expected =
-            (song.frame - kBlock - 100 - kJitter / 2) / clockFrames(120) / kPerBeat;
+            (song.frame - kClockBlock - 100 - kJitter / 2) / clockFrames(120) / kPerBeat;
         worst = std::max(worst, std::abs(song.place.beat - expected) * clockFrames(120) * kPerBeat);
     }
     EXPECT_LT(worst, kTick);
@@ -185,17 +185,17 @@ struct Sent {
     int64_t frame = 0;
     void run(bool playing, double& beat, double seconds, double tempo = 120)
     {
-        const double perFrame = tempo / 60 / kRate;
-        for (const int64_t until = frame + std::llround(seconds * kRate); frame < until;
-             frame += kBlock) {
-            sender.run(playing, beat, perFrame, kBlock);
+        const double perFrame = tempo / 60 / kClockRate;
+        for (const int64_t until = frame + std::llround(seconds * kClockRate); frame < until;
+             frame += kClockBlock) {
+            sender.run(playing, beat, perFrame, kClockBlock);
             for (const ClockSender::Event& each : sender.toSend()) {
                 events.emplace_back(frame + each.frame, each.bytes[0]);
                 if (each.bytes[0] == kPosition)
                     positions.push_back(each.bytes[1] | each.bytes[2] << 7);
             }
             if (playing)
-                beat += perFrame * kBlock;
+                beat += perFrame * kClockBlock;
         }
     }
     std::vector<uint8_t> withoutClocks() const
@@ -235,7 +235,7 @@ TEST(ClockSender, SaysThePlaceOfAStartAndOfAJump)
     EXPECT_THAT(sent.positions, testing::ElementsAre(41));
     for (const auto& [when, status] : sent.events)
         if (status == kContinue) {
-            EXPECT_NEAR(double(when), 0.15 * kRate / 2, 1);
+            EXPECT_NEAR(double(when), 0.15 * kClockRate / 2, 1);
         }
     sent.events.clear();
     beat = 4.0 + 1e-3; // the return of a cycle, some frames late
@@ -253,9 +253,9 @@ TEST(ClockSender, IsUnderstoodByTheFollower)
     sent.run(true, beat, 5, 97);
     Clocked song;
     size_t next = 0;
-    for (int64_t frame = 0; frame < sent.frame; frame += kBlock) {
+    for (int64_t frame = 0; frame < sent.frame; frame += kClockBlock) {
         size_t position = 0;
-        for (; next < sent.events.size() && sent.events[next].first < frame + kBlock; ++next) {
+        for (; next < sent.events.size() && sent.events[next].first < frame + kClockBlock; ++next) {
             std::array<uint8_t, 3> bytes{sent.events[next].second, 0, 0};
             if (bytes[0] == kPosition) {
                 bytes[1] = static_cast<uint8_t>(sent.positions[position] & 0x7F);
@@ -263,22 +263,23 @@ TEST(ClockSender, IsUnderstoodByTheFollower)
             }
             song.follower.hear(bytes.data(), 3, double(sent.events[next].first));
         }
-        song.place = song.follower.follow(double(frame), kBlock);
+        song.place = song.follower.follow(double(frame), kClockBlock);
     }
     EXPECT_EQ(song.place.tempo, 97);
-    EXPECT_NEAR(song.place.beat, beat - kBlock * 97 / 60 / kRate, kTick * 97 / 60 / kRate);
+    EXPECT_NEAR(
+        song.place.beat, beat - kClockBlock * 97 / 60 / kClockRate, kTick * 97 / 60 / kClockRate);
 }
 
 TEST(SongSync, ALeaderThatChangesWhileTheSongPlaysKeepsItsPlace)
 {
     SongSync sync;
-    sync.setSampleRate(kRate);
+    sync.setSampleRate(kClockRate);
     SharedPlace song{true, 30, 120};
     const auto block = [&](const SharedPlace* jack) {
-        if (const SharedPlace* led = sync.lead(song, jack, kBlock))
+        if (const SharedPlace* led = sync.lead(song, jack, kClockBlock))
             song = *led;
         const double before = song.beat;
-        song.beat += kBlock * song.tempo / 60 / kRate;
+        song.beat += kClockBlock * song.tempo / 60 / kClockRate;
         return before;
     };
     sync.choose(Leader::Own);
@@ -288,10 +289,12 @@ TEST(SongSync, ALeaderThatChangesWhileTheSongPlaysKeepsItsPlace)
         sync.choose(leader);
         for (int i = 0; i < 20; ++i) {
             if (i >= jackRollsAfter)
-                jack = {
-                    true, i == jackRollsAfter ? song.beat : jack.beat + kBlock / kRate * 2, 120};
+                jack = {true,
+                    i == jackRollsAfter ? song.beat : jack.beat + kClockBlock / kClockRate * 2,
+                    120};
             const double now = block(&jack);
-            ASSERT_NEAR(now - beat, kBlock / kRate * 2, 1e-6) << int(leader) << " block " << i;
+            ASSERT_NEAR(now - beat, kClockBlock / kClockRate * 2, 1e-6)
+                << int(leader) << " block " << i;
             beat = now;
         }
         EXPECT_EQ(sync.leads(), leader);
