@@ -75,6 +75,7 @@ void EditRecorder::end()
     level.name = level.load.before ? EditName{loadedText(*level.load.before), -1}
                                    : nameOfGesture(engine, scope, gestureTag);
     history.push(std::move(level));
+    engine.updateDisplay(); // a host saves only what it knows to be edited
     keepMoment();
 }
 
@@ -95,6 +96,7 @@ void EditRecorder::push(std::optional<OutsideEdits::Edit> edit)
     const std::vector<int> tags = cells.stepTags(level.changes);
     level.name = edit->isTake ? nameOfTake(tags) : nameOfOutsideEdit(tags);
     history.push(std::move(level));
+    engine.updateDisplay();
     keepMoment();
 }
 
@@ -213,8 +215,8 @@ void EditRecorder::apply(const UndoHistory::Level& level, bool back)
         engine.presets.comeBackTo(back ? *level.load.before : *level.load.after);
         loads = engine.presets.loads();
         outside.restart();
-        engine.updateDisplay();
     }
+    engine.updateDisplay();
     engine.screen.redraw.raise();
 }
 

@@ -437,7 +437,7 @@ TEST(ScriptDoor, RefusesWhatItDoesNotKnow)
     KWUniClient engine(nullptr);
     char nothing[8] = {};
     EXPECT_EQ(engine.dispatcher(effVendorSpecific, 0, 1, nothing, 0), 0);
-    for (const int code : {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 13}) {
+    for (const int code : {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 14}) {
         const auto answer =
             engine.dispatcher(effVendorSpecific, KWUniClient::kUniqueId, code, nullptr, -1);
         EXPECT_EQ(answer, 0) << code;

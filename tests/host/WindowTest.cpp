@@ -202,7 +202,7 @@ TEST_F(ModuleWindow, TheSizeIsChosenOnThePanelAndKept)
     open();
     idle();
     click(kMenuX, kMenuY);
-    click(kMenuX, kMenuY + 8 + 2 + kRow + kRow / 2); // the second row of three
+    click(kMenuX, kMenuY + 8 + 2 + 3 * kRow + kRow / 2); // the fourth row of seven
     EXPECT_EQ(host.wantedWidth, 1502);
     EXPECT_EQ(host.wantedHeight, 1043);
     ERect* now = nullptr;

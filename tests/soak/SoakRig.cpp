@@ -120,7 +120,8 @@ bool SoakRig::listen()
         ++figures.messages;
         if ((event.bytes[0] & 0xF0) != 0x90)
             continue;
-        Sounding& note = notes[event.bytes[1]];
+        const size_t channel = event.bytes[0] & 0x0F;
+        Sounding& note = notes[channel * 128 + event.bytes[1]];
         if (event.bytes[2] > 0) {
             if (note.since >= 0)
                 fail("note " + std::to_string(event.bytes[1]) + " starts twice");

@@ -69,7 +69,7 @@ private:
         int64_t latest = 0; // the frame at which it must have ended
         float rate = 0;
     };
-    std::array<Sounding, 128> notes{};
+    std::array<Sounding, 16 * 128> notes{}; // by channel and note
     std::string found;
     KWUniClientEditor* editor = nullptr;
     float rate = 44100;

@@ -169,6 +169,12 @@ unsigned long XUser::focusWindow()
 
 void XUser::setFocus(unsigned long window)
 {
+    constexpr int kTries = 200; // a window that is not shown yet takes no focus
+    XWindowAttributes now{};
+    for (int i = 0; i < kTries && XGetWindowAttributes(display, window, &now) != 0
+         && now.map_state != IsViewable;
+         ++i)
+        usleep(10000);
     XSetInputFocus(display, window, RevertToParent, CurrentTime);
     XSync(display, False);
 }
