@@ -191,9 +191,11 @@ TEST_F(InWindow, ATempoThatIsTypedStaysWhileTheTransportStands)
     user->click(kPadX, kPadY);
     EXPECT_TRUE(listener->waitRolling(false));
     usleep(300000);
+    usleep(1500000); // JACK has come to rest
     auto shown = field();
     for (const char digit : {'7', '8'}) {
         user->click(kTempoX, kStripY);
+        usleep(200000); // the strip has the keys from then on
         user->tapKey('9');
         user->tapKey(static_cast<unsigned long>(digit));
         if (digit == '7')
