@@ -21,9 +21,9 @@ constexpr int kTop = 50;
 constexpr int kWidth = 248;
 constexpr int kRow = 20;
 constexpr int kMostRows = 10;
-constexpr int kHeadHeight = 28;
+constexpr int kListHeadHeight = 28;
 constexpr int kFootHeight = 26;
-constexpr int kMargin = 12;
+constexpr int kListMargin = 12;
 constexpr int kMark = 14; // for check mark and arrow
 constexpr int kSquare = 6;
 constexpr int kTimeWidth = 46;
@@ -94,7 +94,7 @@ void UndoList::beginModal(int, const CPoint*, long)
     const int rows = std::min(rowCount(), kMostRows);
     firstRow = std::clamp(currentRow() - kMostRows / 2, 0, rowCount() - rows);
     CView::setViewSize(
-        {kLeft, kTop, kLeft + kWidth, kTop + kHeadHeight + rows * kRow + kFootHeight});
+        {kLeft, kTop, kLeft + kWidth, kTop + kListHeadHeight + rows * kRow + kFootHeight});
     setVisible(true);
     KWControl::beginModal(3, nullptr, 0);
 }
@@ -113,7 +113,7 @@ CRect UndoList::rowRect(int row) const
     const int line = row - firstRow;
     if (!open || row < 0 || row >= rowCount() || line < 0 || line >= kMostRows)
         return {};
-    const int top = size.top + kHeadHeight + line * kRow;
+    const int top = size.top + kListHeadHeight + line * kRow;
     return {size.left + 4, top, size.right - 4, top + kRow};
 }
 
@@ -205,8 +205,8 @@ void UndoList::drawRow(CDrawContext* context, int row) const
         context->setFrameColor(look::kFrameHover);
         context->drawRect(place, kDrawStroked);
     }
-    place.left += kMargin - 4;
-    place.right -= kMargin - 4;
+    place.left += kListMargin - 4;
+    place.right -= kListMargin - 4;
     const CColor ink = isCurrent ? look::kText : isRedo ? look::kTextDim : look::kTextRaised;
     context->setFont(nullptr, 11, isCurrent ? kBoldFace : kNormalFace);
     context->setFontColor(ink);
@@ -242,7 +242,8 @@ void UndoList::draw(CDrawContext* context)
     context->setFillColor(look::kMenu);
     context->setFrameColor(look::kMenuFrame);
     context->drawRoundRect(size, 4, kDrawFilledAndStroked);
-    CRect line{size.left + kMargin, size.top + 4, size.right - kMargin, size.top + kHeadHeight - 2};
+    CRect line{size.left + kListMargin, size.top + 4, size.right - kListMargin,
+        size.top + kListHeadHeight - 2};
     context->setFont(nullptr, 9, kBoldFace);
     context->setFontColor(look::kTextRaised);
     context->drawString("UNDO", line, false, kLeftText);

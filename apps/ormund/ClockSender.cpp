@@ -10,7 +10,7 @@ namespace ormund {
 using namespace midiclock;
 
 namespace {
-constexpr double kJump = 0.5; // clocks off the expected place
+constexpr double kLocateJump = 0.5; // clocks off the expected place
 constexpr double kRounding = 1e-6;
 constexpr int kPositions = 1 << 14; // sixteenths that a message can say
 } // namespace
@@ -33,7 +33,7 @@ void ClockSender::start(double beat)
     const double clock = std::max(beat, 0.0) * kPerBeat;
     double sixteenth = std::floor(clock / kPerSixteenth + kRounding);
     // What has hardly begun is still joined.
-    const bool isJoined = clock - sixteenth * kPerSixteenth < kJump;
+    const bool isJoined = clock - sixteenth * kPerSixteenth < kLocateJump;
     if (!isJoined)
         sixteenth += 1;
     startClock = sixteenth * kPerSixteenth;
@@ -46,7 +46,7 @@ void ClockSender::start(double beat)
 void ClockSender::run(bool playing, double beat, double beatsPerFrame, int frames)
 {
     count = 0;
-    const bool hasJumped = std::abs(beat * kPerBeat - place) > kJump;
+    const bool hasJumped = std::abs(beat * kPerBeat - place) > kLocateJump;
     if (wasPlaying && (!playing || hasJumped))
         push(0, kStop);
     if (playing && (!wasPlaying || hasJumped))

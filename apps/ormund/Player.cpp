@@ -16,7 +16,7 @@ extern "C" AEffect* VSTPluginMain(audioMasterCallback host);
 
 namespace {
 constexpr int64_t kTryAgainNanos = 2000000000;
-constexpr double kTempo = 120;
+constexpr double kUsualTempo = 120;
 constexpr int kMostWaitsForEnd = 200;
 constexpr int kWaitMs = 1;
 constexpr float kHalf = 0.5f;
@@ -28,7 +28,7 @@ Player::~Player() { end(); }
 std::string Player::start(std::optional<double> tempo)
 {
     keepsTempo = tempo.has_value();
-    return host.start(VSTPluginMain, tempo.value_or(kTempo))
+    return host.start(VSTPluginMain, tempo.value_or(kUsualTempo))
         ? ""
         : "the engine does not start: " + host.error();
 }

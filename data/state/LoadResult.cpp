@@ -10,13 +10,13 @@ namespace ormund {
 namespace {
 
 enum class Named : uint8_t { Nothing, Product, Path };
-struct Row {
+struct ResultRow {
     LoadResult result;
     const char* text;
     Named named;
 };
 
-constexpr std::array<Row, 10> kTexts{{
+constexpr std::array<ResultRow, 10> kTexts{{
     {LoadResult::Done, "", Named::Nothing},
     {LoadResult::NoFile, "", Named::Nothing},
     {LoadResult::Unreadable, "%s cannot be read", Named::Path},
@@ -33,7 +33,7 @@ constexpr std::array<Row, 10> kTexts{{
 
 std::string loadMessage(LoadResult result, std::string_view path)
 {
-    const Row& row = kTexts[static_cast<size_t>(result)];
+    const ResultRow& row = kTexts[static_cast<size_t>(result)];
     std::string text = row.text;
     const size_t place = text.find("%s");
     if (place != std::string::npos)

@@ -205,7 +205,7 @@ TEST(HostEvents, AFrameFarBeyondTheBlockIsNoPlaceInIt)
         note.type = kVstMidiType;
         note.byteSize = sizeof note;
         note.deltaFrames = frame;
-        note.midiData[0] = static_cast<char>(0x90);
+        note.midiData[0] = 0x90;
         note.midiData[1] = 60;
         note.midiData[2] = 100;
         VstEvents list{};
