@@ -203,6 +203,7 @@ TEST_F(InWindow, ATempoThatIsTypedStaysWhileTheTransportStands)
         else
             user->click(kPanelX, kPanelY);
         user->move(kPanelX, kPanelY);
+        usleep(700000); // until the old tempo is shown no more
         for (int i = 0; i < 50 && field() == shown; ++i)
             usleep(100000);
         EXPECT_NE(field(), shown) << digit;
